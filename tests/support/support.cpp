@@ -73,9 +73,8 @@ TempFolder::~TempFolder() {
     fs::remove_all(folder, ignored);
 }
 
-StdoutCapture::StdoutCapture() : taken(openUnnamedFile()) {
+StdoutCapture::StdoutCapture() : console(dup(STDOUT_FILENO)), taken(openUnnamedFile()) {
     flushConsole();
-    console = dup(STDOUT_FILENO);
     if (console < 0 || dup2(taken, STDOUT_FILENO) < 0) {
         throw std::runtime_error("standard output cannot be taken");
     }
@@ -102,7 +101,8 @@ void StdoutCapture::end() {
 
     char block[4096];
     lseek(taken, 0, SEEK_SET);
-    for (ssize_t n = read(taken, block, sizeof block); n > 0; n = read(taken, block, sizeof block)) {
+    for (ssize_t n = read(taken, block, sizeof block); n > 0;
+         n = read(taken, block, sizeof block)) {
         held.append(block, static_cast<std::size_t>(n));
     }
 }

@@ -1,0 +1,37 @@
+#!/bin/sh
+# Installs what is missing on a Debian machine, and nothing when all is there.
+# Usage: scripts/setup.sh build|test|lint|bench ...
+set -eu
+
+# Package of Debian for each need; "package=command" where a command of any origin will do.
+for need in "$@"; do
+    case $need in
+    build) set -- "$@" g++=g++ cmake=cmake ninja-build=ninja ;;
+    test) set -- "$@" libgtest-dev libgmock-dev faketime python3=python3 ;;
+    lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
+    bench) set -- "$@" libbenchmark-dev ;;
+    *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;
+    esac
+    shift
+done
+
+missing=
+for row in "$@"; do
+    package=${row%%=*}
+    case $row in
+    *=*) command -v "${row#*=}" >/dev/null && continue ;;
+    *) dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' && continue ;;
+    esac
+    missing="$missing $package"
+done
+[ -z "$missing" ] && exit 0
+
+if ! command -v apt-get >/dev/null; then
+    echo "Please install:$missing (names of Debian packages)" >&2
+    exit 1
+fi
+as_root=
+[ "$(id -u)" = 0 ] || as_root=sudo
+echo "Installing:$missing"
+$as_root apt-get update -q
+DEBIAN_FRONTEND=noninteractive $as_root apt-get install -q -y --no-install-recommends $missing
