@@ -1,0 +1,136 @@
+// AnalyseDataObj: the analysis object. It owns the data set, the allele tables, the
+// run log and the paths of the result folder; every analysis and output pass is one
+// of its operations, defined in the folder of its subsystem.
+//
+// Life: created (Daten null); loaded (CheckDataFile made Daten, InitPath the result
+// folder); run, any number of times. The current folder of the process is part of
+// the object's state: passes go from ResultPfad into their folder and back.
+#ifndef KVA_CONTROL_ANALYSEDATAOBJ_H
+#define KVA_CONTROL_ANALYSEDATAOBJ_H
+
+#include "control/settings.h"
+#include "data/allelcount.h"
+#include "data/lociclass.h"
+#include "data/resultfile.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+class AnalyseDataObj : public AnalyseSettings {
+  public:
+    AnalyseDataObj() = default;
+    // Frees everything and takes the process back to StartPfad.
+    ~AnalyseDataObj();
+    AnalyseDataObj(const AnalyseDataObj &) = delete;
+    AnalyseDataObj &operator=(const AnalyseDataObj &) = delete;
+
+    // --- Run control: control/AnalyseDataObj.cpp --------------------------------
+
+    // Takes over the settings of a front end. Bootstraps and Permutationen travel as
+    // arguments of WriteOutput instead.
+    void TakeSettings(const AnalyseSettings &masks, const ScalarSettings &scalars);
+
+    // Prepares a further run on the loaded data: the next numbered folder and log.
+    // 0; 1 if nothing is loaded.
+    int LinkResultNew();
+
+    // Runs all passes in their fixed order. Nothing stops the pipeline: a pass that
+    // fails tells so and returns. 0.
+    int WriteOutput(long bootstraps, long permutations);
+
+    // Opens a file of the result folder in the current folder; a failure, now or
+    // later, is told on the console and in the log.
+    ResultFile OpenResult(const std::string &name, const char *mode);
+
+    // The entry of a finished pass in the log: a line end, the text, a line end,
+    // flushed. Nothing without a log.
+    void LogEntry(const char *text);
+
+    // --- Run log: control/datalog.cpp ----------------------------------------------
+
+    // Writes the head of the log: data and settings. The log must be open. 0.
+    int WriteDataLog(long bootstraps, long permutations);
+
+    // --- Data file and result folder: data/dataread.cpp ------------------------------
+
+    // First pass over the file: finds its shape, makes and sizes Daten. 0, or a
+    // refusal: -1 null stream, 3 nothing read, 4 format or line end, 5 header rows,
+    // 6 loci. The stream stays the caller's.
+    int CheckDataFile(std::FILE *stream);
+
+    // InitPath(), then GetDataFile(); 0 whatever they returned.
+    int ReadDataFile(std::FILE *stream);
+
+    // Second pass: fills the loci. 0; -1 nothing read or a row too long; -3 header.
+    int GetDataFile(std::FILE *stream);
+
+    // Makes the next numbered result folder, enters it and opens its log. 0; 1 if
+    // that failed, with the paths and the log as they were.
+    int InitPath();
+
+    // --- Counting: stats/CountAllels.cpp -----------------------------------------------
+
+    // Builds PopAllele and writes the two count sheets. 0; 1 or 2 if the folder cannot
+    // be entered, with PopAllele as it was.
+    int CountAllels();
+
+    // Builds IndAllele and sets AnzInd. 0.
+    int CountIAllels();
+
+    // --- Descriptive statistics: stats/ -----------------------------------------------
+
+    // --- Genetic distances: distance/ ---------------------------------------------------
+
+    // --- F-statistics: fstat/ -----------------------------------------------------------
+
+    // --- Heterozygosity range: hetrange/ ------------------------------------------------
+
+    // --- Format conversion: formats/ ----------------------------------------------------
+
+    // --- State ----------------------------------------------------------------------------
+    // The five words of flags come first, from AnalyseSettings.
+
+    std::string StartPfad;            // absolute; folder to go back to, empty until InitPath
+    std::string ResultPfad;           // absolute; the numbered result folder, empty until InitPath
+    int32_t Bootstraps = 1;           // distance replicates, set by the distance passes
+    int32_t BootLoci = -1;            // loci drawn per bootstrap replicate; -1: all
+    int32_t Permutationen = 0;        // permutations, set by CalcDistancesSpecial
+    double DistUnendlich = 10.0;      // distance where the similarity is 0 under -ln
+    double DistFehlerwert = -32767.0; // cell without data in distances and F-statistics
+    int32_t RichnessRef = -1;         // gene copies of the richness sub-sample; 0 or less:
+                                      // minimal sample number per locus
+    ResultFile LogDatei;              // the run log "KVA.log"
+    double FstAlpha = 0.05;           // tail of the confidence interval
+    double JackknifeAnteil = 0.1;     // share of individuals left out by jackknifing
+    int32_t HetRandomisierungen = 1000;     // replicates of the heterozygosity range
+    int32_t ReplikaLoci = -1;               // loci per replica, see ScalarSettings
+    int32_t Replikate = 1000;               // replicas of the heterogeneity among loci
+    AllelTabellen PopAllele;                // entry 0 the pool, entry p population p; empty until
+                                            // CountAllels
+    AllelTabellen IndAllele;                // one entry per individual; empty until CountIAllels
+    std::unique_ptr<Datensatz> Daten;       // null until CheckDataFile
+    int32_t GapSchritte = 5;                // large gap, in mutation steps
+    int32_t GapBasen = 15;                  // large gap, in base pairs
+    int32_t AllelMaxLaenge = 300;           // longest plausible allele
+    int32_t AllelMinLaenge = 35;            // shortest plausible allele
+    int32_t AnzLoci = 0;                    // loci
+    int32_t AnzPop = 0;                     // populations
+    int32_t AnzInd = 0;                     // individuals, set by CountIAllels
+    int32_t KopfSpalten = 0;                // leading columns of the data file, 3 once checked
+    int32_t KopfZeilen = 0;                 // header rows of the data file, 2 or 3
+    int32_t MaxChromosomen = 0;             // slots of the largest population
+    char DatenFormat = 0;                   // columns per locus, 1 or 2; a number, not a digit
+    std::string DateiName = "testdata.dat"; // data file as it was typed
+    std::string DateiKurzName;              // data file without its folder, set by InitPath
+    std::string DateiPfad;       // absolute path of the data file, set at its first InitPath
+    std::string AktuellerOrdner; // folder of the running pass inside the result folder, for
+                                 // failure lines; set by PassFolder
+    bool OrdnerFehlt = false;    // the last InitPath failed: WriteOutput runs no pass
+
+  private:
+    void ReportFileFailure(const std::string &name, const std::string &reason);
+};
+
+#endif

@@ -1,0 +1,18 @@
+#include "data/CMatrix.h"
+
+#include <algorithm>
+
+void CMatrix::Resize(int32_t rows, int32_t cols) {
+    MaxZeile = -1;
+    MaxSpalte = -1;
+    Daten.clear();
+    if (rows > 0) {
+        Daten.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), 0.0);
+        MaxZeile = rows - 1;
+        MaxSpalte = cols - 1;
+    }
+}
+
+void CMatrix::Fill(double value) {
+    std::fill(Daten.begin(), Daten.end(), value);
+}

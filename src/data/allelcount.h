@@ -1,0 +1,172 @@
+// AllelCount: the allele table of one locus in one sample (a population, a group,
+// the whole data set or one individual), with all basic diversity statistics.
+//
+// A table is fed one entry at a time, two consecutive entries being one
+// individual. AnzChromosomen (C below) is all that tells diploid from haploid
+// (inbred) data in the formulas: C/2 is the number of independent gene copies, and
+// the small-sample factor C/(C-2) adapts itself to it.
+//
+// -1.0 (-1 for counts) is the table's one way to say that there is no value.
+#ifndef KVA_DATA_ALLELCOUNT_H
+#define KVA_DATA_ALLELCOUNT_H
+
+#include <cstdint>
+#include <vector>
+
+class ResultFile;
+
+// One row of a table.
+struct AllelEintrag {
+    int32_t Nummer = 0; // allele number as it stands in the data file, never negative
+    int32_t Anzahl = 0; // gene copies counted
+};
+
+// Comparison of two rows by Nummer for qsort and its kin: -1, 0 or 1.
+int SortAllel(const void *a, const void *b);
+
+class AllelCount {
+  public:
+    AllelCount();
+
+    // --- Set-up and counting -------------------------------------------------
+
+    // Empties the table and gives it `kapazitaet` rows (at least 1).
+    void init(int kapazitaet);
+
+    // Empties the table; the capacity stays, also a grown one.
+    void Clr();
+
+    // Counts one entry. A negative allele is missing data, which must be handed in
+    // too: it keeps the entries of an individual together. `haploid` other than 0
+    // gives weight 1 instead of 2. An individual with one missing allele counts as
+    // typed and as homozygous.
+    void AddAllel(int allel, int haploid);
+
+    // One individual in one random-discard replicate: chooses one of the two
+    // alleles, drawing one random number if both are there, and counts it.
+    void AddHaploidSet(int allel1, int allel2);
+
+    // Sorts the rows by allele number, ascending.
+    void SortAllele();
+
+    // --- Reading, i counts rows from 0 ---------------------------------------
+
+    // Anzahl / AnzGesamt; -1.0 for an empty table, -3.0 for a negative i, -2.0 for
+    // i >= AnzAllele.
+    double GetFrequenz(int i) const;
+
+    // Anzahl; -1 for an empty table, -3 for a negative i, -2 for i > AnzAllele. Row
+    // AnzAllele, the free one behind the last, is let through and reads 0.
+    int GetAllelCount(int i) const;
+
+    // The place of allele number `nummer`, counted from 1; 0 if it is not there.
+    int GetAllelNummer(int nummer) const;
+
+    // True as soon as one entry flagged haploid is in the table.
+    bool isHaploid() const { return AnzChromosomen < 2 * int64_t{AnzGesamt}; }
+
+    // Smallest and largest count of allele i over the replicates; -3 if not
+    // isHaploid, -1 for an empty table, -2 for i >= the rows of the replicates.
+    int GetRDMinAllelCount(int i) const;
+    int GetRDMaxAllelCount(int i) const;
+
+    // The same as a share of a replicate: 2 x count / AnzGesamt, since a replicate
+    // holds one copy per individual and AnzGesamt two; the same sentinels.
+    double GetRDMinFrequenz(int i) const;
+    double GetRDMaxFrequenz(int i) const;
+
+    // Writes "Nummer\tAnzahl\t" of row i; "\t\t" where there is no such row.
+    void AllelZahl(ResultFile &f, int i) const;
+
+    // Writes "Nummer\tfrequency\t" of row i; "\t\t" where there is no such row.
+    void AllelFreq(ResultFile &f, int i) const;
+
+    // --- Statistics, -1.0 if the sample is too small --------------------------
+    // p(i) is the frequency of allele i; sums run over the rows in table order.
+
+    // Expected heterozygosity 1 - sum p(i)^2, uncorrected (Nei 1973).
+    double CalcHetuk() const;
+
+    // Expected heterozygosity, corrected by C/(C-2), capped at 1.0 (Nei 1978).
+    // Needs C > 2.
+    double CalcHet() const;
+
+    // Observed heterozygosity: heterozygotes per typed individual. Needs C > 1.
+    double CalcHetobs() const;
+
+    // Nei's gene diversity within the sample (Nei 1987): (1 - sum p(i)^2) - Hobs/C,
+    // times C/(C-2) if `korrigiert` is not 0; capped at 1.0. Needs C > 2.
+    double CalcHsk(int korrigiert) const;
+
+    // Mean allele number. Needs C > 1.
+    double CalcMean() const;
+
+    // Variance of the allele numbers around `mean`, the result of CalcMean(),
+    // corrected by C/(C-2). Needs C > 2.
+    double CalcVar(double mean) const;
+
+    // Shannon index, natural logarithm (Shannon 1948). Needs C > 2.
+    double CalcShannon() const;
+
+    // --- Random-discard replicates --------------------------------------------
+    // Of each individual one allele is kept at random; the statistics of these
+    // one-copy samples are summed over the replicates.
+
+    // Starts the sums anew. The table must be complete.
+    void StartRD(int replikate);
+
+    // Closes the counts of a replicate: takes them into RDMin and RDMax, clears them.
+    void DataTestRD();
+
+    // Adds the running replicate to the sums. 0 with all sums at -1.0 if AnzGesamt
+    // is below 3, else 1.
+    int CalcRDF();
+
+    // Closes a replicate. 1: go on; 0: stop, with mark "2#" for a monomorphic table
+    // (it gives the same replicate for ever) or "3#" for the last one, or silently
+    // for a sample below 3 copies.
+    int RDEnd();
+
+    std::vector<AllelEintrag> Allele;    // Kapazitaet rows; order of first appearance until sorted
+    int32_t Kapazitaet = 0;              // rows allocated; grows by 40
+    int32_t AnzAllele = 0;               // distinct alleles
+    int32_t AnzGesamt = -1;              // gene copies counted; -1 while empty
+    int32_t AnzChromosomen = -1;         // 2 per diploid entry, 1 per haploid one; -1 while empty
+    int32_t RDGroesse = 0;               // individuals drawn in the running replicate
+    int32_t AnzHetero = 0;               // individuals with two different alleles
+    int32_t AnzTypisiert = 0;            // entries of individuals with at least one allele;
+                                         // odd while an individual is open
+    int32_t OffenesAllel = -1;           // first allele of the open individual; -1 when none
+    int32_t MaxAllel = -1;               // largest allele number; -1 while empty
+    int32_t MinAllel = -1;               // smallest allele number; -1 while empty
+    int32_t RDReplikate = 0;             // replicates asked for
+    int32_t RDDurchlauf = 0;             // replicates finished
+    std::vector<AllelEintrag> RDAktuell; // counts of the running replicate, rows as in Allele
+    std::vector<AllelEintrag> RDMin;     // smallest count of each allele over the replicates
+    std::vector<AllelEintrag> RDMax;     // largest count of each allele over the replicates
+    double RDHet = -1.0;                 // sum of the heterozygosities; -1.0 unset
+    double RDVar = -1.0;                 // sum of the variances of allele numbers; -1.0 unset
+    double RDMean = -1.0;                // sum of the mean allele numbers; -1.0 unset
+    double RDAlleleSumme = -1.0;         // sum of the numbers of alleles; -1.0 unset
+
+  private:
+    void reset(); // all tallies as in a new table
+    void openOrCloseIndividual(int allel);
+    void addRow(int allel, int weight);
+    int32_t findRow(int allel) const; // place from 0, -1 if not there
+    double sumOfSquares() const;      // sum p(i)^2
+    int rdCount(const std::vector<AllelEintrag> &rows, int i) const;
+    double rdFrequency(const std::vector<AllelEintrag> &rows, int i) const;
+
+    bool Sortiert = false; // rows ascend by number: places are found by bisection
+};
+
+// The tables of all loci of one sample, in locus order: locus l of the data set,
+// counted from 1, is entry l - 1.
+using AllelTabelle = std::vector<AllelCount>;
+
+// Such arrays for many samples. In AnalyseDataObj::PopAllele entry 0 is the pool
+// of all populations and entry p population p; empty: not counted yet.
+using AllelTabellen = std::vector<AllelTabelle>;
+
+#endif

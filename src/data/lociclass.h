@@ -1,0 +1,224 @@
+// LociObj and Datensatz: the genotypes of one data file, one locus after the
+// other, and in each locus the same populations with the same individuals.
+//
+// Loci and populations count from 1; slots and individuals inside a population
+// from 0. Individual i is always the slot pair 2i, 2i+1, in either column format.
+// A slot of an odd last row has no partner: the slot behind the last reads as
+// missing.
+//
+// Bound errors are results: -10 no such locus or population, -20 block full, -2 no
+// such locus in a read, -1 no such slot, 0 or null no such name or group.
+#ifndef KVA_DATA_LOCICLASS_H
+#define KVA_DATA_LOCICLASS_H
+
+#include "data/allelcount.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+class ResultFile;
+
+// The slots of one population at one locus. The capacity is fixed; blocks never grow.
+struct Eintragsblock {
+    int32_t Kapazitaet = 0;     // slots
+    int32_t Belegt = 0;         // slots used
+    std::vector<int32_t> Slots; // Kapazitaet + 1: one to read behind the last
+};
+
+// Info value of a slot: group x 2 + haploid bit.
+constexpr int32_t infoGroup(int32_t info) {
+    return info >> 1;
+}
+constexpr int32_t infoHaploid(int32_t info) {
+    return info & 1;
+}
+
+class LociObj {
+  public:
+    // --- Building -------------------------------------------------------------
+
+    // Appends a population with room for `kapazitaet` slots. Result: the new AnzPop.
+    int AddPopulation(const std::string &name, int kapazitaet);
+
+    // Appends one slot, or the two of an individual with the same info value.
+    // 0; -10 for a bad population; -20 if the block is full.
+    int AddTier(int pop, int allel, int info);
+    int AddTier(int pop, int allel1, int allel2, int info);
+
+    // --- Slots ------------------------------------------------------------------
+
+    // Slot i of a population; -1 if the population or i is outside. i == Belegt is
+    // let through: unfilled slots read -1 as data and 0 as info.
+    int GetDataChromosom(int pop, int i) const;
+    int GetInfoChromosom(int pop, int i) const;
+
+    // Store and return the value; -1 under the same conditions as the reads.
+    int SetDataChromosom(int pop, int i, int wert);
+    int SetInfoChromosom(int pop, int i, int wert);
+    // The value is gruppe x 2 + (1 if `typ` is exactly 1).
+    int SetInfoChromosom(int pop, int i, int gruppe, int typ);
+
+    // The haploid bit; 0 outside the bounds.
+    int isHaploid(int pop, int i) const;
+
+    // The group number; 0 outside the bounds.
+    int GetGroupNummer(int pop, int i) const;
+
+    // `gruppe` if the first individual of any population lies in it, else 0: a
+    // population is taken to lie wholly in the group of its first individual.
+    int TestGroup(int gruppe) const;
+
+    // Slots used; -1 for a bad population.
+    int GetAnzDatenChromosome(int pop) const;
+
+    // All used slots of a population in order, for passes that run through them;
+    // empty for a bad population.
+    std::span<const int32_t> DataSlots(int pop) const;
+    std::span<const int32_t> InfoSlots(int pop) const;
+
+    // --- Names and lengths --------------------------------------------------------
+
+    // Null while the name is not set.
+    const std::string *GetLociName() const { return NameGesetzt ? &LociName : nullptr; }
+    const std::string *GetLociName2() const { return Name2Gesetzt ? &LociName2 : nullptr; }
+    void SetLociName(const std::string &name);
+    void SetLociName2(const std::string &name);
+
+    // Null for a population outside 1..AnzPop.
+    const std::string *GetPopName(int pop) const;
+
+    // Number of the first population of that exact name, 0 if none.
+    int GetPopNummer(const std::string &name) const;
+
+    // Store and return the old value.
+    int SetLociRepeatMuster(int wert);
+    int SetLociRepeatRest(int wert);
+
+    // --- Counting (stats/CountAllels.cpp) -------------------------------------------
+
+    // Feeds the slots of a population, or of all populations in turn, into a table.
+    // `pop` 1..AnzPop with `flag` 0: that population. `pop` 0 with `flag` not 0:
+    // nothing, result 1. All other calls, also a `pop` that does not exist: all
+    // populations. Result 0.
+    int AllelCountP(AllelCount &tabelle, int pop, int flag) const;
+
+    // --- Group means (stats) ----------------------------------------------------------
+
+    int32_t AnzPop = 0;                       // populations
+    std::vector<Eintragsblock> DataChromosom; // allele numbers, one block per population
+    std::vector<Eintragsblock> InfoChromosom; // info values, slot for slot beside the data
+    std::vector<std::string> PopNamen;        // population names
+    std::string LociName;                     // name of the (first) allele column
+    std::string LociName2;                    // name of the second allele column
+    int32_t LociRepeatMuster = -1;            // length of the repeat unit; -1 until set
+    int32_t LociRepeatRest = -1;     // allele length left without the repeats; -1 until set
+    double InheritanceScalar = -1.0; // -1.0 until set
+    double MutationRate = -1.0;      // -1.0 until set
+
+  private:
+    bool hasSlot(int pop, int i) const; // also true for the slot behind the last
+    void feed(AllelCount &tabelle, int pop) const;
+
+    bool NameGesetzt = false;
+    bool Name2Gesetzt = false;
+};
+
+class Datensatz {
+  public:
+    // --- Building -------------------------------------------------------------
+
+    // Drops all loci and makes `anzLoci` new ones. Result: `anzLoci`.
+    int init(int anzLoci);
+
+    // Adds to all loci in turn, stopping at a result below 1. Result: the last one, 0
+    // without loci.
+    int AddPopulation(const std::string &name, int kapazitaet);
+
+    // As in LociObj; -10 for a bad locus.
+    int AddTier(int locus, int pop, int allel, int info);
+    int AddTier(int locus, int pop, int allel1, int allel2, int info);
+
+    // --- Shape and names ----------------------------------------------------------
+
+    int GetPopAnzahl() const;                         // populations; 0 without loci
+    const std::string *GetPopName(int pop) const;     // null without loci or for a bad number
+    int GetAnzDatenChromosome(int pop) const;         // slots of a population; -1 for a bad one
+    int GetAnzTiere(int pop) const;                   // individuals of a population: slots / 2
+    const std::string *GetLociName(int locus) const;  // null for a bad locus
+    const std::string *GetLociName2(int locus) const; // null too where it is not set
+    // The second name, or the first where there is no second; null for a bad locus.
+    const std::string *GetLociName2OrFirst(int locus) const;
+    int SetLociName(int locus, const std::string &name);  // 0; -10 for a bad locus
+    int SetLociName2(int locus, const std::string &name); // 0; -10 for a bad locus
+    int GetLociNummer(const std::string &name) const; // first locus of that first name, 0 if none
+
+    int GetLociRepeatMuster(int locus) const;     // -2 for a bad locus
+    int GetLociRepeatRest(int locus) const;       // -2 for a bad locus
+    int SetLociRepeatMuster(int locus, int wert); // the old value; -2 for a bad locus
+    int SetLociRepeatRest(int locus, int wert);   // the old value; -2 for a bad locus
+
+    // The locus's double; the global Fehlerwert, set to -2.0, for a bad locus.
+    double &AccessInheritanceScalar(int locus);
+    double &AccessMutationRate(int locus);
+
+    // --- Genotypes ------------------------------------------------------------------
+
+    // The two alleles of individual `tier` (from 0). 0, or -2 with the references
+    // untouched for a bad locus.
+    int GetTierDaten(int locus, int pop, int tier, int &allel1, int &allel2) const;
+    int SetTierDaten(int locus, int pop, int tier, int allel1, int allel2);
+
+    // One slot. 0, or -2 for a bad locus.
+    int GetChromosomDaten(int locus, int pop, int i, int &allel) const;
+    int GetChromosomInfo(int locus, int pop, int i, int &info) const;
+
+    // The group of slot i. The locus stands last here, unlike everywhere else.
+    int GetGroupNummer(int pop, int i, int locus) const;
+    int TestGroup(int gruppe) const; // as in LociObj, on locus 1; 0 without loci
+
+    // Calls visit(pop, tier) for every individual, population after population.
+    template <class Visitor> void ForEachTier(Visitor &&visit) const {
+        for (int pop = 1; pop <= GetPopAnzahl(); ++pop) {
+            for (int tier = 0; tier < GetAnzTiere(pop); ++tier) {
+                visit(pop, tier);
+            }
+        }
+    }
+
+    // --- Sheet heads, one line each ---------------------------------------------------
+
+    // `beide` 0: "\tname\t" for every locus, so that a name heads the first of two
+    // columns. Else "\tname\tname2" for every locus.
+    void LociNamen(ResultFile &f, int beide) const;
+    void LociNamenK(ResultFile &f) const;  // a tab, then "name\t" for every locus
+    void LociNamenK2(ResultFile &f) const; // the same with the second names
+    void LociNamenKS(ResultFile &f, const char *titel) const;  // "\ttitel\t", then as K
+    void LociNamenKS2(ResultFile &f, const char *titel) const; // "\ttitel\t", then as K2
+
+    // --- Counting (stats/CountAllels.cpp) -----------------------------------------------
+
+    // The tables of all loci in the pool of all populations, sorted; writes the block
+    // "Total" to those of the two sheets that are open.
+    AllelTabelle AllelCountLT(ResultFile &zahl, ResultFile &freq) const;
+
+    // The same for population `pop`, headed by its name.
+    AllelTabelle AllelCountPop(ResultFile &zahl, ResultFile &freq, int pop) const;
+
+    // The tables of all loci of one individual (from 0), sorted. The whole info value
+    // is handed on as the haploid flag: an individual in a group counts with the
+    // weight of a haploid here.
+    AllelTabelle AllelCountInd(int pop, int tier) const;
+
+    // --- Group means and random discard (stats) -------------------------------------------
+
+    std::vector<LociObj> Loci; // locus l is Loci[l - 1]
+    int32_t AnzLoci = 0;
+
+    // The locus object, or null for a number outside 1..AnzLoci.
+    const LociObj *Locus(int locus) const;
+    LociObj *Locus(int locus);
+};
+
+#endif

@@ -1,0 +1,127 @@
+#include "data/resultfile.h"
+
+#include "data/numberformat.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdarg>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kBufferSize = 1U << 16U;
+constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
+
+} // namespace
+
+ResultFile::ResultFile(const std::string &name, const char *mode, std::string shownName,
+                       FileFailureHandler onFailure)
+    : ShownName(std::move(shownName)), OnFailure(std::move(onFailure)) {
+    Stream.reset(std::fopen(name.c_str(), mode));
+    if (!Stream) {
+        fail(errno);
+        return;
+    }
+    // The file's own buffer is the only one, so that a failed write shows at once.
+    (void)std::setvbuf(Stream.get(), nullptr, _IONBF, 0);
+    if (std::strncmp(mode, "rb+", 3) == 0 && std::fseek(Stream.get(), 0, SEEK_END) != 0) {
+        fail(errno);
+    }
+    Buffer.reserve(kBufferSize);
+}
+
+ResultFile::ResultFile(ResultFile &&other) noexcept
+    : Stream(std::move(other.Stream)), Buffer(std::exchange(other.Buffer, {})),
+      ShownName(std::move(other.ShownName)), OnFailure(std::move(other.OnFailure)),
+      Failed(other.Failed) {}
+
+ResultFile &ResultFile::operator=(ResultFile &&other) noexcept {
+    if (this != &other) {
+        close();
+        Stream = std::move(other.Stream);
+        Buffer = std::exchange(other.Buffer, {});
+        ShownName = std::move(other.ShownName);
+        OnFailure = std::move(other.OnFailure);
+        Failed = other.Failed;
+    }
+    return *this;
+}
+
+ResultFile::~ResultFile() {
+    close();
+}
+
+void ResultFile::print(const char *format, ...) {
+    if (!Stream) {
+        return;
+    }
+    va_list arguments;
+    va_list again;
+    va_start(arguments, format);
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    va_end(arguments);
+    if (length > 0) {
+        const auto bytes = static_cast<std::size_t>(length);
+        std::string words(bytes + 1, '\0');
+        (void)std::vsnprintf(words.data(), words.size(), format, again);
+        text(std::string_view(words).substr(0, bytes));
+    }
+    va_end(again);
+}
+
+void ResultFile::text(std::string_view words) {
+    if (!Stream) {
+        return;
+    }
+    if (Buffer.size() + words.size() > kBufferSize) {
+        flush();
+    }
+    Buffer.append(words);
+}
+
+void ResultFile::character(char c) {
+    text(std::string_view(&c, 1));
+}
+
+void ResultFile::integer(long long value) {
+    char digits[kIntegerSize];
+    const std::to_chars_result end = std::to_chars(digits, digits + kIntegerSize, value);
+    text(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits)));
+}
+
+void ResultFile::fixed(double value, int precision, int width) {
+    char digits[kFixedBufferSize];
+    text(std::string_view(digits, formatFixed(digits, value, precision, width)));
+}
+
+void ResultFile::flush() {
+    if (Stream && !Failed && !Buffer.empty()) {
+        errno = 0;
+        if (std::fwrite(Buffer.data(), 1, Buffer.size(), Stream.get()) != Buffer.size()) {
+            fail(errno);
+        }
+    }
+    Buffer.clear();
+}
+
+bool ResultFile::close() {
+    if (!Stream) {
+        return !Failed;
+    }
+    flush();
+    std::FILE *stream = Stream.release();
+    if (std::fclose(stream) != 0) {
+        fail(errno);
+    }
+    return !Failed;
+}
+
+void ResultFile::fail(int errorNumber) {
+    if (!Failed && OnFailure) {
+        Failed = true; // first, since the handler may write to this very file
+        OnFailure(ShownName, std::strerror(errorNumber));
+    }
+    Failed = true;
+}

@@ -1,0 +1,37 @@
+// The one random stream of the program: Park and Miller's minimal standard
+// generator with a Bays-Durham shuffle table ("ran1" of Press et al., Numerical
+// Recipes in C, 2nd ed. 1992), and the turn of a flat index into group and offset.
+//
+// The state is global: there is exactly one stream. A run that draws before any
+// seeding gets the sequence of seed 1.
+#ifndef KVA_FSTAT_RANDSCI_H
+#define KVA_FSTAT_RANDSCI_H
+
+#include <cstdint>
+#include <span>
+
+// Starts the stream anew: the next draw refills the shuffle table. 0 acts as 1, a
+// negative seed as its negation. Seeds are cut to 32 bits.
+void srand2(long seed);
+
+// The next value, above 0 and below 1.
+float rand2();
+
+// rand2() x bound in single precision: a uniform value below `bound`.
+float random2(float bound);
+
+// The same as rand2(): the form used by the allele and locus classes.
+float InternRand();
+
+// Seeds the stream with the wall clock in seconds.
+void InternStartRDGen();
+
+// A place drawn from n places: random2(n) truncated, and n - 1 where rounding gave
+// n or above. One draw. n is at least 1.
+int32_t drawIndex(int32_t n);
+
+// Turns a flat index over groups of the given sizes into group and offset within
+// it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
+int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t &group, int32_t &rest);
+
+#endif
