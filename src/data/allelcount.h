@@ -11,6 +11,7 @@
 #define KVA_DATA_ALLELCOUNT_H
 
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 class ResultFile;
@@ -152,13 +153,17 @@ class AllelCount {
   private:
     void reset(); // all tallies as in a new table
     void openOrCloseIndividual(int allel);
-    void addRow(int allel, int weight);
+    void addRow(int allel, int32_t weight);
+    void indexRow(int allel);
     int32_t findRow(int allel) const; // place from 0, -1 if not there
     double sumOfSquares() const;      // sum p(i)^2
     int rdCount(const std::vector<AllelEintrag> &rows, int i) const;
     double rdFrequency(const std::vector<AllelEintrag> &rows, int i) const;
 
+    static constexpr int32_t kIndexFrom = 64; // rows from which Platz is kept
+
     bool Sortiert = false; // rows ascend by number: places are found by bisection
+    std::unordered_map<int32_t, int32_t> Platz; // number to row, in large unsorted tables only
 };
 
 // The tables of all loci of one sample, in locus order: locus l of the data set,

@@ -219,6 +219,9 @@ class Datensatz {
     // The locus object, or null for a number outside 1..AnzLoci.
     const LociObj *Locus(int locus) const;
     LociObj *Locus(int locus);
+
+  private:
+    void writeNames(ResultFile &f, bool second) const; // "name\t" per locus and a line end
 };
 
 #endif

@@ -1,0 +1,69 @@
+#include "control/AnalyseDataObj.h"
+
+#include "control/Ausgabe.h"
+
+#include <iostream>
+#include <unistd.h>
+
+AnalyseDataObj::~AnalyseDataObj() {
+    LogDatei.close();
+    if (!StartPfad.empty()) {
+        (void)chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
+    }
+}
+
+void AnalyseDataObj::TakeSettings(const AnalyseSettings &masks, const ScalarSettings &scalars) {
+    static_cast<AnalyseSettings &>(*this) = masks;
+    BootLoci = scalars.BootLoci;
+    RichnessRef = scalars.RichnessRef;
+    HetRandomisierungen = scalars.HetRandomisierungen;
+    ReplikaLoci = scalars.ReplikaLoci;
+    Replikate = scalars.Replikate;
+}
+
+int AnalyseDataObj::LinkResultNew() {
+    if (!Daten || StartPfad.empty()) {
+        return 1;
+    }
+    (void)chdir(StartPfad.c_str()); // InitPath tells of a folder that cannot be made
+    (void)InitPath();               // its failure stands in OrdnerFehlt
+    return 0;
+}
+
+int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
+    if (OrdnerFehlt) { // the passes would write into the folder of an earlier run
+        return 0;
+    }
+    if (!LogDatei.isOpen() && !ResultPfad.empty()) {
+        LogDatei = OpenResult("KVA.log", "ab");
+    }
+    if (LogDatei.isOpen()) {
+        (void)WriteDataLog(bootstraps, permutations);
+    }
+    (void)CountAllels();
+    if (bootstraps == 0) {
+        PopDistMask = 0;
+    }
+    return 0;
+}
+
+ResultFile AnalyseDataObj::OpenResult(const std::string &name, const char *mode) {
+    return {name, mode, AktuellerOrdner + name,
+            [this](const std::string &shownName, const std::string &reason) {
+                ReportFileFailure(shownName, reason);
+            }};
+}
+
+void AnalyseDataObj::LogEntry(const char *text) {
+    LogDatei.character('\n');
+    LogDatei.text(text);
+    LogDatei.character('\n');
+    LogDatei.flush();
+}
+
+void AnalyseDataObj::ReportFileFailure(const std::string &name, const std::string &reason) {
+    const std::string line = "Cannot write result file " + name + ": " + reason;
+    std::cout << '\n' << line << std::endl;
+    LogDatei.text(line + "\n");
+    LogDatei.flush();
+}

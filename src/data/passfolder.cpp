@@ -1,0 +1,54 @@
+#include "data/passfolder.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t kFolderMode = 0777;
+
+// Makes and enters `path`. Status as in PassFolder.
+int makeAndEnter(const std::string &path, const OrdnerRegel &regel) {
+    const bool made = mkdir(path.c_str(), kFolderMode) == 0;
+    if (!made && regel.MkdirFehlerMelden) {
+        AUSGABE(regel.MeldungVorhanden, nullptr);
+    }
+    if (chdir(path.c_str()) == 0) {
+        return 0;
+    }
+    const bool asNew = made || regel.MkdirFehlerMelden;
+    AUSGABE(asNew ? regel.MeldungNeu : regel.MeldungVorhanden, nullptr);
+    return asNew ? 1 : 2;
+}
+
+} // namespace
+
+PassFolder::PassFolder(AnalyseDataObj &lauf, const OrdnerRegel &regel) : Lauf(lauf) {
+    if (Lauf.ResultPfad.empty()) { // nothing was loaded: there is no result folder to write into
+        AUSGABE(regel.MeldungVorhanden, nullptr);
+        Status = regel.MkdirFehlerMelden ? 1 : 2;
+        return;
+    }
+    Status = makeAndEnter(Lauf.ResultPfad + "/" + regel.Name, regel);
+    if (Status == 0) {
+        Lauf.AktuellerOrdner = std::string(regel.Name) + "/";
+    }
+}
+
+PassFolder::~PassFolder() {
+    Lauf.AktuellerOrdner.clear();
+    if (Status == 0 && !Bleibt) {
+        (void)chdir(Lauf.ResultPfad.c_str()); // the next pass enters its folder by its full path
+    }
+}
+
+int PassFolder::enterInner(const OrdnerRegel &regel) {
+    const int status = makeAndEnter(regel.Name, regel);
+    if (status == 0) {
+        Lauf.AktuellerOrdner += std::string(regel.Name) + "/";
+    }
+    return status;
+}

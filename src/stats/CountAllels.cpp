@@ -1,0 +1,162 @@
+// Counting: from the stored genotypes to the allele tables on which all statistics
+// run, and the two count sheets of the folder "Allelecount".
+//
+// A sheet holds one block per sample ("Total", then the populations), each with a
+// pair of columns per locus, the alleles ascending:
+//
+//      	fca8		fca23
+//      Total	117	1	128	2
+//      	119	5	130	2
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/passfolder.h"
+
+#include <algorithm>
+
+namespace {
+
+int longestTable(const AllelTabelle &tables) {
+    int rows = 0;
+    for (const AllelCount &table : tables) {
+        rows = std::max(rows, table.AnzAllele);
+    }
+    return rows;
+}
+
+// The rows of one sample in one sheet; `cell` writes a table's pair of cells.
+void writeRows(ResultFile &sheet, const AllelTabelle &tables,
+               void (AllelCount::*cell)(ResultFile &, int) const) {
+    const int rows = longestTable(tables);
+    for (int row = 0; row < rows; ++row) {
+        sheet.character('\t');
+        for (const AllelCount &table : tables) {
+            (table.*cell)(sheet, row);
+        }
+        sheet.character('\n');
+    }
+    sheet.character('\n');
+}
+
+void writeBlocks(ResultFile &zahl, ResultFile &freq, const std::string &label,
+                 const AllelTabelle &tables) {
+    if (zahl.isOpen()) {
+        zahl.text(label);
+        writeRows(zahl, tables, &AllelCount::AllelZahl);
+    }
+    if (freq.isOpen()) {
+        freq.text(label);
+        writeRows(freq, tables, &AllelCount::AllelFreq);
+    }
+}
+
+// The sorted tables of all loci for population `pop`, or the pool for 0.
+AllelTabelle countSample(const Datensatz &daten, int pop) {
+    AllelTabelle tables(daten.Loci.size());
+    for (std::size_t l = 0; l < tables.size(); ++l) {
+        daten.Loci[l].AllelCountP(tables[l], pop, 0);
+        tables[l].SortAllele();
+    }
+    return tables;
+}
+
+} // namespace
+
+void LociObj::feed(AllelCount &tabelle, int pop) const {
+    const std::span<const int32_t> alleles = DataSlots(pop);
+    const std::span<const int32_t> infos = InfoSlots(pop);
+    // Missing alleles go in, too: they keep the two entries of an individual together.
+    for (std::size_t i = 0; i < alleles.size(); ++i) {
+        tabelle.AddAllel(alleles[i], infoHaploid(infos[i]));
+    }
+}
+
+int LociObj::AllelCountP(AllelCount &tabelle, int pop, int flag) const {
+    if (pop == 0 && flag != 0) {
+        return 1;
+    }
+    if (pop >= 1 && flag == 0 && pop <= AnzPop) {
+        feed(tabelle, pop);
+        return 0;
+    }
+    // The pool. The pairing of entries runs on through population boundaries: wanted, it shows
+    // in one-column data with an odd number of rows.
+    for (int population = 1; population <= AnzPop; ++population) {
+        feed(tabelle, population);
+    }
+    return 0;
+}
+
+AllelTabelle Datensatz::AllelCountLT(ResultFile &zahl, ResultFile &freq) const {
+    AllelTabelle tables = countSample(*this, 0);
+    writeBlocks(zahl, freq, "Total", tables);
+    return tables;
+}
+
+AllelTabelle Datensatz::AllelCountPop(ResultFile &zahl, ResultFile &freq, int pop) const {
+    AllelTabelle tables = countSample(*this, pop);
+    const std::string *const name = GetPopName(pop);
+    writeBlocks(zahl, freq, "\n" + (name != nullptr ? *name : std::string()), tables);
+    return tables;
+}
+
+AllelTabelle Datensatz::AllelCountInd(int pop, int tier) const {
+    AllelTabelle tables(Loci.size());
+    for (std::size_t l = 0; l < tables.size(); ++l) {
+        const int info = Loci[l].GetInfoChromosom(pop, 2 * tier);
+        tables[l].AddAllel(Loci[l].GetDataChromosom(pop, 2 * tier), info);
+        tables[l].AddAllel(Loci[l].GetDataChromosom(pop, 2 * tier + 1), info);
+        tables[l].SortAllele();
+    }
+    return tables;
+}
+
+int AnalyseDataObj::CountAllels() {
+    AUSGABE(7, nullptr);
+    PassFolder folder(*this, Ordner::Allelecount);
+    if (!folder.entered() || !Daten) {
+        return folder.status();
+    }
+    PopAllele.clear();
+    ResultFile zahl;
+    ResultFile freq;
+    if (hasBit(GeneralMask, GeneralBit::CountSheet)) {
+        zahl = OpenResult("Allelecount.xls", "wb");
+        Daten->LociNamen(zahl, DatenFormat - 1);
+    }
+    if (hasBit(GeneralMask, GeneralBit::FrequencySheet)) {
+        freq = OpenResult("Allelefrequencies.xls", "wb");
+        Daten->LociNamen(freq, DatenFormat - 1);
+    }
+    PopAllele.reserve(static_cast<std::size_t>(Daten->GetPopAnzahl()) + 1);
+    PopAllele.push_back(Daten->AllelCountLT(zahl, freq));
+    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
+        PopAllele.push_back(Daten->AllelCountPop(zahl, freq, pop));
+        AUSGABE(2, "*");
+    }
+    zahl.close();
+    freq.close();
+    LogEntry("Count Allels...");
+    AUSGABE(13, nullptr);
+    return 0;
+}
+
+int AnalyseDataObj::CountIAllels() {
+    IndAllele.clear();
+    AnzInd = 0;
+    if (!Daten) {
+        return 0;
+    }
+    int slots = 0;
+    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
+        slots += Daten->GetAnzDatenChromosome(pop);
+    }
+    AnzInd = slots / 2; // of the sum: odd rows of two populations make one more than there are
+    IndAllele.reserve(static_cast<std::size_t>(AnzInd));
+    Daten->ForEachTier([this](int pop, int tier) {
+        IndAllele.push_back(Daten->AllelCountInd(pop, tier));
+        AUSGABE(2, "#");
+    });
+    IndAllele.resize(static_cast<std::size_t>(AnzInd), AllelTabelle(Daten->Loci.size()));
+    LogEntry("Count Allels per Individual ...");
+    return 0;
+}
