@@ -12,8 +12,8 @@ AnalyseDataObj::~AnalyseDataObj() {
     }
 }
 
-void AnalyseDataObj::TakeSettings(const AnalyseSettings &masks, const ScalarSettings &scalars) {
-    static_cast<AnalyseSettings &>(*this) = masks;
+void AnalyseDataObj::TakeSettings(const AnalyseSettings& masks, const ScalarSettings& scalars) {
+    static_cast<AnalyseSettings&>(*this) = masks;
     BootLoci = scalars.BootLoci;
     RichnessRef = scalars.RichnessRef;
     HetRandomisierungen = scalars.HetRandomisierungen;
@@ -47,21 +47,21 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     return 0;
 }
 
-ResultFile AnalyseDataObj::OpenResult(const std::string &name, const char *mode) {
+ResultFile AnalyseDataObj::OpenResult(const std::string& name, const char* mode) {
     return {name, mode, AktuellerOrdner + name,
-            [this](const std::string &shownName, const std::string &reason) {
+            [this](const std::string& shownName, const std::string& reason) {
                 ReportFileFailure(shownName, reason);
             }};
 }
 
-void AnalyseDataObj::LogEntry(const char *text) {
+void AnalyseDataObj::LogEntry(const char* text) {
     LogDatei.character('\n');
     LogDatei.text(text);
     LogDatei.character('\n');
     LogDatei.flush();
 }
 
-void AnalyseDataObj::ReportFileFailure(const std::string &name, const std::string &reason) {
+void AnalyseDataObj::ReportFileFailure(const std::string& name, const std::string& reason) {
     const std::string line = "Cannot write result file " + name + ": " + reason;
     std::cout << '\n' << line << std::endl;
     LogDatei.text(line + "\n");

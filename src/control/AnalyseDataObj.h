@@ -23,14 +23,14 @@ class AnalyseDataObj : public AnalyseSettings {
     AnalyseDataObj() = default;
     // Frees everything and takes the process back to StartPfad.
     ~AnalyseDataObj();
-    AnalyseDataObj(const AnalyseDataObj &) = delete;
-    AnalyseDataObj &operator=(const AnalyseDataObj &) = delete;
+    AnalyseDataObj(const AnalyseDataObj&) = delete;
+    AnalyseDataObj& operator=(const AnalyseDataObj&) = delete;
 
     // --- Run control: control/AnalyseDataObj.cpp --------------------------------
 
     // Takes over the settings of a front end. Bootstraps and Permutationen travel as
     // arguments of WriteOutput instead.
-    void TakeSettings(const AnalyseSettings &masks, const ScalarSettings &scalars);
+    void TakeSettings(const AnalyseSettings& masks, const ScalarSettings& scalars);
 
     // Prepares a further run on the loaded data: the next numbered folder and log.
     // 0; 1 if nothing is loaded.
@@ -42,11 +42,11 @@ class AnalyseDataObj : public AnalyseSettings {
 
     // Opens a file of the result folder in the current folder; a failure, now or
     // later, is told on the console and in the log.
-    ResultFile OpenResult(const std::string &name, const char *mode);
+    ResultFile OpenResult(const std::string& name, const char* mode);
 
     // The entry of a finished pass in the log: a line end, the text, a line end,
     // flushed. Nothing without a log.
-    void LogEntry(const char *text);
+    void LogEntry(const char* text);
 
     // --- Run log: control/datalog.cpp ----------------------------------------------
 
@@ -58,13 +58,13 @@ class AnalyseDataObj : public AnalyseSettings {
     // First pass over the file: finds its shape, makes and sizes Daten. 0, or a
     // refusal: -1 null stream, 3 nothing read, 4 format or line end, 5 header rows,
     // 6 loci. The stream stays the caller's.
-    int CheckDataFile(std::FILE *stream);
+    int CheckDataFile(std::FILE* stream);
 
     // InitPath(), then GetDataFile(); 0 whatever they returned.
-    int ReadDataFile(std::FILE *stream);
+    int ReadDataFile(std::FILE* stream);
 
     // Second pass: fills the loci. 0; -1 nothing read or a row too long; -3 header.
-    int GetDataFile(std::FILE *stream);
+    int GetDataFile(std::FILE* stream);
 
     // Makes the next numbered result folder, enters it and opens its log. 0; 1 if
     // that failed, with the paths and the log as they were.
@@ -130,7 +130,7 @@ class AnalyseDataObj : public AnalyseSettings {
     bool OrdnerFehlt = false;    // the last InitPath failed: WriteOutput runs no pass
 
   private:
-    void ReportFileFailure(const std::string &name, const std::string &reason);
+    void ReportFileFailure(const std::string& name, const std::string& reason);
 };
 
 #endif

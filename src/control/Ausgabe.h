@@ -7,12 +7,12 @@
 
 // Prints message `code`. `text` is the argument of the codes that take one and the
 // mark of the others; null where there is none.
-void AUSGABE(int code, const char *text);
+void AUSGABE(int code, const char* text);
 
 // Prints `wert` in the words of `code` (45, 57, 66, 67, 76); bare for any other.
-void AUSGABE(int code, const int &wert);
+void AUSGABE(int code, const int& wert);
 
 // Prints `wert` in the stream's default format, for any code.
-void AUSGABE(int code, const double &wert);
+void AUSGABE(int code, const double& wert);
 
 #endif

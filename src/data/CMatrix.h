@@ -20,7 +20,7 @@ class CMatrix {
 
     // The cell (i, j), both from 0. A place outside the matrix is never an error:
     // it stands for the spare cell Dummy, for reading and for writing.
-    double &operator()(int32_t i, int32_t j) { return contains(i, j) ? Daten[place(i, j)] : Dummy; }
+    double& operator()(int32_t i, int32_t j) { return contains(i, j) ? Daten[place(i, j)] : Dummy; }
     double operator()(int32_t i, int32_t j) const {
         return contains(i, j) ? Daten[place(i, j)] : Dummy;
     }

@@ -16,9 +16,9 @@ constexpr int32_t kRDSmallest = 3;      // gene copies that a replicate needs
 
 } // namespace
 
-int SortAllel(const void *a, const void *b) {
-    const int32_t first = static_cast<const AllelEintrag *>(a)->Nummer;
-    const int32_t second = static_cast<const AllelEintrag *>(b)->Nummer;
+int SortAllel(const void* a, const void* b) {
+    const int32_t first = static_cast<const AllelEintrag*>(a)->Nummer;
+    const int32_t second = static_cast<const AllelEintrag*>(b)->Nummer;
     return first < second ? -1 : static_cast<int>(first > second);
 }
 
@@ -126,7 +126,7 @@ int32_t AllelCount::findRow(int allel) const {
     const auto end = Allele.begin() + AnzAllele;
     if (Sortiert) {
         const auto row =
-            std::lower_bound(Allele.begin(), end, allel, [](const AllelEintrag &entry, int number) {
+            std::lower_bound(Allele.begin(), end, allel, [](const AllelEintrag& entry, int number) {
                 return entry.Nummer < number;
             });
         return row != end && row->Nummer == allel ? static_cast<int32_t>(row - Allele.begin()) : -1;
@@ -136,13 +136,13 @@ int32_t AllelCount::findRow(int allel) const {
         return place == Platz.end() ? -1 : place->second;
     }
     const auto row = std::find_if(
-        Allele.begin(), end, [allel](const AllelEintrag &entry) { return entry.Nummer == allel; });
+        Allele.begin(), end, [allel](const AllelEintrag& entry) { return entry.Nummer == allel; });
     return row == end ? -1 : static_cast<int32_t>(row - Allele.begin());
 }
 
 void AllelCount::SortAllele() {
     std::sort(Allele.begin(), Allele.begin() + AnzAllele,
-              [](const AllelEintrag &a, const AllelEintrag &b) { return SortAllel(&a, &b) < 0; });
+              [](const AllelEintrag& a, const AllelEintrag& b) { return SortAllel(&a, &b) < 0; });
     Platz.clear();
     Sortiert = true;
 }
@@ -179,7 +179,7 @@ int AllelCount::GetAllelNummer(int nummer) const {
     return findRow(nummer) + 1;
 }
 
-int AllelCount::rdCount(const std::vector<AllelEintrag> &rows, int i) const {
+int AllelCount::rdCount(const std::vector<AllelEintrag>& rows, int i) const {
     if (!isHaploid()) {
         return -3;
     }
@@ -192,7 +192,7 @@ int AllelCount::rdCount(const std::vector<AllelEintrag> &rows, int i) const {
     return rows[static_cast<std::size_t>(i)].Anzahl;
 }
 
-double AllelCount::rdFrequency(const std::vector<AllelEintrag> &rows, int i) const {
+double AllelCount::rdFrequency(const std::vector<AllelEintrag>& rows, int i) const {
     const int count = rdCount(rows, i);
     return count < 0 ? double(count) : 2.0 * count / AnzGesamt;
 }
@@ -210,7 +210,7 @@ double AllelCount::GetRDMaxFrequenz(int i) const {
     return rdFrequency(RDMax, i);
 }
 
-void AllelCount::AllelZahl(ResultFile &f, int i) const {
+void AllelCount::AllelZahl(ResultFile& f, int i) const {
     if (i < 0 || i >= AnzAllele) {
         f.text("\t\t");
         return;
@@ -221,7 +221,7 @@ void AllelCount::AllelZahl(ResultFile &f, int i) const {
     f.character('\t');
 }
 
-void AllelCount::AllelFreq(ResultFile &f, int i) const {
+void AllelCount::AllelFreq(ResultFile& f, int i) const {
     if (i < 0 || i >= AnzAllele) {
         f.text("\t\t");
         return;
@@ -280,7 +280,7 @@ double AllelCount::CalcMean() const {
     }
     double sum = 0.0;
     for (int32_t i = 0; i < AnzAllele; ++i) {
-        const AllelEintrag &row = Allele[static_cast<std::size_t>(i)];
+        const AllelEintrag& row = Allele[static_cast<std::size_t>(i)];
         sum += double(row.Nummer) * row.Anzahl;
     }
     return sum / AnzGesamt;
@@ -292,7 +292,7 @@ double AllelCount::CalcVar(double mean) const {
     }
     double sum = 0.0;
     for (int32_t i = 0; i < AnzAllele; ++i) {
-        const AllelEintrag &row = Allele[static_cast<std::size_t>(i)];
+        const AllelEintrag& row = Allele[static_cast<std::size_t>(i)];
         const double deviation = row.Nummer - mean;
         sum += row.Anzahl * (deviation * deviation);
     }
@@ -342,12 +342,12 @@ void AllelCount::StartRD(int replikate) {
     RDDurchlauf = 0;
     RDGroesse = 0;
     RDAktuell.assign(Allele.begin(), Allele.begin() + AnzAllele);
-    for (AllelEintrag &row : RDAktuell) {
+    for (AllelEintrag& row : RDAktuell) {
         row.Anzahl = 0;
     }
     RDMax = RDAktuell;
     RDMin = RDAktuell;
-    for (AllelEintrag &row : RDMin) {
+    for (AllelEintrag& row : RDMin) {
         row.Anzahl = kRDMinStart;
     }
 }
@@ -372,7 +372,7 @@ int AllelCount::CalcRDF() {
     double squares = 0.0;
     double numbers = 0.0;
     int32_t present = 0;
-    for (const AllelEintrag &row : RDAktuell) {
+    for (const AllelEintrag& row : RDAktuell) {
         const double p = row.Anzahl / n;
         squares += p * p;
         numbers += double(row.Nummer) * row.Anzahl;
@@ -380,7 +380,7 @@ int AllelCount::CalcRDF() {
     }
     const double mean = numbers / n;
     double deviations = 0.0;
-    for (const AllelEintrag &row : RDAktuell) {
+    for (const AllelEintrag& row : RDAktuell) {
         const double deviation = row.Nummer - mean;
         deviations += row.Anzahl * (deviation * deviation);
     }

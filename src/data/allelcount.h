@@ -23,7 +23,7 @@ struct AllelEintrag {
 };
 
 // Comparison of two rows by Nummer for qsort and its kin: -1, 0 or 1.
-int SortAllel(const void *a, const void *b);
+int SortAllel(const void* a, const void* b);
 
 class AllelCount {
   public:
@@ -77,10 +77,10 @@ class AllelCount {
     double GetRDMaxFrequenz(int i) const;
 
     // Writes "Nummer\tAnzahl\t" of row i; "\t\t" where there is no such row.
-    void AllelZahl(ResultFile &f, int i) const;
+    void AllelZahl(ResultFile& f, int i) const;
 
     // Writes "Nummer\tfrequency\t" of row i; "\t\t" where there is no such row.
-    void AllelFreq(ResultFile &f, int i) const;
+    void AllelFreq(ResultFile& f, int i) const;
 
     // --- Statistics, -1.0 if the sample is too small --------------------------
     // p(i) is the frequency of allele i; sums run over the rows in table order.
@@ -157,8 +157,8 @@ class AllelCount {
     void indexRow(int allel);
     int32_t findRow(int allel) const; // place from 0, -1 if not there
     double sumOfSquares() const;      // sum p(i)^2
-    int rdCount(const std::vector<AllelEintrag> &rows, int i) const;
-    double rdFrequency(const std::vector<AllelEintrag> &rows, int i) const;
+    int rdCount(const std::vector<AllelEintrag>& rows, int i) const;
+    double rdFrequency(const std::vector<AllelEintrag>& rows, int i) const;
 
     static constexpr int32_t kIndexFrom = 64; // rows from which Platz is kept
 

@@ -18,29 +18,29 @@ Eintragsblock newBlock(int capacity, int32_t filler) {
     return {slots, 0, std::vector<int32_t>(static_cast<std::size_t>(slots) + 1, filler)};
 }
 
-void append(Eintragsblock &block, int32_t value) {
+void append(Eintragsblock& block, int32_t value) {
     block.Slots[static_cast<std::size_t>(block.Belegt)] = value;
     ++block.Belegt;
 }
 
-int32_t &slot(std::vector<Eintragsblock> &blocks, int pop, int i) {
+int32_t& slot(std::vector<Eintragsblock>& blocks, int pop, int i) {
     return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
 }
 
-int32_t slot(const std::vector<Eintragsblock> &blocks, int pop, int i) {
+int32_t slot(const std::vector<Eintragsblock>& blocks, int pop, int i) {
     return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
 }
 
-std::span<const int32_t> usedSlots(const std::vector<Eintragsblock> &blocks, int pop) {
+std::span<const int32_t> usedSlots(const std::vector<Eintragsblock>& blocks, int pop) {
     if (pop < 1 || pop > static_cast<int>(blocks.size())) {
         return {};
     }
-    const Eintragsblock &block = blocks[static_cast<std::size_t>(pop - 1)];
+    const Eintragsblock& block = blocks[static_cast<std::size_t>(pop - 1)];
     return {block.Slots.data(), static_cast<std::size_t>(block.Belegt)};
 }
 
 // Text of a name that may not be set: a data set built by hand can lack it.
-const std::string &nameText(const std::string *name) {
+const std::string& nameText(const std::string* name) {
     static const std::string none;
     return name != nullptr ? *name : none;
 }
@@ -49,7 +49,7 @@ const std::string &nameText(const std::string *name) {
 
 // --- LociObj: building -------------------------------------------------------------
 
-int LociObj::AddPopulation(const std::string &name, int kapazitaet) {
+int LociObj::AddPopulation(const std::string& name, int kapazitaet) {
     DataChromosom.push_back(newBlock(kapazitaet, -1));
     InfoChromosom.push_back(newBlock(kapazitaet, 0));
     PopNamen.push_back(name);
@@ -60,7 +60,7 @@ int LociObj::AddTier(int pop, int allel, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    Eintragsblock &data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    Eintragsblock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
     if (data.Belegt >= data.Kapazitaet) {
         return kBlockFull;
     }
@@ -73,11 +73,11 @@ int LociObj::AddTier(int pop, int allel1, int allel2, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    Eintragsblock &data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    Eintragsblock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
     if (data.Belegt + 1 >= data.Kapazitaet) {
         return kBlockFull;
     }
-    Eintragsblock &infos = InfoChromosom[static_cast<std::size_t>(pop - 1)];
+    Eintragsblock& infos = InfoChromosom[static_cast<std::size_t>(pop - 1)];
     append(data, allel1);
     append(data, allel2);
     append(infos, info);
@@ -143,21 +143,21 @@ std::span<const int32_t> LociObj::InfoSlots(int pop) const {
 
 // --- LociObj: names and lengths ---------------------------------------------------------
 
-void LociObj::SetLociName(const std::string &name) {
+void LociObj::SetLociName(const std::string& name) {
     LociName = name;
     NameGesetzt = true;
 }
 
-void LociObj::SetLociName2(const std::string &name) {
+void LociObj::SetLociName2(const std::string& name) {
     LociName2 = name;
     Name2Gesetzt = true;
 }
 
-const std::string *LociObj::GetPopName(int pop) const {
+const std::string* LociObj::GetPopName(int pop) const {
     return pop >= 1 && pop <= AnzPop ? &PopNamen[static_cast<std::size_t>(pop - 1)] : nullptr;
 }
 
-int LociObj::GetPopNummer(const std::string &name) const {
+int LociObj::GetPopNummer(const std::string& name) const {
     const auto found = std::find(PopNamen.begin(), PopNamen.end(), name);
     return found == PopNamen.end() ? 0 : static_cast<int>(found - PopNamen.begin()) + 1;
 }
@@ -178,9 +178,9 @@ int Datensatz::init(int anzLoci) {
     return anzLoci;
 }
 
-int Datensatz::AddPopulation(const std::string &name, int kapazitaet) {
+int Datensatz::AddPopulation(const std::string& name, int kapazitaet) {
     int result = 0;
-    for (LociObj &locus : Loci) {
+    for (LociObj& locus : Loci) {
         result = locus.AddPopulation(name, kapazitaet);
         if (result < 1) {
             break;
@@ -190,20 +190,20 @@ int Datensatz::AddPopulation(const std::string &name, int kapazitaet) {
 }
 
 int Datensatz::AddTier(int locus, int pop, int allel, int info) {
-    LociObj *const place = Locus(locus);
+    LociObj* const place = Locus(locus);
     return place != nullptr ? place->AddTier(pop, allel, info) : kNoPlace;
 }
 
 int Datensatz::AddTier(int locus, int pop, int allel1, int allel2, int info) {
-    LociObj *const place = Locus(locus);
+    LociObj* const place = Locus(locus);
     return place != nullptr ? place->AddTier(pop, allel1, allel2, info) : kNoPlace;
 }
 
-const LociObj *Datensatz::Locus(int locus) const {
+const LociObj* Datensatz::Locus(int locus) const {
     return locus >= 1 && locus <= AnzLoci ? &Loci[static_cast<std::size_t>(locus - 1)] : nullptr;
 }
 
-LociObj *Datensatz::Locus(int locus) {
+LociObj* Datensatz::Locus(int locus) {
     return locus >= 1 && locus <= AnzLoci ? &Loci[static_cast<std::size_t>(locus - 1)] : nullptr;
 }
 
@@ -213,7 +213,7 @@ int Datensatz::GetPopAnzahl() const {
     return Loci.empty() ? 0 : Loci.front().AnzPop;
 }
 
-const std::string *Datensatz::GetPopName(int pop) const {
+const std::string* Datensatz::GetPopName(int pop) const {
     return Loci.empty() ? nullptr : Loci.front().GetPopName(pop);
 }
 
@@ -225,23 +225,23 @@ int Datensatz::GetAnzTiere(int pop) const {
     return GetAnzDatenChromosome(pop) / 2;
 }
 
-const std::string *Datensatz::GetLociName(int locus) const {
-    const LociObj *const place = Locus(locus);
+const std::string* Datensatz::GetLociName(int locus) const {
+    const LociObj* const place = Locus(locus);
     return place != nullptr ? place->GetLociName() : nullptr;
 }
 
-const std::string *Datensatz::GetLociName2(int locus) const {
-    const LociObj *const place = Locus(locus);
+const std::string* Datensatz::GetLociName2(int locus) const {
+    const LociObj* const place = Locus(locus);
     return place != nullptr ? place->GetLociName2() : nullptr;
 }
 
-const std::string *Datensatz::GetLociName2OrFirst(int locus) const {
-    const std::string *const second = GetLociName2(locus);
+const std::string* Datensatz::GetLociName2OrFirst(int locus) const {
+    const std::string* const second = GetLociName2(locus);
     return second != nullptr ? second : GetLociName(locus);
 }
 
-int Datensatz::SetLociName(int locus, const std::string &name) {
-    LociObj *const place = Locus(locus);
+int Datensatz::SetLociName(int locus, const std::string& name) {
+    LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoPlace;
     }
@@ -249,8 +249,8 @@ int Datensatz::SetLociName(int locus, const std::string &name) {
     return 0;
 }
 
-int Datensatz::SetLociName2(int locus, const std::string &name) {
-    LociObj *const place = Locus(locus);
+int Datensatz::SetLociName2(int locus, const std::string& name) {
+    LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoPlace;
     }
@@ -258,48 +258,48 @@ int Datensatz::SetLociName2(int locus, const std::string &name) {
     return 0;
 }
 
-int Datensatz::GetLociNummer(const std::string &name) const {
+int Datensatz::GetLociNummer(const std::string& name) const {
     const auto found = std::find_if(
-        Loci.begin(), Loci.end(), [&name](const LociObj &locus) { return locus.LociName == name; });
+        Loci.begin(), Loci.end(), [&name](const LociObj& locus) { return locus.LociName == name; });
     return found == Loci.end() ? 0 : static_cast<int>(found - Loci.begin()) + 1;
 }
 
 int Datensatz::GetLociRepeatMuster(int locus) const {
-    const LociObj *const place = Locus(locus);
+    const LociObj* const place = Locus(locus);
     return place != nullptr ? place->LociRepeatMuster : kNoLocus;
 }
 
 int Datensatz::GetLociRepeatRest(int locus) const {
-    const LociObj *const place = Locus(locus);
+    const LociObj* const place = Locus(locus);
     return place != nullptr ? place->LociRepeatRest : kNoLocus;
 }
 
 int Datensatz::SetLociRepeatMuster(int locus, int wert) {
-    LociObj *const place = Locus(locus);
+    LociObj* const place = Locus(locus);
     return place != nullptr ? place->SetLociRepeatMuster(wert) : kNoLocus;
 }
 
 int Datensatz::SetLociRepeatRest(int locus, int wert) {
-    LociObj *const place = Locus(locus);
+    LociObj* const place = Locus(locus);
     return place != nullptr ? place->SetLociRepeatRest(wert) : kNoLocus;
 }
 
-double &Datensatz::AccessInheritanceScalar(int locus) {
-    LociObj *const place = Locus(locus);
+double& Datensatz::AccessInheritanceScalar(int locus) {
+    LociObj* const place = Locus(locus);
     Fehlerwert = place != nullptr ? Fehlerwert : -2.0;
     return place != nullptr ? place->InheritanceScalar : Fehlerwert;
 }
 
-double &Datensatz::AccessMutationRate(int locus) {
-    LociObj *const place = Locus(locus);
+double& Datensatz::AccessMutationRate(int locus) {
+    LociObj* const place = Locus(locus);
     Fehlerwert = place != nullptr ? Fehlerwert : -2.0;
     return place != nullptr ? place->MutationRate : Fehlerwert;
 }
 
 // --- Datensatz: genotypes ------------------------------------------------------------------------
 
-int Datensatz::GetTierDaten(int locus, int pop, int tier, int &allel1, int &allel2) const {
-    const LociObj *const place = Locus(locus);
+int Datensatz::GetTierDaten(int locus, int pop, int tier, int& allel1, int& allel2) const {
+    const LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoLocus;
     }
@@ -309,7 +309,7 @@ int Datensatz::GetTierDaten(int locus, int pop, int tier, int &allel1, int &alle
 }
 
 int Datensatz::SetTierDaten(int locus, int pop, int tier, int allel1, int allel2) {
-    LociObj *const place = Locus(locus);
+    LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoLocus;
     }
@@ -318,8 +318,8 @@ int Datensatz::SetTierDaten(int locus, int pop, int tier, int allel1, int allel2
     return 0;
 }
 
-int Datensatz::GetChromosomDaten(int locus, int pop, int i, int &allel) const {
-    const LociObj *const place = Locus(locus);
+int Datensatz::GetChromosomDaten(int locus, int pop, int i, int& allel) const {
+    const LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoLocus;
     }
@@ -327,8 +327,8 @@ int Datensatz::GetChromosomDaten(int locus, int pop, int i, int &allel) const {
     return 0;
 }
 
-int Datensatz::GetChromosomInfo(int locus, int pop, int i, int &info) const {
-    const LociObj *const place = Locus(locus);
+int Datensatz::GetChromosomInfo(int locus, int pop, int i, int& info) const {
+    const LociObj* const place = Locus(locus);
     if (place == nullptr) {
         return kNoLocus;
     }
@@ -337,7 +337,7 @@ int Datensatz::GetChromosomInfo(int locus, int pop, int i, int &info) const {
 }
 
 int Datensatz::GetGroupNummer(int pop, int i, int locus) const {
-    const LociObj *const place = Locus(locus);
+    const LociObj* const place = Locus(locus);
     return place != nullptr ? place->GetGroupNummer(pop, i) : 0;
 }
 
@@ -348,7 +348,7 @@ int Datensatz::TestGroup(int gruppe) const {
 // --- Datensatz: sheet heads
 // -------------------------------------------------------------------------
 
-void Datensatz::LociNamen(ResultFile &f, int beide) const {
+void Datensatz::LociNamen(ResultFile& f, int beide) const {
     for (int locus = 1; locus <= AnzLoci; ++locus) {
         f.character('\t');
         f.text(nameText(GetLociName(locus)));
@@ -360,7 +360,7 @@ void Datensatz::LociNamen(ResultFile &f, int beide) const {
     f.character('\n');
 }
 
-void Datensatz::writeNames(ResultFile &f, bool second) const {
+void Datensatz::writeNames(ResultFile& f, bool second) const {
     for (int locus = 1; locus <= AnzLoci; ++locus) {
         f.text(nameText(second ? GetLociName2OrFirst(locus) : GetLociName(locus)));
         f.character('\t');
@@ -368,22 +368,22 @@ void Datensatz::writeNames(ResultFile &f, bool second) const {
     f.character('\n');
 }
 
-void Datensatz::LociNamenK(ResultFile &f) const {
+void Datensatz::LociNamenK(ResultFile& f) const {
     f.character('\t');
     writeNames(f, false);
 }
 
-void Datensatz::LociNamenK2(ResultFile &f) const {
+void Datensatz::LociNamenK2(ResultFile& f) const {
     f.character('\t');
     writeNames(f, true);
 }
 
-void Datensatz::LociNamenKS(ResultFile &f, const char *titel) const {
+void Datensatz::LociNamenKS(ResultFile& f, const char* titel) const {
     f.print("\t%s\t", titel);
     writeNames(f, false);
 }
 
-void Datensatz::LociNamenKS2(ResultFile &f, const char *titel) const {
+void Datensatz::LociNamenKS2(ResultFile& f, const char* titel) const {
     f.print("\t%s\t", titel);
     writeNames(f, true);
 }

@@ -40,7 +40,7 @@ class LociObj {
     // --- Building -------------------------------------------------------------
 
     // Appends a population with room for `kapazitaet` slots. Result: the new AnzPop.
-    int AddPopulation(const std::string &name, int kapazitaet);
+    int AddPopulation(const std::string& name, int kapazitaet);
 
     // Appends one slot, or the two of an individual with the same info value.
     // 0; -10 for a bad population; -20 if the block is full.
@@ -81,16 +81,16 @@ class LociObj {
     // --- Names and lengths --------------------------------------------------------
 
     // Null while the name is not set.
-    const std::string *GetLociName() const { return NameGesetzt ? &LociName : nullptr; }
-    const std::string *GetLociName2() const { return Name2Gesetzt ? &LociName2 : nullptr; }
-    void SetLociName(const std::string &name);
-    void SetLociName2(const std::string &name);
+    const std::string* GetLociName() const { return NameGesetzt ? &LociName : nullptr; }
+    const std::string* GetLociName2() const { return Name2Gesetzt ? &LociName2 : nullptr; }
+    void SetLociName(const std::string& name);
+    void SetLociName2(const std::string& name);
 
     // Null for a population outside 1..AnzPop.
-    const std::string *GetPopName(int pop) const;
+    const std::string* GetPopName(int pop) const;
 
     // Number of the first population of that exact name, 0 if none.
-    int GetPopNummer(const std::string &name) const;
+    int GetPopNummer(const std::string& name) const;
 
     // Store and return the old value.
     int SetLociRepeatMuster(int wert);
@@ -102,7 +102,7 @@ class LociObj {
     // `pop` 1..AnzPop with `flag` 0: that population. `pop` 0 with `flag` not 0:
     // nothing, result 1. All other calls, also a `pop` that does not exist: all
     // populations. Result 0.
-    int AllelCountP(AllelCount &tabelle, int pop, int flag) const;
+    int AllelCountP(AllelCount& tabelle, int pop, int flag) const;
 
     // --- Group means (stats) ----------------------------------------------------------
 
@@ -119,7 +119,7 @@ class LociObj {
 
   private:
     bool hasSlot(int pop, int i) const; // also true for the slot behind the last
-    void feed(AllelCount &tabelle, int pop) const;
+    void feed(AllelCount& tabelle, int pop) const;
 
     bool NameGesetzt = false;
     bool Name2Gesetzt = false;
@@ -134,7 +134,7 @@ class Datensatz {
 
     // Adds to all loci in turn, stopping at a result below 1. Result: the last one, 0
     // without loci.
-    int AddPopulation(const std::string &name, int kapazitaet);
+    int AddPopulation(const std::string& name, int kapazitaet);
 
     // As in LociObj; -10 for a bad locus.
     int AddTier(int locus, int pop, int allel, int info);
@@ -143,16 +143,16 @@ class Datensatz {
     // --- Shape and names ----------------------------------------------------------
 
     int GetPopAnzahl() const;                         // populations; 0 without loci
-    const std::string *GetPopName(int pop) const;     // null without loci or for a bad number
+    const std::string* GetPopName(int pop) const;     // null without loci or for a bad number
     int GetAnzDatenChromosome(int pop) const;         // slots of a population; -1 for a bad one
     int GetAnzTiere(int pop) const;                   // individuals of a population: slots / 2
-    const std::string *GetLociName(int locus) const;  // null for a bad locus
-    const std::string *GetLociName2(int locus) const; // null too where it is not set
+    const std::string* GetLociName(int locus) const;  // null for a bad locus
+    const std::string* GetLociName2(int locus) const; // null too where it is not set
     // The second name, or the first where there is no second; null for a bad locus.
-    const std::string *GetLociName2OrFirst(int locus) const;
-    int SetLociName(int locus, const std::string &name);  // 0; -10 for a bad locus
-    int SetLociName2(int locus, const std::string &name); // 0; -10 for a bad locus
-    int GetLociNummer(const std::string &name) const; // first locus of that first name, 0 if none
+    const std::string* GetLociName2OrFirst(int locus) const;
+    int SetLociName(int locus, const std::string& name);  // 0; -10 for a bad locus
+    int SetLociName2(int locus, const std::string& name); // 0; -10 for a bad locus
+    int GetLociNummer(const std::string& name) const; // first locus of that first name, 0 if none
 
     int GetLociRepeatMuster(int locus) const;     // -2 for a bad locus
     int GetLociRepeatRest(int locus) const;       // -2 for a bad locus
@@ -160,26 +160,26 @@ class Datensatz {
     int SetLociRepeatRest(int locus, int wert);   // the old value; -2 for a bad locus
 
     // The locus's double; the global Fehlerwert, set to -2.0, for a bad locus.
-    double &AccessInheritanceScalar(int locus);
-    double &AccessMutationRate(int locus);
+    double& AccessInheritanceScalar(int locus);
+    double& AccessMutationRate(int locus);
 
     // --- Genotypes ------------------------------------------------------------------
 
     // The two alleles of individual `tier` (from 0). 0, or -2 with the references
     // untouched for a bad locus.
-    int GetTierDaten(int locus, int pop, int tier, int &allel1, int &allel2) const;
+    int GetTierDaten(int locus, int pop, int tier, int& allel1, int& allel2) const;
     int SetTierDaten(int locus, int pop, int tier, int allel1, int allel2);
 
     // One slot. 0, or -2 for a bad locus.
-    int GetChromosomDaten(int locus, int pop, int i, int &allel) const;
-    int GetChromosomInfo(int locus, int pop, int i, int &info) const;
+    int GetChromosomDaten(int locus, int pop, int i, int& allel) const;
+    int GetChromosomInfo(int locus, int pop, int i, int& info) const;
 
     // The group of slot i. The locus stands last here, unlike everywhere else.
     int GetGroupNummer(int pop, int i, int locus) const;
     int TestGroup(int gruppe) const; // as in LociObj, on locus 1; 0 without loci
 
     // Calls visit(pop, tier) for every individual, population after population.
-    template <class Visitor> void ForEachTier(Visitor &&visit) const {
+    template <class Visitor> void ForEachTier(Visitor&& visit) const {
         for (int pop = 1; pop <= GetPopAnzahl(); ++pop) {
             for (int tier = 0; tier < GetAnzTiere(pop); ++tier) {
                 visit(pop, tier);
@@ -191,20 +191,20 @@ class Datensatz {
 
     // `beide` 0: "\tname\t" for every locus, so that a name heads the first of two
     // columns. Else "\tname\tname2" for every locus.
-    void LociNamen(ResultFile &f, int beide) const;
-    void LociNamenK(ResultFile &f) const;  // a tab, then "name\t" for every locus
-    void LociNamenK2(ResultFile &f) const; // the same with the second names
-    void LociNamenKS(ResultFile &f, const char *titel) const;  // "\ttitel\t", then as K
-    void LociNamenKS2(ResultFile &f, const char *titel) const; // "\ttitel\t", then as K2
+    void LociNamen(ResultFile& f, int beide) const;
+    void LociNamenK(ResultFile& f) const;  // a tab, then "name\t" for every locus
+    void LociNamenK2(ResultFile& f) const; // the same with the second names
+    void LociNamenKS(ResultFile& f, const char* titel) const;  // "\ttitel\t", then as K
+    void LociNamenKS2(ResultFile& f, const char* titel) const; // "\ttitel\t", then as K2
 
     // --- Counting (stats/CountAllels.cpp) -----------------------------------------------
 
     // The tables of all loci in the pool of all populations, sorted; writes the block
     // "Total" to those of the two sheets that are open.
-    AllelTabelle AllelCountLT(ResultFile &zahl, ResultFile &freq) const;
+    AllelTabelle AllelCountLT(ResultFile& zahl, ResultFile& freq) const;
 
     // The same for population `pop`, headed by its name.
-    AllelTabelle AllelCountPop(ResultFile &zahl, ResultFile &freq, int pop) const;
+    AllelTabelle AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const;
 
     // The tables of all loci of one individual (from 0), sorted. The whole info value
     // is handed on as the haploid flag: an individual in a group counts with the
@@ -217,11 +217,11 @@ class Datensatz {
     int32_t AnzLoci = 0;
 
     // The locus object, or null for a number outside 1..AnzLoci.
-    const LociObj *Locus(int locus) const;
-    LociObj *Locus(int locus);
+    const LociObj* Locus(int locus) const;
+    LociObj* Locus(int locus);
 
   private:
-    void writeNames(ResultFile &f, bool second) const; // "name\t" per locus and a line end
+    void writeNames(ResultFile& f, bool second) const; // "name\t" per locus and a line end
 };
 
 #endif

@@ -8,16 +8,16 @@
 namespace {
 
 // The words of printf for what is not finite. The sign of a nan shows, too.
-const char *nonFiniteWord(double value) {
+const char* nonFiniteWord(double value) {
     if (std::isnan(value)) {
         return std::signbit(value) ? "-nan" : "nan";
     }
     return value < 0 ? "-inf" : "inf";
 }
 
-std::size_t writeDigits(char *buffer, double value, int precision) {
+std::size_t writeDigits(char* buffer, double value, int precision) {
     if (!std::isfinite(value)) {
-        const char *word = nonFiniteWord(value);
+        const char* word = nonFiniteWord(value);
         const std::size_t length = std::strlen(word);
         std::memcpy(buffer, word, length);
         return length;
@@ -29,7 +29,7 @@ std::size_t writeDigits(char *buffer, double value, int precision) {
 
 } // namespace
 
-std::size_t formatFixed(char *buffer, double value, int precision, int width) {
+std::size_t formatFixed(char* buffer, double value, int precision, int width) {
     const std::size_t length = writeDigits(buffer, value, precision);
     const auto wanted = static_cast<std::size_t>(std::max(width, 0));
     if (length >= wanted) {

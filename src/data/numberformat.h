@@ -11,6 +11,6 @@ constexpr std::size_t kFixedBufferSize = 352;
 // blanks to `width` (0 to 32), into `buffer` (at least kFixedBufferSize bytes).
 // Not finite values come out as "inf", "-inf", "nan" and "-nan".
 // Result: the number of bytes; no zero byte is added.
-std::size_t formatFixed(char *buffer, double value, int precision, int width = 0);
+std::size_t formatFixed(char* buffer, double value, int precision, int width = 0);
 
 #endif

@@ -11,7 +11,7 @@ namespace {
 constexpr mode_t kFolderMode = 0777;
 
 // Makes and enters `path`. Status as in PassFolder.
-int makeAndEnter(const std::string &path, const OrdnerRegel &regel) {
+int makeAndEnter(const std::string& path, const OrdnerRegel& regel) {
     const bool made = mkdir(path.c_str(), kFolderMode) == 0;
     if (!made && regel.MkdirFehlerMelden) {
         AUSGABE(regel.MeldungVorhanden, nullptr);
@@ -26,7 +26,7 @@ int makeAndEnter(const std::string &path, const OrdnerRegel &regel) {
 
 } // namespace
 
-PassFolder::PassFolder(AnalyseDataObj &lauf, const OrdnerRegel &regel) : Lauf(lauf) {
+PassFolder::PassFolder(AnalyseDataObj& lauf, const OrdnerRegel& regel) : Lauf(lauf) {
     if (Lauf.ResultPfad.empty()) { // nothing was loaded: there is no result folder to write into
         AUSGABE(regel.MeldungVorhanden, nullptr);
         Status = regel.MkdirFehlerMelden ? 1 : 2;
@@ -45,7 +45,7 @@ PassFolder::~PassFolder() {
     }
 }
 
-int PassFolder::enterInner(const OrdnerRegel &regel) {
+int PassFolder::enterInner(const OrdnerRegel& regel) {
     const int status = makeAndEnter(regel.Name, regel);
     if (status == 0) {
         Lauf.AktuellerOrdner += std::string(regel.Name) + "/";

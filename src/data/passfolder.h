@@ -9,7 +9,7 @@ class AnalyseDataObj;
 
 // A pass's folder and the two messages of the catalogue for it.
 struct OrdnerRegel {
-    const char *Name;               // folder under the result folder
+    const char* Name;               // folder under the result folder
     int MeldungVorhanden;           // an existing folder cannot be entered (or none made)
     int MeldungNeu;                 // the folder just made cannot be entered
     bool MkdirFehlerMelden = false; // wanted oddity of "Single_data": any failure of mkdir is
@@ -30,13 +30,13 @@ constexpr OrdnerRegel ResamplingData{"Resampling_data", 81, 82};
 class PassFolder {
   public:
     // Makes the folder (mode 0777) and enters it; a failure is told on the console.
-    PassFolder(AnalyseDataObj &lauf, const OrdnerRegel &regel);
+    PassFolder(AnalyseDataObj& lauf, const OrdnerRegel& regel);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.
     ~PassFolder();
 
-    PassFolder(const PassFolder &) = delete;
-    PassFolder &operator=(const PassFolder &) = delete;
+    PassFolder(const PassFolder&) = delete;
+    PassFolder& operator=(const PassFolder&) = delete;
 
     // 0: entered; 1: a new folder cannot be entered; 2: an existing one cannot.
     int status() const { return Status; }
@@ -44,13 +44,13 @@ class PassFolder {
 
     // Makes and enters the folder `name` inside, by its relative name. Status as above;
     // `meldungVorhanden` and `meldungNeu` as in OrdnerRegel.
-    int enterInner(const OrdnerRegel &regel);
+    int enterInner(const OrdnerRegel& regel);
 
     // Leaves the process in the folder when the pass ends.
     void stay() { Bleibt = true; }
 
   private:
-    AnalyseDataObj &Lauf;
+    AnalyseDataObj& Lauf;
     int Status = 0;
     bool Bleibt = false;
 };

@@ -15,7 +15,7 @@ constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
 
 } // namespace
 
-ResultFile::ResultFile(const std::string &name, const char *mode, std::string shownName,
+ResultFile::ResultFile(const std::string& name, const char* mode, std::string shownName,
                        FileFailureHandler onFailure)
     : ShownName(std::move(shownName)), OnFailure(std::move(onFailure)) {
     Stream.reset(std::fopen(name.c_str(), mode));
@@ -31,12 +31,12 @@ ResultFile::ResultFile(const std::string &name, const char *mode, std::string sh
     Buffer.reserve(kBufferSize);
 }
 
-ResultFile::ResultFile(ResultFile &&other) noexcept
+ResultFile::ResultFile(ResultFile&& other) noexcept
     : Stream(std::move(other.Stream)), Buffer(std::exchange(other.Buffer, {})),
       ShownName(std::move(other.ShownName)), OnFailure(std::move(other.OnFailure)),
       Failed(other.Failed) {}
 
-ResultFile &ResultFile::operator=(ResultFile &&other) noexcept {
+ResultFile& ResultFile::operator=(ResultFile&& other) noexcept {
     if (this != &other) {
         close();
         Stream = std::move(other.Stream);
@@ -52,7 +52,7 @@ ResultFile::~ResultFile() {
     close();
 }
 
-void ResultFile::print(const char *format, ...) {
+void ResultFile::print(const char* format, ...) {
     if (!Stream) {
         return;
     }
@@ -111,7 +111,7 @@ bool ResultFile::close() {
         return !Failed;
     }
     flush();
-    std::FILE *stream = Stream.release();
+    std::FILE* stream = Stream.release();
     if (std::fclose(stream) != 0) {
         fail(errno);
     }

@@ -12,7 +12,7 @@
 
 // Is told of a result file that cannot be opened, written or closed: the name as
 // it is to be shown, and the system's reason.
-using FileFailureHandler = std::function<void(const std::string &name, const std::string &reason)>;
+using FileFailureHandler = std::function<void(const std::string& name, const std::string& reason)>;
 
 class ResultFile {
   public:
@@ -23,13 +23,13 @@ class ResultFile {
     // "wb+", "ab+", "rb+", "ab". In mode "rb+" the position is the end of the file.
     // `shownName` is the path inside the result folder. A failure is told to
     // `onFailure`, at most once for a file.
-    ResultFile(const std::string &name, const char *mode, std::string shownName,
+    ResultFile(const std::string& name, const char* mode, std::string shownName,
                FileFailureHandler onFailure);
 
-    ResultFile(ResultFile &&other) noexcept;
-    ResultFile &operator=(ResultFile &&other) noexcept;
-    ResultFile(const ResultFile &) = delete;
-    ResultFile &operator=(const ResultFile &) = delete;
+    ResultFile(ResultFile&& other) noexcept;
+    ResultFile& operator=(ResultFile&& other) noexcept;
+    ResultFile(const ResultFile&) = delete;
+    ResultFile& operator=(const ResultFile&) = delete;
     ~ResultFile(); // closes
 
     // True from a successful opening until close().
@@ -37,7 +37,7 @@ class ResultFile {
 
     // Formatted write, as printf does it. For cells of plain numbers the direct
     // writers below are faster and give the same bytes.
-    void print(const char *format, ...) __attribute__((format(printf, 2, 3)));
+    void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
     void text(std::string_view words);                          // the bytes as they are
     void character(char c);                                     // one byte
@@ -54,7 +54,7 @@ class ResultFile {
     void fail(int errorNumber);
 
     struct Closer {
-        void operator()(std::FILE *stream) const { std::fclose(stream); }
+        void operator()(std::FILE* stream) const { std::fclose(stream); }
     };
     std::unique_ptr<std::FILE, Closer> Stream;
     std::string Buffer;    // written, not yet handed to the system

@@ -3,7 +3,7 @@
 #include "data/lociclass.h"
 #include "data/resultfile.h"
 
-void writeRealOrNd(ResultFile &f, double value) {
+void writeRealOrNd(ResultFile& f, double value) {
     if (value < 0) {
         writeNd(f);
     } else {
@@ -11,7 +11,7 @@ void writeRealOrNd(ResultFile &f, double value) {
     }
 }
 
-void writeCountOrNd(ResultFile &f, int value, int minimum) {
+void writeCountOrNd(ResultFile& f, int value, int minimum) {
     if (value < minimum) {
         writeNd(f);
     } else {
@@ -19,43 +19,43 @@ void writeCountOrNd(ResultFile &f, int value, int minimum) {
     }
 }
 
-void writeReal(ResultFile &f, double value) {
+void writeReal(ResultFile& f, double value) {
     f.fixed(value);
     f.character('\t');
 }
 
-void writeCount(ResultFile &f, int value) {
+void writeCount(ResultFile& f, int value) {
     f.integer(value);
     f.character('\t');
 }
 
-void writeNd(ResultFile &f, int cells) {
+void writeNd(ResultFile& f, int cells) {
     for (int cell = 0; cell < cells; ++cell) {
         f.text("n.d.\t");
     }
 }
 
-void writeTabReal(ResultFile &f, double value) {
+void writeTabReal(ResultFile& f, double value) {
     f.character('\t');
     f.fixed(value);
 }
 
-void writeTabNd(ResultFile &f) {
+void writeTabNd(ResultFile& f) {
     f.text("\tn.d.");
 }
 
-void writeLabel(ResultFile &f, const std::string &label) {
+void writeLabel(ResultFile& f, const std::string& label) {
     f.text(label);
     f.character('\t');
 }
 
-void writeLociHead(ResultFile &f, const Datensatz &daten, int datenFormat) {
+void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat) {
     daten.LociNamenK(f);
     if (datenFormat == 2) {
         daten.LociNamenK2(f);
     }
 }
 
-std::string sampleLabel(const Datensatz &daten, int p) {
+std::string sampleLabel(const Datensatz& daten, int p) {
     return p == 0 ? std::string("Total") : *daten.GetPopName(p);
 }

@@ -77,7 +77,7 @@ int32_t drawIndex(int32_t n) {
     return std::min(static_cast<int32_t>(random2(static_cast<float>(n))), n - 1);
 }
 
-int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t &group, int32_t &rest) {
+int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest) {
     for (std::size_t i = 0; i < sizes.size(); ++i) {
         if (sizes[i] > number) {
             group = static_cast<int32_t>(i);

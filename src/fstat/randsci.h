@@ -32,6 +32,6 @@ int32_t drawIndex(int32_t n);
 
 // Turns a flat index over groups of the given sizes into group and offset within
 // it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
-int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t &group, int32_t &rest);
+int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest);
 
 #endif

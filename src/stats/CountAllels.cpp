@@ -15,21 +15,21 @@
 
 namespace {
 
-int longestTable(const AllelTabelle &tables) {
+int longestTable(const AllelTabelle& tables) {
     int rows = 0;
-    for (const AllelCount &table : tables) {
+    for (const AllelCount& table : tables) {
         rows = std::max(rows, table.AnzAllele);
     }
     return rows;
 }
 
 // The rows of one sample in one sheet; `cell` writes a table's pair of cells.
-void writeRows(ResultFile &sheet, const AllelTabelle &tables,
-               void (AllelCount::*cell)(ResultFile &, int) const) {
+void writeRows(ResultFile& sheet, const AllelTabelle& tables,
+               void (AllelCount::*cell)(ResultFile&, int) const) {
     const int rows = longestTable(tables);
     for (int row = 0; row < rows; ++row) {
         sheet.character('\t');
-        for (const AllelCount &table : tables) {
+        for (const AllelCount& table : tables) {
             (table.*cell)(sheet, row);
         }
         sheet.character('\n');
@@ -37,8 +37,8 @@ void writeRows(ResultFile &sheet, const AllelTabelle &tables,
     sheet.character('\n');
 }
 
-void writeBlocks(ResultFile &zahl, ResultFile &freq, const std::string &label,
-                 const AllelTabelle &tables) {
+void writeBlocks(ResultFile& zahl, ResultFile& freq, const std::string& label,
+                 const AllelTabelle& tables) {
     if (zahl.isOpen()) {
         zahl.text(label);
         writeRows(zahl, tables, &AllelCount::AllelZahl);
@@ -50,7 +50,7 @@ void writeBlocks(ResultFile &zahl, ResultFile &freq, const std::string &label,
 }
 
 // The sorted tables of all loci for population `pop`, or the pool for 0.
-AllelTabelle countSample(const Datensatz &daten, int pop) {
+AllelTabelle countSample(const Datensatz& daten, int pop) {
     AllelTabelle tables(daten.Loci.size());
     for (std::size_t l = 0; l < tables.size(); ++l) {
         daten.Loci[l].AllelCountP(tables[l], pop, 0);
@@ -61,7 +61,7 @@ AllelTabelle countSample(const Datensatz &daten, int pop) {
 
 } // namespace
 
-void LociObj::feed(AllelCount &tabelle, int pop) const {
+void LociObj::feed(AllelCount& tabelle, int pop) const {
     const std::span<const int32_t> alleles = DataSlots(pop);
     const std::span<const int32_t> infos = InfoSlots(pop);
     // Missing alleles go in, too: they keep the two entries of an individual together.
@@ -70,7 +70,7 @@ void LociObj::feed(AllelCount &tabelle, int pop) const {
     }
 }
 
-int LociObj::AllelCountP(AllelCount &tabelle, int pop, int flag) const {
+int LociObj::AllelCountP(AllelCount& tabelle, int pop, int flag) const {
     if (pop == 0 && flag != 0) {
         return 1;
     }
@@ -86,15 +86,15 @@ int LociObj::AllelCountP(AllelCount &tabelle, int pop, int flag) const {
     return 0;
 }
 
-AllelTabelle Datensatz::AllelCountLT(ResultFile &zahl, ResultFile &freq) const {
+AllelTabelle Datensatz::AllelCountLT(ResultFile& zahl, ResultFile& freq) const {
     AllelTabelle tables = countSample(*this, 0);
     writeBlocks(zahl, freq, "Total", tables);
     return tables;
 }
 
-AllelTabelle Datensatz::AllelCountPop(ResultFile &zahl, ResultFile &freq, int pop) const {
+AllelTabelle Datensatz::AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const {
     AllelTabelle tables = countSample(*this, pop);
-    const std::string *const name = GetPopName(pop);
+    const std::string* const name = GetPopName(pop);
     writeBlocks(zahl, freq, "\n" + (name != nullptr ? *name : std::string()), tables);
     return tables;
 }

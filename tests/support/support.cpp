@@ -41,7 +41,7 @@ void flushConsole() {
 
 } // namespace
 
-std::string readFile(const fs::path &file) {
+std::string readFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
         throw std::runtime_error("cannot read " + file.string());
@@ -49,7 +49,7 @@ std::string readFile(const fs::path &file) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-void writeFile(const fs::path &file, std::string_view bytes) {
+void writeFile(const fs::path& file, std::string_view bytes) {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     stream.close();

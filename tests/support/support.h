@@ -9,11 +9,11 @@
 namespace kva_test {
 
 // The bytes of a file. Throws std::runtime_error if it cannot be read.
-std::string readFile(const std::filesystem::path &file);
+std::string readFile(const std::filesystem::path& file);
 
 // Writes the bytes, also NUL bytes, as they are; an earlier file is replaced.
 // Throws std::runtime_error if it cannot be written.
-void writeFile(const std::filesystem::path &file, std::string_view bytes);
+void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 // A fresh empty folder that goes with all its content at the end of the scope.
 class TempFolder {
@@ -24,15 +24,15 @@ class TempFolder {
 
     explicit TempFolder(Enter enter = Enter::no);
     ~TempFolder();
-    TempFolder(const TempFolder &) = delete;
-    TempFolder &operator=(const TempFolder &) = delete;
-    TempFolder(TempFolder &&) = delete;
-    TempFolder &operator=(TempFolder &&) = delete;
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    TempFolder(TempFolder&&) = delete;
+    TempFolder& operator=(TempFolder&&) = delete;
 
     // Absolute, without symbolic links, so it equals what getcwd tells inside.
-    const std::filesystem::path &path() const { return folder; }
+    const std::filesystem::path& path() const { return folder; }
     // The path of a name inside the folder.
-    std::filesystem::path operator/(const std::filesystem::path &name) const {
+    std::filesystem::path operator/(const std::filesystem::path& name) const {
         return folder / name;
     }
 
@@ -47,10 +47,10 @@ class StdoutCapture {
   public:
     StdoutCapture();
     ~StdoutCapture();
-    StdoutCapture(const StdoutCapture &) = delete;
-    StdoutCapture &operator=(const StdoutCapture &) = delete;
-    StdoutCapture(StdoutCapture &&) = delete;
-    StdoutCapture &operator=(StdoutCapture &&) = delete;
+    StdoutCapture(const StdoutCapture&) = delete;
+    StdoutCapture& operator=(const StdoutCapture&) = delete;
+    StdoutCapture(StdoutCapture&&) = delete;
+    StdoutCapture& operator=(StdoutCapture&&) = delete;
 
     // Ends the capture and gives what came; the same text again when called again.
     std::string text();
