@@ -1,0 +1,24 @@
+#!/bin/sh
+# Builds the program and runs its main job on the shipped example, in scratch/demo.
+set -eu
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh build
+cmake --preset release -DKVA_TESTS=OFF -DKVA_BENCH=OFF -B build/demo
+cmake --build build/demo -j2 --target kva
+
+rm -rf scratch/demo
+mkdir -p scratch/demo
+cp examples/testdata.dat scratch/demo
+(cd scratch/demo && ../../build/demo/kva -i testdata.dat) || [ $? -eq 1 ] # 1: a run took place
+
+result=scratch/demo/testdata.dat_KVAresult00
+echo
+echo
+echo "The results are in $result:"
+(cd "$result" && find . -type f | sort | sed 's|^\./|    |')
+echo
+echo "The sheets (.xls) are tab-delimited text; open them in a spreadsheet. The beginning of"
+echo "Allelecount/Allelecount.xls, with each locus's alleles and how often they were found:"
+echo
+head -n 12 "$result/Allelecount/Allelecount.xls" | cut -f 1-7 | expand -t 10 | sed 's/^/    /'
