@@ -1,0 +1,29 @@
+// The entry of the program: picks the front end, and its result is the exit status.
+#include "control/cczkva.h"
+
+#include <exception>
+#include <iostream>
+
+namespace {
+
+constexpr int kError = -1; // the system makes 255 of it
+
+int runCommandLine(int argc, char** argv) {
+    CCommandZeileKVA commandLine;
+    return commandLine.Analyse(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::cout << "There is no menu yet: name a data file with -i." << std::endl;
+        return kError;
+    }
+    try {
+        return runCommandLine(argc, argv);
+    } catch (const std::exception& failure) { // memory is at its end
+        std::cout << std::endl << "Program stopped: " << failure.what() << std::endl;
+        return kError;
+    }
+}

@@ -1,0 +1,140 @@
+// The head of the run log "KVA.log": the data set and the settings of the run. For
+// `-i cats.txt -fst p` it is
+//
+//     KVAnalyser-Log
+//     	Version: 4.05
+//     	KVAnalyzer, population genetics of microsatellites
+//
+//     Filename: cats.txt
+//     Number of Loci		: 9
+//     Number of Populations	: 17
+//     Format : 2
+//
+//     Allelic Richness : Minimal sample number per locus
+//     F-Statistics settings:
+//     Heterozygosity is Hobserved
+//     Resampling Genotypes
+//     Loci are linked together
+//     Randomisationmode: Permutation
+//
+//     Number of permutations	: 10000
+//
+// Wanted: neither global nor pairwise Fst, nor F-beta, nor the word for individuals,
+// nor the heterozygosity range stands there.
+#include "control/AnalyseDataObj.h"
+
+#include <span>
+
+namespace {
+
+// A piece of the head that follows a bit.
+struct LogStueck {
+    uint32_t Bit;
+    const char* Gesetzt;   // while the bit is on
+    const char* Frei = ""; // while it is off
+};
+
+constexpr LogStueck kDistances[] = {
+    {DistBit::Dps, "Dps, Proportion of shared allels\n"},
+    {DistBit::Dfs, "Dfs, Fuzzy set similarity\n"},
+    {DistBit::Dad, "Dad, Absolute difference algorithm\n"},
+    {DistBit::Dkf, "Dkf, Kinship coefficient\n"},
+    {DistBit::Dmu, "Dmu, Delta mu squared\n"},
+    {DistBit::D1, "D1, Average squared difference\n"},
+    {DistBit::DcDa, "Dc , Chord distance (Cavalli-Sforza and Edwards (1967))\n"
+                    "Da , Nei's-distance (1983)\n"},
+    {DistBit::D, "D, Nei's standard genetic distance (1978) corrected for small sample size.\n"},
+    {DistBit::Rst, "Rst, Population subdivision with MS\n"},
+};
+
+// All on one line, with nothing between them.
+constexpr LogStueck kHeterozygosity[] = {
+    {FstBit::HObs, "Heterozygosity is Hobserved"},
+    {FstBit::HExp, "Heterozygosity is Hexpected"},
+    {FstBit::HAuto, "(AUTO)Heterozygosity is Hobserved or Hexpected"},
+};
+
+constexpr LogStueck kResampling[] = {
+    {FstBit::Genotypes, "Resampling Genotypes\n", "Resampling Alleles\n"},
+    {FstBit::Linked, "Loci are linked together\n", "Loci are unlinked\n"},
+    {FstBit::Permutation, "Randomisationmode: Permutation\n", "Randomisationmode: Randomisation\n"},
+    {FstBit::PerLocus, "All Fst's per loci and population pairs\n"},
+};
+
+constexpr LogStueck kThinning[] = {
+    {FstBit::RandomDiscard, "Make Randomdiscarding before permutation\n"},
+    {FstBit::Jackknife, "Make Jackknifing before permutation\n"},
+};
+
+constexpr LogStueck kConfidence[] = {
+    {FstBit::Confidence, "95% Confidenzinterval of test-statistic\n"},
+    {FstBit::ConfidencePermuted,
+     "95% Confidenzinterval of permutated-statistic instead of test-statistic itself\n"},
+};
+
+void writePieces(ResultFile& log, std::span<const LogStueck> pieces, uint32_t mask) {
+    for (const LogStueck& piece : pieces) {
+        log.text(hasBit(mask, piece.Bit) ? piece.Gesetzt : piece.Frei);
+    }
+}
+
+void writeDataSet(ResultFile& log, const AnalyseDataObj& lauf) {
+    log.text("KVAnalyser-Log\n"
+             "\tVersion: 4.05\n"
+             "\tKVAnalyzer, population genetics of microsatellites\n"
+             "\n");
+    log.text("Filename: ");
+    log.text(lauf.DateiName);
+    log.print("\nNumber of Loci\t\t: %d\n", lauf.AnzLoci);
+    log.print("Number of Populations\t: %d\n", lauf.AnzPop);
+    log.print("Format : %d\n\n", lauf.DatenFormat);
+}
+
+// No line end follows: what comes next begins with one.
+void writeRichness(ResultFile& log, int32_t geneCopies) {
+    if (geneCopies < 1) {
+        log.text("Allelic Richness : Minimal sample number per locus");
+        return;
+    }
+    const float individuals = static_cast<float>(geneCopies) * 0.5F;
+    log.print("Allelic Richness : %f", static_cast<double>(individuals));
+}
+
+void writeDistances(ResultFile& log, const AnalyseSettings& settings, long bootstraps) {
+    log.text("\nDistanz settings:\n");
+    writePieces(log, kDistances, settings.PopDistMask);
+    log.text(hasBit(settings.GeneralMask, GeneralBit::MinusLog)
+                 ? "Distances are taken as -ln(P) [if possible]\n"
+                 : "Distances are taken as 1-P [if possible]\n");
+    log.print("\nNumber of bootstraps\t: %ld\n", bootstraps);
+}
+
+void writeFStatistics(ResultFile& log, uint32_t mask, long permutations) {
+    log.text("\nF-Statistics settings:\n");
+    writePieces(log, kHeterozygosity, mask);
+    log.character('\n');
+    writePieces(log, kResampling, mask);
+    if (permutations > 0) {
+        writePieces(log, kThinning, mask);
+        if (hasBit(mask, FstBit::RandomDiscard)) {
+            writePieces(log, kConfidence, mask);
+        }
+    }
+    log.print("\nNumber of permutations\t: %ld\n", permutations);
+}
+
+} // namespace
+
+int AnalyseDataObj::WriteDataLog(long bootstraps, long permutations) {
+    writeDataSet(LogDatei, *this);
+    writeRichness(LogDatei, RichnessRef);
+    if (hasBit(GeneralMask, GeneralBit::PopDistances)) {
+        writeDistances(LogDatei, *this, bootstraps);
+    }
+    if (hasBit(GeneralMask, GeneralBit::FStatistics)) {
+        writeFStatistics(LogDatei, FstMask, permutations);
+    }
+    LogDatei.character('\n');
+    LogDatei.flush();
+    return 0;
+}

@@ -1,0 +1,67 @@
+#include "control/frontend.h"
+
+#include "control/AnalyseDataObj.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <iostream>
+#include <limits>
+#include <system_error>
+
+namespace {
+
+// A pipe without a writer would hold the program for ever, and none can be read twice.
+bool isPipe(const std::string& name) {
+    std::error_code unknown; // a name that tells nothing does not open either
+    return std::filesystem::is_fifo(name, unknown);
+}
+
+InputFile openInput(const std::string& name) {
+    return InputFile(isPipe(name) ? nullptr : std::fopen(name.c_str(), "rb"));
+}
+
+InputFile openDataFile(const std::string& name) {
+    return name.size() < kDateiNameGrenze ? openInput(name) : nullptr;
+}
+
+} // namespace
+
+Laden ErstesLaden(AnalyseDataObj& lauf, const std::string& dateiName, const std::string& imName,
+                  SideFileReport imFehlt, InputFile& daten) {
+    lauf.DateiName = dateiName;
+    // Both are opened before the reader leaves the folder that their names start from.
+    daten = openDataFile(dateiName);
+    const InputFile im = imName.empty() ? nullptr : openInput(imName);
+    if (!daten) {
+        std::cout << std::endl << "Wrong Filename or Path!" << std::endl;
+        return Laden::KeineDatei;
+    }
+    (void)lauf.CheckDataFile(daten.get()); // the reader itself tells of a refusal
+    (void)lauf.ReadDataFile(daten.get());
+    if (lauf.OrdnerFehlt) {
+        return Laden::KeinOrdner;
+    }
+    if (!imName.empty() && !im) {
+        imFehlt(imName);
+    }
+    return Laden::Fertig;
+}
+
+void StarteLauf(AnalyseDataObj& lauf, const AnalyseSettings& masks, const ScalarSettings& scalars) {
+    lauf.TakeSettings(masks, scalars);
+    (void)lauf.WriteOutput(scalars.Bootstraps, scalars.Permutationen); // always 0
+}
+
+int32_t NearestInt32(long value) {
+    using Limits = std::numeric_limits<int32_t>;
+    return static_cast<int32_t>(std::clamp<long>(value, Limits::min(), Limits::max()));
+}
+
+int32_t TruncatedInt32(double value) {
+    using Limits = std::numeric_limits<int32_t>;
+    if (std::isnan(value)) {
+        return 0;
+    }
+    return static_cast<int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
+}
