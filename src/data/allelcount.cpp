@@ -27,8 +27,8 @@ int SortAllel(const void* a, const void* b) {
 AllelCount::AllelCount() : Allele(kStartRows), Kapazitaet(kStartRows) {}
 
 void AllelCount::init(int kapazitaet) {
-    Allele.assign(static_cast<std::size_t>(kapazitaet), AllelEintrag{});
-    Kapazitaet = kapazitaet;
+    Kapazitaet = std::max(kapazitaet, 1);
+    Allele.assign(static_cast<std::size_t>(Kapazitaet), AllelEintrag{});
     reset();
 }
 
@@ -108,17 +108,18 @@ void AllelCount::addRow(int allel, int32_t weight) {
     MinAllel = std::min(MinAllel, allel);
     MaxAllel = std::max(MaxAllel, allel);
     Sortiert = false;
-    indexRow(allel);
+    indexLastRow();
 }
 
-// Small tables are scanned; a large one keeps the places of its numbers beside it.
-void AllelCount::indexRow(int allel) {
-    if (AnzAllele == kIndexFrom) {
-        for (int32_t row = 0; row < AnzAllele; ++row) {
-            Platz[Allele[static_cast<std::size_t>(row)].Nummer] = row;
-        }
-    } else if (AnzAllele > kIndexFrom) {
-        Platz[allel] = AnzAllele - 1;
+// Small tables are scanned; a large one keeps the places of its numbers beside it. The index is
+// built when the table gets large, and anew when one that was sorted (which drops it) goes on
+// growing.
+void AllelCount::indexLastRow() {
+    if (AnzAllele < kIndexFrom) {
+        return;
+    }
+    for (int32_t row = Platz.empty() ? 0 : AnzAllele - 1; row < AnzAllele; ++row) {
+        Platz[Allele[static_cast<std::size_t>(row)].Nummer] = row;
     }
 }
 

@@ -67,7 +67,8 @@ class AllelCount {
     bool isHaploid() const { return AnzChromosomen < 2 * int64_t{AnzGesamt}; }
 
     // Smallest and largest count of allele i over the replicates; -3 if not
-    // isHaploid, -1 for an empty table, -2 for i >= the rows of the replicates.
+    // isHaploid (which an empty table is not either), -1 for no gene copies, -2 for an
+    // i outside the rows of the replicates, also while StartRD was not called.
     int GetRDMinAllelCount(int i) const;
     int GetRDMaxAllelCount(int i) const;
 
@@ -154,9 +155,14 @@ class AllelCount {
     void reset(); // all tallies as in a new table
     void openOrCloseIndividual(int allel);
     void addRow(int allel, int32_t weight);
-    void indexRow(int allel);
-    int32_t findRow(int allel) const; // place from 0, -1 if not there
-    double sumOfSquares() const;      // sum p(i)^2
+    void indexLastRow();
+
+    // The place of a number, from 0; -1 if it is not there. Bisection, index and scan give the
+    // same: no number stands in two rows.
+    int32_t findRow(int allel) const;
+    double sumOfSquares() const; // sum p(i)^2
+
+    // Behind GetRDMinAllelCount and its three sisters.
     int rdCount(const std::vector<AllelEintrag>& rows, int i) const;
     double rdFrequency(const std::vector<AllelEintrag>& rows, int i) const;
 
