@@ -109,7 +109,7 @@ int LociObj::SetInfoChromosom(int pop, int i, int wert) {
 }
 
 int LociObj::SetInfoChromosom(int pop, int i, int gruppe, int typ) {
-    return SetInfoChromosom(pop, i, gruppe * 2 + (typ == 1 ? 1 : 0));
+    return SetInfoChromosom(pop, i, infoValue(gruppe, typ == 1));
 }
 
 int LociObj::isHaploid(int pop, int i) const {
@@ -172,9 +172,9 @@ int LociObj::SetLociRepeatRest(int wert) {
 // --- Datensatz: building ------------------------------------------------------------------
 
 int Datensatz::init(int anzLoci) {
+    AnzLoci = std::max(anzLoci, 0);
     Loci.clear();
-    Loci.resize(static_cast<std::size_t>(std::max(anzLoci, 0)));
-    AnzLoci = anzLoci;
+    Loci.resize(static_cast<std::size_t>(AnzLoci));
     return anzLoci;
 }
 
@@ -259,8 +259,9 @@ int Datensatz::SetLociName2(int locus, const std::string& name) {
 }
 
 int Datensatz::GetLociNummer(const std::string& name) const {
-    const auto found = std::find_if(
-        Loci.begin(), Loci.end(), [&name](const LociObj& locus) { return locus.LociName == name; });
+    const auto found = std::find_if(Loci.begin(), Loci.end(), [&name](const LociObj& locus) {
+        return locus.GetLociName() != nullptr && locus.LociName == name;
+    });
     return found == Loci.end() ? 0 : static_cast<int>(found - Loci.begin()) + 1;
 }
 
@@ -284,16 +285,21 @@ int Datensatz::SetLociRepeatRest(int locus, int wert) {
     return place != nullptr ? place->SetLociRepeatRest(wert) : kNoLocus;
 }
 
-double& Datensatz::AccessInheritanceScalar(int locus) {
+double& Datensatz::doubleOfLocus(int locus, double LociObj::*field) {
     LociObj* const place = Locus(locus);
-    Fehlerwert = place != nullptr ? Fehlerwert : -2.0;
-    return place != nullptr ? place->InheritanceScalar : Fehlerwert;
+    if (place != nullptr) {
+        return place->*field;
+    }
+    Fehlerwert = -2.0; // a caller may have written through an earlier reference
+    return Fehlerwert;
+}
+
+double& Datensatz::AccessInheritanceScalar(int locus) {
+    return doubleOfLocus(locus, &LociObj::InheritanceScalar);
 }
 
 double& Datensatz::AccessMutationRate(int locus) {
-    LociObj* const place = Locus(locus);
-    Fehlerwert = place != nullptr ? Fehlerwert : -2.0;
-    return place != nullptr ? place->MutationRate : Fehlerwert;
+    return doubleOfLocus(locus, &LociObj::MutationRate);
 }
 
 // --- Datensatz: genotypes ------------------------------------------------------------------------
@@ -345,8 +351,7 @@ int Datensatz::TestGroup(int gruppe) const {
     return Loci.empty() ? 0 : Loci.front().TestGroup(gruppe);
 }
 
-// --- Datensatz: sheet heads
-// -------------------------------------------------------------------------
+// --- Datensatz: sheet heads ------------------------------------------------------------------
 
 void Datensatz::LociNamen(ResultFile& f, int beide) const {
     for (int locus = 1; locus <= AnzLoci; ++locus) {

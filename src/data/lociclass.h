@@ -27,7 +27,10 @@ struct Eintragsblock {
     std::vector<int32_t> Slots; // Kapazitaet + 1: one to read behind the last
 };
 
-// Info value of a slot: group x 2 + haploid bit.
+// Info value of a slot: group x 2 + haploid bit. A group beyond 31 bits loses its top bit.
+constexpr int32_t infoValue(int32_t group, bool haploid) {
+    return static_cast<int32_t>(static_cast<uint32_t>(group) * 2U + (haploid ? 1U : 0U));
+}
 constexpr int32_t infoGroup(int32_t info) {
     return info >> 1;
 }
@@ -129,7 +132,8 @@ class Datensatz {
   public:
     // --- Building -------------------------------------------------------------
 
-    // Drops all loci and makes `anzLoci` new ones. Result: `anzLoci`.
+    // Drops all loci and makes `anzLoci` new ones, none for a negative number.
+    // Result: `anzLoci`.
     int init(int anzLoci);
 
     // Adds to all loci in turn, stopping at a result below 1. Result: the last one, 0
@@ -214,13 +218,14 @@ class Datensatz {
     // --- Group means and random discard (stats) -------------------------------------------
 
     std::vector<LociObj> Loci; // locus l is Loci[l - 1]
-    int32_t AnzLoci = 0;
+    int32_t AnzLoci = 0;       // always the size of Loci
 
     // The locus object, or null for a number outside 1..AnzLoci.
     const LociObj* Locus(int locus) const;
     LociObj* Locus(int locus);
 
   private:
+    double& doubleOfLocus(int locus, double LociObj::*field);
     void writeNames(ResultFile& f, bool second) const; // "name\t" per locus and a line end
 };
 
