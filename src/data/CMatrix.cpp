@@ -7,9 +7,10 @@ void CMatrix::Resize(int32_t rows, int32_t cols) {
     MaxSpalte = -1;
     Daten.clear();
     if (rows > 0) {
-        Daten.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols), 0.0);
+        const int32_t columns = std::max(cols, 0);
+        Daten.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns), 0.0);
         MaxZeile = rows - 1;
-        MaxSpalte = cols - 1;
+        MaxSpalte = columns - 1;
     }
 }
 

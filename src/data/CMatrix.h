@@ -12,7 +12,8 @@ class CMatrix {
     CMatrix() = default;
 
     // Drops what is there and makes `rows` x `cols` cells of 0.0. With `rows` of 0
-    // or less the matrix stays empty. `cols` is at least 1.
+    // or less the matrix stays empty; with `cols` of 0 or less it has rows without
+    // cells, so that every access reaches Dummy.
     void Resize(int32_t rows, int32_t cols);
 
     // Sets every existing cell to `value`; an empty matrix is left alone.
@@ -26,7 +27,7 @@ class CMatrix {
     }
 
     int32_t MaxZeile = -1;     // index of the last row, -1 while empty; not the row count
-    int32_t MaxSpalte = -1;    // index of the last column, -1 while empty
+    int32_t MaxSpalte = -1;    // index of the last column, -1 while there is none
     std::vector<double> Daten; // the cells, row by row
     double Dummy = 0.0;        // stands for every cell that does not exist
 
