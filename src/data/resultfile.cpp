@@ -2,8 +2,10 @@
 
 #include "data/numberformat.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <cstdarg>
 #include <cstring>
 #include <utility>
@@ -12,12 +14,21 @@ namespace {
 
 constexpr std::size_t kBufferSize = 1U << 16U;
 constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
+constexpr std::size_t kShortPrint = 256; // most formatted writes fit
+
+// A write beyond the size limit of the process raises a signal that ends it. Ignored, the write
+// fails like one to a full disk, and is told like it.
+void surviveSizeLimit() {
+    static const bool ignored = std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
+    (void)ignored; // where it cannot be ignored, the limit acts as it always does
+}
 
 } // namespace
 
 ResultFile::ResultFile(const std::string& name, const char* mode, std::string shownName,
                        FileFailureHandler onFailure)
     : ShownName(std::move(shownName)), OnFailure(std::move(onFailure)) {
+    surviveSizeLimit();
     Stream.reset(std::fopen(name.c_str(), mode));
     if (!Stream) {
         fail(errno);
@@ -56,17 +67,20 @@ void ResultFile::print(const char* format, ...) {
     if (!Stream) {
         return;
     }
+    char words[kShortPrint];
     va_list arguments;
     va_list again;
     va_start(arguments, format);
     va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    const auto length = static_cast<std::size_t>(
+        std::max(std::vsnprintf(words, kShortPrint, format, arguments), 0));
     va_end(arguments);
-    if (length > 0) {
-        const auto bytes = static_cast<std::size_t>(length);
-        std::string words(bytes + 1, '\0');
-        (void)std::vsnprintf(words.data(), words.size(), format, again);
-        text(std::string_view(words).substr(0, bytes));
+    if (length < kShortPrint) {
+        text(std::string_view(words, length));
+    } else {
+        std::string longWords(length + 1, '\0');
+        (void)std::vsnprintf(longWords.data(), longWords.size(), format, again);
+        text(std::string_view(longWords.data(), length));
     }
     va_end(again);
 }
@@ -119,9 +133,9 @@ bool ResultFile::close() {
 }
 
 void ResultFile::fail(int errorNumber) {
-    if (!Failed && OnFailure) {
-        Failed = true; // first, since the handler may write to this very file
+    const bool first =
+        !std::exchange(Failed, true); // before the handler: it may write to this file
+    if (first && OnFailure) {
         OnFailure(ShownName, std::strerror(errorNumber));
     }
-    Failed = true;
 }

@@ -1,6 +1,9 @@
 // A file of the result folder: opened by its bare name, written through one
 // buffer, closed and checked. No write ever goes through a null stream: writes to
 // a file that did not open, or that failed once, are dropped.
+//
+// From the first opening on the process ignores SIGXFSZ, so that a file beyond the
+// size limit is a failed write and not the end of the run.
 #ifndef KVA_DATA_RESULTFILE_H
 #define KVA_DATA_RESULTFILE_H
 
@@ -32,7 +35,7 @@ class ResultFile {
     ResultFile& operator=(const ResultFile&) = delete;
     ~ResultFile(); // closes
 
-    // True from a successful opening until close().
+    // True from a successful opening until close(), also after a failed write.
     bool isOpen() const { return Stream != nullptr; }
 
     // Formatted write, as printf does it. For cells of plain numbers the direct
