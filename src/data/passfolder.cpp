@@ -27,12 +27,10 @@ int makeAndEnter(const std::string& path, const OrdnerRegel& regel) {
 } // namespace
 
 PassFolder::PassFolder(AnalyseDataObj& lauf, const OrdnerRegel& regel) : Lauf(lauf) {
-    if (Lauf.ResultPfad.empty()) { // nothing was loaded: there is no result folder to write into
-        AUSGABE(regel.MeldungVorhanden, nullptr);
-        Status = regel.MkdirFehlerMelden ? 1 : 2;
-        return;
-    }
-    Status = makeAndEnter(Lauf.ResultPfad + "/" + regel.Name, regel);
+    // Without a result folder (nothing was loaded) there is no path: it fails like any other that
+    // cannot be made, rather than leading to the root folder.
+    const std::string& root = Lauf.ResultPfad;
+    Status = makeAndEnter(root.empty() ? std::string() : root + "/" + regel.Name, regel);
     if (Status == 0) {
         Lauf.AktuellerOrdner = std::string(regel.Name) + "/";
     }

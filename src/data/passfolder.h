@@ -29,7 +29,8 @@ constexpr OrdnerRegel ResamplingData{"Resampling_data", 81, 82};
 
 class PassFolder {
   public:
-    // Makes the folder (mode 0777) and enters it; a failure is told on the console.
+    // Makes the folder (mode 0777) and enters it; a failure is told on the console. Result
+    // files opened meanwhile are shown with the folder's name in failure lines.
     PassFolder(AnalyseDataObj& lauf, const OrdnerRegel& regel);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.
@@ -42,17 +43,18 @@ class PassFolder {
     int status() const { return Status; }
     bool entered() const { return Status == 0; }
 
-    // Makes and enters the folder `name` inside, by its relative name. Status as above;
-    // `meldungVorhanden` and `meldungNeu` as in OrdnerRegel.
+    // Makes and enters a folder inside, by its relative name; a failure is told on the
+    // console and leaves the process where it is. Result as status(). The end of the
+    // stay leads back to ResultPfad all the same.
     int enterInner(const OrdnerRegel& regel);
 
-    // Leaves the process in the folder when the pass ends.
+    // Leaves the process in the folder when the pass ends: wanted where a pass ends early.
     void stay() { Bleibt = true; }
 
   private:
-    AnalyseDataObj& Lauf;
+    AnalyseDataObj& Lauf; // NOT OWNED
     int Status = 0;
-    bool Bleibt = false;
+    bool Bleibt = false; // stay() was called
 };
 
 #endif
