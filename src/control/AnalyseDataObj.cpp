@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 AnalyseDataObj::~AnalyseDataObj() {
-    LogDatei.close();
+    LogDatei.close(); // now, while the object that tells of a failure is whole
     if (!StartPfad.empty()) {
         (void)chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
     }
@@ -35,7 +35,7 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
         return 0;
     }
     if (!LogDatei.isOpen() && !ResultPfad.empty()) {
-        LogDatei = OpenResult("KVA.log", "ab");
+        LogDatei = OpenResult("KVA.log", "ab"); // what cannot be appended to cannot be made anew
     }
     if (LogDatei.isOpen()) {
         (void)WriteDataLog(bootstraps, permutations);

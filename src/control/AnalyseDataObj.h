@@ -105,6 +105,7 @@ class AnalyseDataObj : public AnalyseSettings {
     double FstAlpha = 0.05;           // tail of the confidence interval
     double JackknifeAnteil = 0.1;     // share of individuals left out by jackknifing
     int32_t HetRandomisierungen = 1000;     // replicates of the heterozygosity range
+    int32_t HetReserve = 1;                 // carried; read by nothing
     int32_t ReplikaLoci = -1;               // loci per replica, see ScalarSettings
     int32_t Replikate = 1000;               // replicas of the heterogeneity among loci
     AllelTabellen PopAllele;                // entry 0 the pool, entry p population p; empty until

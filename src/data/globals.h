@@ -2,7 +2,7 @@
 #ifndef KVA_DATA_GLOBALS_H
 #define KVA_DATA_GLOBALS_H
 
-// The line end of everything the program writes.
+// The line end of everything the program writes; the sheets spell it out.
 extern const char NEWLINE[10];
 
 // The bytes that end an allele cell when a data row is read: tab and LF, no CR.

@@ -14,7 +14,9 @@
 // negative seed as its negation. Seeds are cut to 32 bits.
 void srand2(long seed);
 
-// The next value, above 0 and below 1.
+// The next value, above 0 and below 1. One exception, which the generator's arithmetic
+// brings along: seed 2147483647, the modulus itself, gives a 0 first and then the
+// sequence of seed 1.
 float rand2();
 
 // rand2() x bound in single precision: a uniform value below `bound`.
