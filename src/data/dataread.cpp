@@ -1,0 +1,556 @@
+// The data file: tab-separated cells, as a spreadsheet saves them. CheckDataFile finds its
+// shape, GetDataFile fills the loci. With three header rows and two columns per locus:
+//
+//     2\t\t\t2\t\t4\t                            columns per locus; repeat length of each locus
+//     \t\t\t100\t\t80\t                          rest length of each locus
+//     \t\t\tLocA\tLocA_2\tLocB\tLocB_2           names
+//     North\td\t1\t104\t106\t88\t92              population, type, group; alleles
+//     South\th\t2\t110\t110\t\t                  "h": haploid; empty: missing
+//
+// With two header rows there are no lengths: row 1 tells the number of columns alone. The third
+// row tells the layouts apart: it is the row of names if it begins with a tab.
+#include "data/dataread.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/datarows.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <new>
+#include <string>
+
+namespace {
+
+constexpr int32_t kMissing = -1; // allele or length without a number
+constexpr int kHeadColumns = 3;  // cells in front of the loci: population, type, group
+
+constexpr int64_t kIntMax = std::numeric_limits<int32_t>::max();
+constexpr int64_t kIntMin = std::numeric_limits<int32_t>::min();
+
+// --- Numbers -----------------------------------------------------------------------------
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// White space inside a cell: what strtol skips, without the tab and the line ends.
+bool isBlankInCell(char c) {
+    return c == ' ' || c == '\v' || c == '\f';
+}
+
+bool isWhite(char c) {
+    return isBlankInCell(c) || c == '\t' || c == '\r' || c == '\n';
+}
+
+// A decimal number, digit by digit, that stays at the ends of the range of int32.
+struct Decimal {
+    int64_t magnitude = 0;
+    bool negative = false;
+
+    void add(char digit) { magnitude = std::min(magnitude * 10 + (digit - '0'), -kIntMin); }
+    int32_t value() const {
+        return static_cast<int32_t>(negative ? -magnitude : std::min(magnitude, kIntMax));
+    }
+};
+
+// The number that stands behind the white space from a place on, wherever that may be in the
+// block. It remembers how far it read: many blank rows one after the other lead to one number,
+// which is not looked for again from each of them.
+class NumberAhead {
+  public:
+    // `text`: from the place at `offset` of the file to the end of the block. Offsets and ends
+    // of blocks rise from call to call.
+    int32_t read(int64_t offset, std::string_view text) {
+        if (offset > Begin) {
+            *this = NumberAhead();
+            Begin = Next = offset;
+        }
+        const int64_t end = offset + static_cast<int64_t>(text.size());
+        while (!Complete && Next < end) {
+            take(text[static_cast<std::size_t>(Next - offset)]);
+        }
+        return Number.value();
+    }
+
+  private:
+    void take(char c) {
+        if (Next == Begin && isWhite(c)) {
+            ++Begin;
+        } else if (Next == Begin && (c == '-' || c == '+')) {
+            Number.negative = c == '-';
+        } else if (isDigit(c)) {
+            Number.add(c);
+        } else {
+            Complete = true;
+        }
+        ++Next;
+    }
+
+    int64_t Begin = -1; // offset of the first byte that is not white, as far as read
+    int64_t Next = -1;  // offset of the byte to read next
+    Decimal Number;
+    bool Complete = false; // the number's end was seen
+};
+
+// --- Cells ---------------------------------------------------------------------------------
+
+// Takes the text up to the next tab off the front of `rest`.
+std::string_view takeCell(std::string_view& rest) {
+    const std::string_view cell = rest.substr(0, rest.find('\t'));
+    rest.remove_prefix(std::min(cell.size() + 1, rest.size()));
+    return cell;
+}
+
+// Takes a locus name off the front of `rest`. One control character behind it is cut: in a
+// file with CR LF the last name has its CR there.
+std::string takeName(std::string_view& rest) {
+    std::string_view name = takeCell(rest);
+    if (!name.empty() && (static_cast<unsigned char>(name.back()) < 0x20 || name.back() == 0x7f)) {
+        name.remove_suffix(1);
+    }
+    return std::string(name);
+}
+
+// The text behind the head columns.
+std::string_view lociCells(std::string_view row) {
+    for (int column = 0; column < kHeadColumns; ++column) {
+        (void)takeCell(row);
+    }
+    return row;
+}
+
+template <int Columns>
+void addCells(Datensatz& daten, long anzLoci, std::string_view zeile, int info, int pop) {
+    const char* cell = zeile.data();
+    const char* const end = cell + zeile.size();
+    for (int locus = 1; locus <= anzLoci; ++locus) {
+        const int32_t allel = takeNumber(cell, end);
+        if constexpr (Columns == 2) {
+            (void)daten.AddTier(locus, pop, allel, takeNumber(cell, end), info);
+        } else {
+            (void)daten.AddTier(locus, pop, allel, info);
+        }
+    }
+}
+
+std::string_view upToLineEnd(const char* zeile) {
+    return {zeile, std::strcspn(zeile, "\r\n")};
+}
+
+// --- Header rows ------------------------------------------------------------------------------
+
+// The header rows of a file. With two rows `names` is the second, with three the third.
+struct Header {
+    DataRow first;      // columns per locus, repeat lengths
+    DataRow second;     // rest lengths, or the names
+    DataRow names;      // names of the loci
+    int rows = 0;       // 2 or 3; 0 if a row has no line end in the first block
+    int unfinished = 0; // number of that row, from 1
+};
+
+DataRow headerRow(const DataWindow& window, std::string_view block, int64_t begin) {
+    const auto from = static_cast<std::size_t>(begin);
+    return findRow(window, block, 0, from, from);
+}
+
+Header readHeader(const DataWindow& window, std::string_view block) {
+    Header header;
+    header.first = headerRow(window, block, 0);
+    if (!header.first.hasLineEnd) {
+        header.unfinished = 1;
+        return header;
+    }
+    header.second = headerRow(window, block, header.first.lastByte + 1);
+    if (!header.second.hasLineEnd) {
+        header.unfinished = 2;
+        return header;
+    }
+    const bool three = window.byteAt(header.second.lastByte + 1) == '\t';
+    header.names = three ? headerRow(window, block, header.second.lastByte + 1) : header.second;
+    header.unfinished = header.names.hasLineEnd ? 0 : 3;
+    header.rows = header.names.hasLineEnd ? (three ? 3 : 2) : 0;
+    return header;
+}
+
+bool endsInCrLf(const DataRow& row) {
+    return row.lastByte > row.lineEnd;
+}
+
+// Wanted: the second pass knows CR LF in files with three header rows alone. With two, CR ends
+// the row, and the LF stands in front of the next one.
+bool losesAlignment(const Header& header) {
+    return header.rows == 2 && endsInCrLf(header.first);
+}
+
+// The cells of the names: three bytes behind the row before them are skipped, whatever they are.
+std::string_view nameCells(const Header& header, std::string_view block) {
+    const DataRow& before = header.rows == 3 ? header.second : header.first;
+    const bool crOnly = losesAlignment(header);
+    const int64_t end = crOnly ? header.names.lineEnd : header.names.lastByte;
+    const int64_t begin = (crOnly ? before.lineEnd : before.lastByte) + 1 + kHeadColumns;
+    return block.substr(static_cast<std::size_t>(std::min(begin, end)),
+                        static_cast<std::size_t>(std::max<int64_t>(end - begin, 0)));
+}
+
+// --- Refused files ------------------------------------------------------------------------------
+
+enum class CatalogueWords { none, noMemory, noLineEnd };
+
+// Why CheckDataFile refuses a file.
+struct Refusal {
+    int status = 0; // result of CheckDataFile; 0: the file is taken
+    CatalogueWords words = CatalogueWords::none;
+    int row = 0; // of the file, from 1
+    std::string found;
+    std::string expected;
+};
+
+void tell(const std::string& file, const Refusal& refusal) {
+    if (refusal.words == CatalogueWords::noMemory) {
+        AUSGABE(18, nullptr); // speaks of memory, also where nothing could be read
+    } else if (refusal.words == CatalogueWords::noLineEnd) {
+        std::cout << "Error to detect NEWLINE" << std::endl;
+    } else {
+        std::cout << std::endl;
+    }
+    std::cout << file << ", row " << refusal.row << ": found " << refusal.found << ", expected "
+              << refusal.expected << std::endl;
+}
+
+std::string shownByte(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte > 0x20 && byte < 0x7f ? std::string("\"") + c + '"'
+                                      : "byte " + std::to_string(byte);
+}
+
+Refusal refuseFirstByte(char c) {
+    return {4, CatalogueWords::none, 1, shownByte(c) + " as first byte",
+            "\"1\" or \"2\", the number of columns per locus"};
+}
+
+Refusal checkHeader(const DataWindow& window, const Header& header) {
+    if (header.rows == 0) {
+        return {4, CatalogueWords::noLineEnd, header.unfinished,
+                "no line end in the first " + std::to_string(kBlockSize) + " bytes",
+                "header rows that end with LF, CR LF or CR"};
+    }
+    if (header.rows == 3 && window.byteAt(header.names.lastByte + 1) == '\t') {
+        return {5, CatalogueWords::none, 4, "a tab as first byte, as in row 3",
+                "the name of a population"};
+    }
+    return {};
+}
+
+// Columns of all loci together; negative if the head columns are not all there.
+long lociColumns(const Header& header) {
+    const std::string_view row = header.first.text;
+    return std::count(row.begin(), row.end(), '\t') + 1 - kHeadColumns;
+}
+
+Refusal refuseLoci(const Header& header, int columns) {
+    return {6, CatalogueWords::none, 1,
+            std::to_string(lociColumns(header) + kHeadColumns) + " cells",
+            "at least " + std::to_string(kHeadColumns + columns) + ": 3 and " +
+                std::to_string(columns) + " per locus"};
+}
+
+Refusal refuseWithoutRows(const Header& header) {
+    return {5, CatalogueWords::none, header.rows + 1, "the end of the data",
+            "the first individual"};
+}
+
+void warnOfAlignment(const std::string& file) {
+    std::cout << '\n'
+              << "Warning: " << file
+              << " has two header rows and CR LF line ends: locus names and first row are "
+                 "misaligned. Please save it with LF line ends or with three header rows."
+              << std::endl;
+}
+
+// --- Populations
+// ----------------------------------------------------------------------------------
+
+int32_t toSlots(int64_t individuals, int columns, int spare) {
+    return static_cast<int32_t>(std::min(individuals * columns + spare, kIntMax));
+}
+
+// Counts rows into populations: consecutive rows of one name are one population.
+class PopulationCount {
+  public:
+    PopulationCount(Datensatz& daten, int columns) : Daten(daten), Columns(columns) {}
+
+    void add(std::string_view name) {
+        if (Rows == 0 || name != Name) {
+            finish();
+            Name = name;
+            ++Populations;
+        }
+        ++Rows;
+    }
+
+    // Adds the population of the last row to the data set, with room for two slots to spare.
+    void finish() {
+        if (Rows > 0) {
+            (void)Daten.AddPopulation(Name, toSlots(Rows, Columns, 2));
+        }
+        Largest = std::max(Largest, Rows);
+        Rows = 0;
+    }
+
+    int32_t populations() const { return Populations; }
+    int32_t largestInSlots() const { return toSlots(Largest, Columns, 0); }
+
+  private:
+    Datensatz& Daten;
+    int Columns;
+    std::string Name;
+    int64_t Rows = 0;    // of the population of the last row
+    int64_t Largest = 1; // rows of the largest population so far
+    int32_t Populations = 0;
+};
+
+// --- Data rows
+// ------------------------------------------------------------------------------------
+
+// A data row taken apart.
+struct Individual {
+    std::string_view name;    // of the population
+    std::string_view alleles; // the cells behind the head columns
+    int32_t info = 0;         // group x 2 + haploid bit
+};
+
+// The info value. A group beyond its 31 bits takes the nearest one.
+int32_t toInfo(int32_t group, bool haploid) {
+    constexpr int32_t limit = int32_t{1} << 30;
+    return std::clamp(group, -limit, limit - 1) * 2 + (haploid ? 1 : 0);
+}
+
+// Place behind the next tab from `from` on, npos if there is none.
+std::size_t behindTab(std::string_view text, std::size_t from) {
+    const std::size_t tab = text.find('\t', from);
+    return tab == std::string_view::npos ? tab : tab + 1;
+}
+
+Individual takeApart(const DataRow& row, NumberAhead& groups) {
+    constexpr std::size_t none = std::string_view::npos;
+    const std::size_t type = behindTab(row.text, 0);
+    const std::size_t group = behindTab(row.text, type);
+    const std::size_t alleles = behindTab(row.text, group);
+    // Wanted: an empty group cell takes the number that comes next, as a rule the first allele.
+    const int32_t number = group == none ? 0
+                                         : groups.read(row.begin + static_cast<int64_t>(group),
+                                                       row.behind.substr(group));
+    const bool haploid = type < row.text.size() && row.text[type] == 'h';
+    return {row.text.substr(0, type == none ? none : type - 1),
+            alleles == none ? std::string_view() : row.text.substr(alleles),
+            toInfo(number, haploid)};
+}
+
+// --- The two passes -----------------------------------------------------------------------------
+
+// Finds the shape of the file, makes the loci and adds the populations, still empty.
+Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
+    const std::string_view block = window.block(0);
+    if (block.empty()) {
+        return {3, CatalogueWords::noMemory, 1, "nothing to read",
+                "the number of columns per locus"};
+    }
+    const int columns = block.front() - '0';
+    if (columns != 1 && columns != 2) {
+        return refuseFirstByte(block.front());
+    }
+    lauf.DatenFormat = static_cast<char>(columns);
+    const Header header = readHeader(window, block);
+    if (const Refusal refusal = checkHeader(window, header); refusal.status != 0) {
+        return refusal;
+    }
+    lauf.KopfZeilen = header.rows;
+    lauf.KopfSpalten = kHeadColumns;
+    const auto loci = static_cast<int32_t>(lociColumns(header) / columns);
+    if (loci < 1 || lauf.Daten->init(loci) != loci) {
+        return refuseLoci(header, columns);
+    }
+    RowWalk walk(window, header.names.lastByte, CrLf::lineEnd);
+    PopulationCount populations(*lauf.Daten, columns);
+    while (walk.next()) {
+        const std::string_view row = walk.row().text;
+        populations.add(row.substr(0, row.find('\t')));
+    }
+    populations.finish();
+    if (populations.populations() == 0) {
+        return refuseWithoutRows(header);
+    }
+    if (losesAlignment(header)) {
+        warnOfAlignment(lauf.DateiName);
+    }
+    lauf.AnzLoci = loci;
+    lauf.AnzPop = populations.populations();
+    lauf.MaxChromosomen = populations.largestInSlots();
+    return {};
+}
+
+// Reads one length per locus from a header row, in each locus's first column.
+void readLengths(Datensatz& daten, int columns, std::string_view row,
+                 int (Datensatz::*store)(int, int)) {
+    const std::string_view cells = lociCells(row);
+    const char* cell = cells.data();
+    const char* const end = cell + cells.size();
+    for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
+        (void)(daten.*store)(locus, takeNumber(cell, end));
+        if (columns == 2) {
+            (void)takeNumber(cell, end);
+        }
+    }
+}
+
+void readNames(Datensatz& daten, int columns, std::string_view cells) {
+    for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
+        (void)daten.SetLociName(locus, takeName(cells));
+        if (columns == 2) {
+            (void)daten.SetLociName2(locus, takeName(cells));
+        }
+    }
+}
+
+// Fills the loci from the row on which the walk stands and all behind it.
+void readRows(AnalyseDataObj& lauf, RowWalk& walk) {
+    NumberAhead groups;
+    std::string name;
+    int pop = 0;
+    do {
+        const Individual tier = takeApart(walk.row(), groups);
+        if (pop == 0 || tier.name != name) {
+            name = tier.name;
+            ++pop;
+        }
+        AUSGABE(10, nullptr);
+        addAlleles(*lauf.Daten, lauf.AnzLoci, lauf.DatenFormat, tier.alleles, tier.info, pop);
+        // Wanted: this pass, unlike the first, also stops at a line end in a block's last place.
+    } while (!walk.endsBlock() && walk.next());
+}
+
+} // namespace
+
+// --- Cells of one row
+// ---------------------------------------------------------------------------------
+
+int32_t takeNumber(const char*& cell, const char* rowEnd) {
+    const char* const first = cell;
+    while (cell != rowEnd && isBlankInCell(*cell)) {
+        ++cell;
+    }
+    Decimal number;
+    if (cell != rowEnd && (*cell == '-' || *cell == '+')) {
+        number.negative = *cell == '-';
+        ++cell;
+    }
+    for (; cell != rowEnd && isDigit(*cell); ++cell) {
+        number.add(*cell);
+    }
+    const int32_t value = number.value();
+    const bool isNumber = value != 0 || (first != rowEnd && *first == '0');
+    while (cell != rowEnd && *cell != '\t') {
+        ++cell;
+    }
+    if (cell != rowEnd) {
+        ++cell;
+    }
+    return isNumber ? value : kMissing;
+}
+
+void addAlleles(Datensatz& daten, long anzLoci, int columns, std::string_view zeile, int info,
+                int pop) {
+    if (columns == 2) {
+        addCells<2>(daten, anzLoci, zeile, info, pop);
+    } else {
+        addCells<1>(daten, anzLoci, zeile, info, pop);
+    }
+}
+
+int GetOneCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop) {
+    addAlleles(*daten, anzLoci, 1, upToLineEnd(zeile), info, pop);
+    return 0;
+}
+
+int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop) {
+    addAlleles(*daten, anzLoci, 2, upToLineEnd(zeile), info, pop);
+    return 0;
+}
+
+// --- AnalyseDataObj
+// ---------------------------------------------------------------------------------
+
+int AnalyseDataObj::CheckDataFile(std::FILE* stream) {
+    if (stream == nullptr) {
+        return -1;
+    }
+    if (Daten) {
+        AUSGABE(17, nullptr);
+    }
+    AnzLoci = AnzPop = MaxChromosomen = 0;
+    DataWindow window(stream);
+    if (!window.hasBuffer()) {
+        return 1;
+    }
+    Daten.reset(new (std::nothrow) Datensatz);
+    if (!Daten) {
+        return 2;
+    }
+    const Refusal refusal = findShape(*this, window);
+    if (refusal.status != 0) {
+        (void)Daten->init(0);
+        tell(DateiName, refusal);
+    }
+    return refusal.status;
+}
+
+int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
+    (void)InitPath();          // its failure stands in OrdnerFehlt
+    (void)GetDataFile(stream); // what it refuses stays without individuals
+    return 0;
+}
+
+int AnalyseDataObj::GetDataFile(std::FILE* stream) {
+    if (stream == nullptr || !Daten || AnzLoci < 1) { // a refused file has no loci to fill
+        return -1;
+    }
+    DataWindow window(stream);
+    const std::string_view block = window.block(0);
+    const Header header = readHeader(window, block);
+    if (header.rows == 0 || header.rows != KopfZeilen) { // not the file that was checked
+        return -1;
+    }
+    if (KopfZeilen == 3) {
+        const struct {
+            std::string_view row;
+            int message;
+            int (Datensatz::*store)(int, int);
+        } lengths[] = {{header.first.text, 15, &Datensatz::SetLociRepeatMuster},
+                       {header.second.text, 16, &Datensatz::SetLociRepeatRest}};
+        for (const auto& length : lengths) {
+            if (KopfSpalten != kHeadColumns) {
+                AUSGABE(length.message, nullptr);
+                return -3;
+            }
+            readLengths(*Daten, DatenFormat, length.row, length.store);
+        }
+    }
+    readNames(*Daten, DatenFormat, nameCells(header, block));
+    const bool crOnly = losesAlignment(header);
+    RowWalk walk(window, crOnly ? header.names.lineEnd : header.names.lastByte,
+                 crOnly ? CrLf::crOnly : CrLf::lineEnd);
+    if (!walk.next()) {
+        return -1;
+    }
+    if ((int64_t{AnzLoci} * 4 + 4) * DatenFormat + 211 > kBlockSize) {
+        AUSGABE(60, nullptr);
+        return -1;
+    }
+    AUSGABE(11, nullptr);
+    readRows(*this, walk);
+    AUSGABE(12, nullptr);
+    return 0;
+}

@@ -1,0 +1,100 @@
+// The rows of a data file, in the blocks in which the file is read.
+//
+// A file is seen through blocks of at most 200000 bytes. The block of the header rows
+// begins at byte 0; each data row has a block of its own, which begins with the last
+// byte of the line end before the row:
+//
+//     North\td\t1\t104\r\nSouth\td\t2\t88\r\n
+//                      ^ first byte of the block of the row "South"
+//
+// A block is text that ends at its first NUL byte. The row it was made for ends at its
+// first CR or LF, and with the block's text if it has none: what lies behind is not read.
+#ifndef KVA_DATA_DATAROWS_H
+#define KVA_DATA_DATAROWS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+constexpr int64_t kBlockSize = 200000; // bytes
+
+// A file as blocks, through one buffer that slides along it: each byte is read once, and no
+// more than the buffer is held, whatever the size of the file.
+class DataWindow {
+  public:
+    // Clears the stream's error state and stands at its start. The stream stays the
+    // caller's, who must not move it meanwhile.
+    explicit DataWindow(std::FILE* stream);
+
+    bool hasBuffer() const { return Buffer != nullptr; }
+
+    // The block that begins at byte `offset`, empty behind the end of the file. It is valid
+    // until the next call. Offsets never fall, and rise by a block at most.
+    std::string_view block(int64_t offset);
+
+    // A byte of the last block or one of the two behind it; NUL behind the end of the file.
+    char byteAt(int64_t offset) const;
+
+    // Offset behind the last byte that is no blank, CR or LF: from here on the file holds
+    // empty lines at most.
+    int64_t contentEnd() const { return ContentEnd; }
+
+  private:
+    int64_t fileSize();
+    int64_t findContentEnd(int64_t size);
+    void slide(int64_t offset);
+
+    std::FILE* Stream; // NOT OWNED
+    std::unique_ptr<char[]> Buffer;
+    int64_t Start = 0; // offset of the buffer's first byte
+    int64_t Held = 0;  // bytes in the buffer
+    int64_t ContentEnd = 0;
+    bool Ended = false; // the buffer holds the file's last byte
+};
+
+// A row inside its block.
+struct DataRow {
+    std::string_view text;   // the row without its line end
+    std::string_view behind; // from the row's first byte to the end of the block
+    int64_t begin = 0;       // offset of its first byte
+    int64_t lineEnd = 0;     // offset of the first byte of its line end
+    int64_t lastByte = 0;    // offset of the last byte of its line end
+    bool hasLineEnd = false; // false: the block's text ends before the row does
+};
+
+// The row that begins at byte `from` of the block that begins at `blockStart`. Its line end is
+// looked for from byte `searchFrom` of the block on.
+DataRow findRow(const DataWindow& window, std::string_view block, int64_t blockStart,
+                std::size_t from, std::size_t searchFrom);
+
+// What a CR LF behind a row counts as: one line end, or a CR that ends the row and an LF in
+// front of the next one.
+enum class CrLf { lineEnd, crOnly };
+
+// Walks over the data rows of a file. The walk ends with the file, with empty lines at its end
+// (also a last line of blanks), and behind a row that has no line end in its block.
+class RowWalk {
+  public:
+    // `before`: offset of the last byte of the line end in front of the first row.
+    RowWalk(DataWindow& window, int64_t before, CrLf crLf);
+
+    // Goes to the next row, first to the first. False if there is none.
+    bool next();
+
+    const DataRow& row() const { return Row; }
+
+    // True if the row's line end is the last byte of its block.
+    bool endsBlock() const;
+
+  private:
+    DataWindow& Window;
+    CrLf LineEnds;
+    int64_t Before;        // as in the constructor, for the row that comes next
+    int64_t BlockLast = 0; // offset of the last byte of the row's block
+    DataRow Row;
+    bool Ended = false;
+};
+
+#endif
