@@ -1,8 +1,8 @@
 #include "data/allelcount.h"
 
-#include "data/resultfile.h"
 #include "fstat/randsci.h"
 #include "support/support.h"
+#include "support/written.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,9 +14,8 @@
 #include <utility>
 #include <vector>
 
-using kva_test::readFile;
 using kva_test::StdoutCapture;
-using kva_test::TempFolder;
+using kva_test::written;
 
 namespace {
 
@@ -37,15 +36,6 @@ AllelCount counted(std::initializer_list<int> entries, int haploid = kDiploid) {
 // sum p^2 = (9 + 1 + 4) / 36 = 14/36.
 AllelCount threeIndividuals(int haploid) {
     return counted({100, 102, 100, 100, 104, 104}, haploid);
-}
-
-// What `write` puts into a file.
-std::string written(const std::function<void(ResultFile&)>& write) {
-    const TempFolder folder(TempFolder::Enter::yes);
-    ResultFile file("sheet", "wb", "sheet", nullptr);
-    write(file);
-    file.close();
-    return readFile("sheet");
 }
 
 std::vector<std::pair<int, int>> rowsOf(const AllelCount& table) {
