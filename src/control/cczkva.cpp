@@ -22,7 +22,7 @@ namespace {
 // One option at work.
 struct Optionslauf {
     CCommandZeileKVA& Kommando;
-    std::string_view Rest;  // text not yet taken away
+    std::string_view Rest;  // text not yet taken away; a zero byte stands behind it
     bool Global = false;    // -fst: `global` stood there
     bool Paarweise = false; // -fst: `pairwise` stood there
     bool Beta = false;      // -fst: `beta` stood there
@@ -44,8 +44,8 @@ template <auto Flag> void raise(Optionslauf& lauf) {
 
 // The number behind "n=", which may stand in the next argument.
 template <auto Feld, int32_t Minimum> void readNumber(Optionslauf& lauf) {
-    const std::string number(lauf.Rest.substr(std::string_view("n=").size()));
-    const int32_t value = NearestInt32(std::strtol(number.c_str(), nullptr, 10));
+    const char* number = lauf.Rest.data() + std::string_view("n=").size();
+    const int32_t value = NearestInt32(std::strtol(number, nullptr, 10));
     lauf.Kommando.*Feld = std::max(value, Minimum);
 }
 
@@ -267,7 +267,7 @@ int readHetRange(Optionslauf& lauf) {
 
 // The number of individuals, kept as gene copies; text that is no number reads as 0.
 int readRichness(Optionslauf& lauf) {
-    const double individuals = std::strtod(std::string(lauf.Rest).c_str(), nullptr);
+    const double individuals = std::strtod(lauf.Rest.data(), nullptr);
     lauf.Kommando.RichnessRef = individuals < 0.0 ? -1 : TruncatedInt32(2.0 * individuals);
     return 1;
 }
