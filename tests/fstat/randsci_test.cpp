@@ -1,0 +1,243 @@
+#include "fstat/randsci.h"
+
+#include <bit>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int kFirst = 1000;  // draws of each seed in the reference
+constexpr int kLast = 100000; // and the number of one more
+constexpr long kModulus = 2147483647;
+
+std::vector<float> firstDraws(int count) {
+    std::vector<float> draws;
+    for (int i = 0; i < count; ++i) {
+        draws.push_back(rand2());
+    }
+    return draws;
+}
+
+// The reference's line for a seed: the first 1000 draws and the 100000th.
+std::vector<float> referenceDraws(long seed) {
+    const std::string command =
+        std::string("'" KVA_PYTHON "' '" KVA_RAND2_REFERENCE "' ") + std::to_string(seed);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"),
+                                                               &pclose);
+    std::string line;
+    char block[4096];
+    while (pipe != nullptr && std::fgets(block, sizeof block, pipe.get()) != nullptr) {
+        line += block;
+    }
+    std::istringstream words(line);
+    long named = -1;
+    words >> named >> std::hex;
+    EXPECT_EQ(named, seed);
+    std::vector<float> draws;
+    for (uint32_t bits = 0; words >> bits;) {
+        draws.push_back(std::bit_cast<float>(bits));
+    }
+    return draws;
+}
+
+class Rand2Reference : public testing::TestWithParam<long> {};
+
+} // namespace
+
+// --- The stream ------------------------------------------------------------------------
+
+// The reference works with exact integers and rounds to single precision by itself.
+TEST_P(Rand2Reference, DrawsAreTheReferencesBitForBit) {
+    const std::vector<float> expected = referenceDraws(GetParam());
+    ASSERT_EQ(expected.size(), kFirst + 1U);
+    srand2(GetParam());
+    for (int draw = 1; draw <= kLast; ++draw) {
+        const float value = rand2();
+        if (draw <= kFirst) {
+            ASSERT_EQ(value, expected[static_cast<std::size_t>(draw - 1)]) << "draw " << draw;
+        } else if (draw == kLast) {
+            EXPECT_EQ(value, expected[kFirst]);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, Rand2Reference,
+                         testing::Values(0, 1, -5, 42, kModulus, 1704164645));
+
+TEST(Rand2, DrawsLieBetweenZeroAndOne) {
+    srand2(987654321);
+    double sum = 0.0;
+    for (int i = 0; i < 200000; ++i) {
+        const float value = rand2();
+        ASSERT_GT(value, 0.0F);
+        ASSERT_LE(value, 0.99999988F);
+        sum += value;
+    }
+    // Standard error of the mean of 200000 uniform values: sqrt(1/12 / 200000) = 0.00065.
+    EXPECT_NEAR(sum / 200000, 0.5, 0.004);
+}
+
+TEST(Rand2, SeedZeroActsAsOne) {
+    srand2(0);
+    const std::vector<float> draws = firstDraws(100);
+    srand2(1);
+    EXPECT_EQ(firstDraws(100), draws);
+}
+
+TEST(Rand2, ANegativeSeedActsAsItsNegation) {
+    srand2(-5);
+    const std::vector<float> draws = firstDraws(100);
+    srand2(5);
+    EXPECT_EQ(firstDraws(100), draws);
+}
+
+TEST(Rand2, SeedingAgainRepeatsTheStream) {
+    for (const long seed : {1L, 77L, -3L}) {
+        srand2(seed);
+        const std::vector<float> draws = firstDraws(100);
+        srand2(seed);
+        EXPECT_EQ(firstDraws(100), draws) << seed;
+    }
+}
+
+TEST(Rand2, TheModulusAsSeedGivesAZeroAndThenTheStreamOfOne) {
+    for (const long seed : {kModulus, -kModulus}) {
+        srand2(seed);
+        EXPECT_EQ(rand2(), 0.0F);
+        const std::vector<float> draws = firstDraws(100);
+        srand2(1);
+        EXPECT_EQ(firstDraws(100), draws) << seed;
+    }
+}
+
+TEST(Rand2, SeedsAreCutTo32Bits) {
+    srand2((1L << 32) + 42);
+    const std::vector<float> draws = firstDraws(10);
+    srand2(42);
+    EXPECT_EQ(firstDraws(10), draws);
+}
+
+TEST(Rand2, TheSmallestSeedHasNoNegationAndIsTakenAsTheModulus) {
+    srand2(std::numeric_limits<int32_t>::min());
+    const std::vector<float> draws = firstDraws(10);
+    srand2(kModulus);
+    EXPECT_EQ(firstDraws(10), draws);
+}
+
+// In a process of its own, in which nothing was drawn before.
+TEST(Rand2DeathTest, WithoutASeedTheStreamIsThatOfOne) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(
+        {
+            const std::vector<float> unseeded = firstDraws(50);
+            srand2(1);
+            _exit(unseeded == firstDraws(50) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST(Rand2, AllFormsDrawFromTheOneStream) {
+    srand2(42);
+    const std::vector<float> draws = firstDraws(4);
+    srand2(42);
+    EXPECT_EQ(InternRand(), draws[0]);
+    EXPECT_EQ(random2(1000.0F), draws[1] * 1000.0F);
+    EXPECT_EQ(drawIndex(1000), static_cast<int32_t>(draws[2] * 1000.0F));
+    EXPECT_EQ(rand2(), draws[3]);
+}
+
+TEST(Rand2, TheClockSeedsInSeconds) {
+    const std::time_t before = std::time(nullptr);
+    InternStartRDGen();
+    const std::time_t after = std::time(nullptr);
+    const std::vector<float> draws = firstDraws(20);
+    bool found = false;
+    for (std::time_t second = before; second <= after; ++second) {
+        srand2(static_cast<long>(second));
+        found = found || firstDraws(20) == draws;
+    }
+    EXPECT_TRUE(found);
+}
+
+// --- Places --------------------------------------------------------------------------------
+
+TEST(DrawIndex, IsTheTruncatedProductBelowItsBound) {
+    for (const int32_t n : {1, 2, 3, 7, 100, 8388607, 16777217, 2147483647}) {
+        srand2(n);
+        for (int i = 0; i < 5000; ++i) {
+            const int32_t place = drawIndex(n);
+            ASSERT_GE(place, 0);
+            ASSERT_LT(place, n);
+        }
+    }
+}
+
+TEST(DrawIndex, ReachesEveryPlace) {
+    srand2(3);
+    std::vector<int> hits(10);
+    for (int i = 0; i < 10000; ++i) {
+        ++hits[static_cast<std::size_t>(drawIndex(10))];
+    }
+    for (const int count : hits) {
+        EXPECT_NEAR(count, 1000, 150); // five standard deviations of sqrt(10000 x 0.1 x 0.9) = 30
+    }
+}
+
+TEST(DrawIndex, OnePlaceStillDraws) {
+    srand2(42);
+    const std::vector<float> draws = firstDraws(2);
+    srand2(42);
+    EXPECT_EQ(drawIndex(1), 0);
+    EXPECT_EQ(rand2(), draws[1]);
+}
+
+// --- Flat numbers to groups --------------------------------------------------------------------
+
+namespace {
+
+struct Place {
+    int Result;
+    int32_t Group;
+    int32_t Rest;
+    bool operator==(const Place&) const = default;
+};
+
+Place placeOf(const std::vector<int32_t>& sizes, int32_t number) {
+    Place place{77, 77, 77};
+    place.Result = ConvertNum(sizes, number, place.Group, place.Rest);
+    return place;
+}
+
+} // namespace
+
+TEST(ConvertNum, TurnsAFlatNumberIntoGroupAndOffset) {
+    const std::vector<int32_t> sizes = {2, 3, 4};
+    const Place expected[] = {{0, 0, 0}, {0, 0, 1}, {0, 1, 0}, {0, 1, 1}, {0, 1, 2},
+                              {0, 2, 0}, {0, 2, 1}, {0, 2, 2}, {0, 2, 3}};
+    for (int32_t number = 0; number < 9; ++number) {
+        EXPECT_EQ(placeOf(sizes, number), expected[number]) << number;
+    }
+}
+
+TEST(ConvertNum, ANumberBehindTheLastHasNoPlace) {
+    EXPECT_EQ(placeOf({2, 3, 4}, 9), (Place{1, -1, -1}));
+    EXPECT_EQ(placeOf({2, 3, 4}, 2147483647), (Place{1, -1, -1}));
+}
+
+TEST(ConvertNum, WithoutGroupsThereIsNoPlace) {
+    EXPECT_EQ(placeOf({}, 0), (Place{1, -1, -1}));
+}
+
+TEST(ConvertNum, EmptyGroupsAreSteppedOver) {
+    EXPECT_EQ(placeOf({0, 0, 1, 0, 2}, 0), (Place{0, 2, 0}));
+    EXPECT_EQ(placeOf({0, 0, 1, 0, 2}, 1), (Place{0, 4, 0}));
+    EXPECT_EQ(placeOf({0, 0}, 0), (Place{1, -1, -1}));
+}
