@@ -258,6 +258,8 @@ const Line kFstLines[] = {
     {"-i|x.txt|-fst|n=ten", {.general = 0x71FF, .fst = 0x1A39, .permutations = 0}},
     {"-i|x.txt|-fst|n=|70", {.general = 0x71FF, .fst = 0x1A39, .permutations = 70}},
     {"-i|x.txt|-fst|n=50p", {.general = 0x71FF, .fst = 0x1A39, .permutations = 50}},
+    {"-i|x.txt|-fst|n=p", {.general = 0x71FF, .fst = 0x1A39, .permutations = 0}},
+    {"-i|x.txt|-fst|n=|p", {.general = 0x71FF, .fst = 0x0239, .permutations = 0}},
     {"-i|x.txt|-fst|pn=50", {.general = 0x71FF, .fst = 0x0239, .permutations = 50}},
     {"-i|x.txt|-fst|n=1.9", {.general = 0x71FF, .fst = 0x1A39, .permutations = 1}},
     {"-i|x.txt|-fst|n=12|n=13", {.general = 0x71FF, .fst = 0x1A39, .permutations = 13}},
@@ -345,6 +347,7 @@ const Line kDistLines[] = {
     {"-i|x.txt|-dist|POSA|-p", {.dist = 0x3}}, // "-p" is an unknown last option
     // Bootstraps
     {"-i|x.txt|-dist|n=0", {.bootstraps = 1}},
+    {"-i|x.txt|-dist|n=i", {.bootstraps = 1}},
     {"-i|x.txt|-dist|n=7|n=-3", {.bootstraps = 1}},
     {"-i|x.txt|-dist|n=7|n=", {.bootstraps = 1}},
     {"-i|x.txt|-dist|n=|25|p", {.general = 0x35FF, .bootstraps = 25}}, // "25" is skipped then
@@ -444,6 +447,7 @@ const Line kHetRangeLines[] = {
     {"-i|x.txt|-hetrange|n=", {.general = 0x2031FF, .randomisations = 0}},
     {"-i|x.txt|-hetrange|n=|30", {.general = 0x2031FF, .randomisations = 30}},
     {"-i|x.txt|-hetrange|n=10l", {.general = 0x2031FF, .randomisations = 10}},
+    {"-i|x.txt|-hetrange|n=l", {.general = 0x2031FF, .randomisations = 0}},
     {"-i|x.txt|-hetrange:n=10", {.general = 0x2031FF}},
     {"-i|x.txt|-hetrange|n=3000000000", {.general = 0x2031FF, .randomisations = 2147483647}},
 };

@@ -119,6 +119,32 @@ TEST_F(FirstLoad, WithoutAResultFolderThereIsNoRun) {
     EXPECT_TRUE(run.OrdnerFehlt);
 }
 
+// kTwoPops has four data rows.
+TEST_F(FirstLoad, PrintsOneDotPerDataRow) {
+    load("data.txt");
+    EXPECT_EQ(console, "\nRead Loci/Pop Information!\n....\n");
+}
+
+TEST_F(FirstLoad, SecondLoadOnOneObjectIsToldAndGoesOn) {
+    load("data.txt");
+    EXPECT_EQ(load((folder / "data.txt").string()), Laden::Fertig);
+    EXPECT_EQ(console, "\n!! This Class has already Checked a Datafile !!\n"
+                       "\t Please try this to load with a new Class\n"
+                       "Errorcode: 1-1\n"
+                       "\nRead Loci/Pop Information!\n....\n");
+    EXPECT_EQ(run.AnzPop, 2);
+}
+
+// Nothing guards a run behind a failed open: the passes meet an empty object.
+TEST_F(FirstLoad, RunBehindAFailedOpenWritesNothing) {
+    load("absent.txt");
+    EXPECT_EQ(run.LinkResultNew(), 1);
+    fs::remove("data.txt");
+    const StdoutCapture capture;
+    StarteLauf(run, kCommandLineDefaults, {});
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
 TEST_F(FirstLoad, RunTakesTheSettingsOver) {
     load("data.txt");
     const AnalyseSettings masks{0x31FF, 0x7, 0x5, 0x0239, 0x1};
