@@ -44,6 +44,9 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     if (bootstraps == 0) {
         PopDistMask = 0;
     }
+    if (hasBit(GeneralMask, GeneralBit::HetRange)) {
+        (void)CalcHetRange();
+    }
     return 0;
 }
 

@@ -17,6 +17,12 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
+
+class HetBereich;
+class HetStichprobe;
+class HetTabelle;
+struct HetReplikaSheets;
 
 class AnalyseDataObj : public AnalyseSettings {
   public:
@@ -85,7 +91,32 @@ class AnalyseDataObj : public AnalyseSettings {
 
     // --- F-statistics: fstat/ -----------------------------------------------------------
 
-    // --- Heterozygosity range: hetrange/ ------------------------------------------------
+    // --- Heterozygosity range: hetrange/CalcHetRange.cpp -------------------------
+
+    // The pass. 0; -4 if nothing is loaded; 1 or 2 if the folder cannot be entered. The
+    // random stream is not seeded: it goes on as the earlier passes left it.
+    long CalcHetRange();
+
+    // All populations, the nine sheets. 0.
+    long MakeHetRangeAnalyse();
+
+    // Resamples population `pop` (from 0). Result: an entry per locus.
+    std::vector<HetBereich> ResampleHetPopulation(int pop, std::vector<HetTabelle>& tabellen);
+
+    // The sheets of every replicate of a population (from 0), with heads; closed ones if
+    // they are not asked for.
+    HetReplikaSheets OpenHetReplikaSheets(int pop);
+
+    // Draws the sample of one replicate for a population (from 0): a random number per
+    // place, row by row. Without HetRangeBit::Draw the sample stays as it was. 0.
+    int MakeHetReplika(int replikat, int pop, HetStichprobe& stichprobe) const;
+
+    // Computes the statistics of one replicate, writes them to the open replicate sheets
+    // and takes them into `bereich`. `bereich` and `tabellen` hold an entry per locus.
+    // 0, or -100 if the H of the last locus is negative.
+    int AnalyseHetReplika(int replikat, const HetStichprobe& stichprobe,
+                          std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
+                          HetReplikaSheets& sheets) const;
 
     // --- Format conversion: formats/ ----------------------------------------------------
 

@@ -1,0 +1,202 @@
+// Heterozygosity range: which heterozygosity, variance of allele numbers and number of
+// alleles a population could show by sampling alone. Its data are resampled with
+// replacement, and minimum, mean and maximum over the replicates go into nine sheets of
+// the folder "Resampling_data", a row per population, a column per locus:
+//
+//      	fca8	fca23
+//      P01	0.412000	0.583333
+//
+// and, if asked for, every replicate of a population into three sheets of its own, a row
+// per replicate.
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/filename.h"
+#include "data/passfolder.h"
+#include "data/sheet.h"
+#include "fstat/randsci.h"
+#include "hetrange/HetReplika.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+// One of the nine sheets: file name and cell.
+struct BereichSheet {
+    const char* Name;
+    double (*Cell)(const HetBereich& bereich);
+};
+
+constexpr std::array<BereichSheet, 9> kBereichSheets = {{
+    {"HetRangeMin.xls", [](const HetBereich& b) { return b.H.Min; }},
+    {"HetRangeMean.xls", [](const HetBereich& b) { return b.H.Summe / b.Anzahl; }},
+    {"HetRangeMax.xls", [](const HetBereich& b) { return b.H.Max; }},
+    {"VarRangeMin.xls", [](const HetBereich& b) { return b.V.Min; }},
+    {"VarRangeMean.xls", [](const HetBereich& b) { return b.V.Summe / b.Anzahl; }},
+    {"VarRangeMax.xls", [](const HetBereich& b) { return b.V.Max; }},
+    {"AlleleRangeMin.xls", [](const HetBereich& b) { return b.A.Min; }},
+    {"AlleleRangeMean.xls", [](const HetBereich& b) { return b.A.Summe / b.Anzahl; }},
+    {"AlleleRangeMax.xls", [](const HetBereich& b) { return b.A.Max; }},
+}};
+
+// The cell of one locus and one replicate in one of the replicate sheets.
+void writeReplicateCell(ResultFile& sheet, double value) {
+    if (value < 0) {
+        writeTabNd(sheet);
+    } else {
+        writeTabReal(sheet, value);
+    }
+}
+
+// How the places of a sample are drawn: how many, and how many entries each takes.
+struct DrawShape {
+    int32_t Places;
+    int32_t Width;
+};
+
+DrawShape drawShape(uint32_t mask, int32_t entries) {
+    return hasBit(mask, HetRangeBit::Individuals) ? DrawShape{entries / 2, 2}
+                                                  : DrawShape{entries, 1};
+}
+
+// Draws the places of one row, one random number a place.
+void drawRow(std::span<int32_t> row, const DrawShape& shape) {
+    const auto n = static_cast<float>(shape.Places);
+    for (int32_t place = 0; place < shape.Places; ++place) {
+        // The product stays below n in single precision; above 2^24 places n itself is rounded.
+        const auto drawn = static_cast<int32_t>(rand2() * n);
+        const int32_t entry = std::min(drawn, shape.Places - 1) * shape.Width;
+        const auto column = static_cast<std::size_t>(place * shape.Width);
+        row[column] = entry;
+        if (shape.Width == 2) {
+            row[column + 1] = entry + 1;
+        }
+    }
+}
+
+} // namespace
+
+long AnalyseDataObj::CalcHetRange() {
+    if (!Daten) {
+        return -4;
+    }
+    if (PopAllele.empty()) {
+        CountAllels();
+    }
+    AUSGABE(78, nullptr);
+    {
+        PassFolder folder(*this, Ordner::ResamplingData);
+        if (!folder.entered()) {
+            return folder.status();
+        }
+        MakeHetRangeAnalyse();
+        LogEntry("Calculate heterosygosity range as a sampling artefact");
+    }
+    AUSGABE(80, nullptr);
+    return 0;
+}
+
+long AnalyseDataObj::MakeHetRangeAnalyse() {
+    std::vector<HetTabelle> tabellen(static_cast<std::size_t>(AnzLoci));
+    std::array<ResultFile, kBereichSheets.size()> sheets;
+    for (std::size_t s = 0; s < sheets.size(); ++s) {
+        sheets[s] = OpenResult(kBereichSheets[s].Name, "wb+");
+        writeLociHead(sheets[s], *Daten, DatenFormat);
+    }
+    for (int pop = 0; pop < AnzPop; ++pop) {
+        const std::vector<HetBereich> bereich = ResampleHetPopulation(pop, tabellen);
+        for (std::size_t s = 0; s < sheets.size(); ++s) {
+            sheets[s].text(*Daten->GetPopName(pop + 1));
+            for (const HetBereich& locus : bereich) {
+                if (locus.Anzahl <= 0) {
+                    writeTabNd(sheets[s]);
+                } else {
+                    writeTabReal(sheets[s], kBereichSheets[s].Cell(locus));
+                }
+            }
+            sheets[s].character('\n');
+        }
+    }
+    return 0;
+}
+
+std::vector<HetBereich> AnalyseDataObj::ResampleHetPopulation(int pop,
+                                                              std::vector<HetTabelle>& tabellen) {
+    for (std::size_t l = 0; l < tabellen.size(); ++l) {
+        tabellen[l].Load(Daten->Loci[l], pop + 1, PopAllele[static_cast<std::size_t>(pop) + 1][l]);
+    }
+    HetReplikaSheets sheets = OpenHetReplikaSheets(pop);
+    AUSGABE(79, ".");
+    const int32_t entries = Daten->GetAnzDatenChromosome(pop + 1);
+    const DrawShape shape = drawShape(HetRangeMask, entries);
+    const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
+    // Places come in pairs: behind an odd last one stands a missing one.
+    HetStichprobe stichprobe(linked ? 1 : AnzLoci, entries + entries % 2);
+    stichprobe.MarkPast(shape.Places * shape.Width, entries);
+    std::vector<HetBereich> bereich(tabellen.size());
+    for (int replikat = 0; replikat < HetRandomisierungen; ++replikat) {
+        MakeHetReplika(replikat, pop, stichprobe);
+        AnalyseHetReplika(replikat, stichprobe, bereich, tabellen, sheets);
+    }
+    return bereich;
+}
+
+HetReplikaSheets AnalyseDataObj::OpenHetReplikaSheets(int pop) {
+    HetReplikaSheets sheets;
+    if (!hasBit(HetRangeMask, HetRangeBit::ReplicateSheets)) {
+        return sheets;
+    }
+    const std::string stem = fileNameOf(*Daten->GetPopName(pop + 1));
+    sheets.Het = OpenResult(stem + "_HetRange.xls", "wb+");
+    sheets.Var = OpenResult(stem + "_VarRange.xls", "wb+");
+    sheets.Allele = OpenResult(stem + "_AlleleRange.xls", "wb+");
+    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
+        writeLociHead(*sheet, *Daten, DatenFormat);
+    }
+    return sheets;
+}
+
+int AnalyseDataObj::MakeHetReplika(int /*replikat*/, int pop, HetStichprobe& stichprobe) const {
+    if (!hasBit(HetRangeMask, HetRangeBit::Draw)) {
+        return 0;
+    }
+    const DrawShape shape = drawShape(HetRangeMask, Daten->GetAnzDatenChromosome(pop + 1));
+    const int32_t rows = hasBit(HetRangeMask, HetRangeBit::Linked) ? 1 : AnzLoci;
+    for (int32_t row = 0; row < rows; ++row) {
+        drawRow(stichprobe.Row(row), shape);
+    }
+    return 0;
+}
+
+int AnalyseDataObj::AnalyseHetReplika(int replikat, const HetStichprobe& stichprobe,
+                                      std::vector<HetBereich>& bereich,
+                                      std::vector<HetTabelle>& tabellen,
+                                      HetReplikaSheets& sheets) const {
+    const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
+    const bool randomDiscard = hasBit(HetRangeMask, HetRangeBit::RandomDiscard);
+    const bool correct = hasBit(HetRangeMask, HetRangeBit::CorrectZero);
+    const bool write = hasBit(HetRangeMask, HetRangeBit::ReplicateSheets);
+    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
+        sheet->integer(replikat + 1);
+    }
+    double lastH = 0.0;
+    for (std::size_t l = 0; l < tabellen.size(); ++l) {
+        tabellen[l].Clr();
+        tabellen[l].Add(stichprobe.Row(linked ? 0 : static_cast<int32_t>(l)), randomDiscard);
+        HetStatistik wert = tabellen[l].Statistics();
+        if (correct) {
+            wert.H = correctHeterozygosity(wert.H, wert.n);
+        }
+        if (write) {
+            writeReplicateCell(sheets.Het, wert.H);
+            writeReplicateCell(sheets.Var, wert.V);
+            writeTabReal(sheets.Allele, wert.A);
+        }
+        bereich[l].Add(replikat, wert);
+        lastH = wert.H;
+    }
+    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
+        sheet->character('\n');
+    }
+    return lastH < 0 ? -100 : 0;
+}

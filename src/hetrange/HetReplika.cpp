@@ -1,0 +1,208 @@
+#include "hetrange/HetReplika.h"
+
+#include "fstat/randsci.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double kNearlyOne = 0.999999; // a heterozygosity above it counts as 1
+constexpr double kNoHMin = 1.0;         // minimum of H while no replicate counted
+constexpr double kNoVMin = 100.0;       // minimum of V while no replicate counted
+
+} // namespace
+
+// --- The sample --------------------------------------------------------------------
+
+HetStichprobe::HetStichprobe(int32_t rows, int32_t places)
+    : Places(static_cast<std::size_t>(std::max(places, 0))),
+      Indices(static_cast<std::size_t>(std::max(rows, 0)) * Places, 0) {}
+
+std::span<int32_t> HetStichprobe::Row(int32_t row) {
+    return std::span(Indices).subspan(static_cast<std::size_t>(row) * Places, Places);
+}
+
+std::span<const int32_t> HetStichprobe::Row(int32_t row) const {
+    return std::span(Indices).subspan(static_cast<std::size_t>(row) * Places, Places);
+}
+
+void HetStichprobe::MarkPast(int32_t first, int32_t missing) {
+    const auto start = std::min(static_cast<std::size_t>(first), Places);
+    for (std::size_t row = 0; row < Indices.size(); row += Places) {
+        std::fill(Indices.begin() + static_cast<std::ptrdiff_t>(row + start),
+                  Indices.begin() + static_cast<std::ptrdiff_t>(row + Places), missing);
+    }
+}
+
+// --- The table of a replicate ----------------------------------------------------------
+
+void HetTabelle::Load(const LociObj& locus, int pop, const AllelCount& alleles) {
+    const std::span<const int32_t> entries = locus.DataSlots(pop);
+    const std::span<const int32_t> infos = locus.InfoSlots(pop);
+    Codes.assign(entries.size() + 1, 0);
+    Weights.assign(entries.size() + 1, 0);
+    Haploid.assign(entries.size() + 1, 0);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const int32_t haploid = infoHaploid(infos[i]);
+        Haploid[i] = static_cast<uint8_t>(haploid);
+        if (entries[i] >= 0) {
+            Codes[i] = alleles.GetAllelNummer(entries[i]);
+            Weights[i] = haploid != 0 ? 1 : 2;
+        }
+    }
+    const auto codes = static_cast<std::size_t>(alleles.AnzAllele) + 1;
+    Numbers.assign(codes, 0);
+    for (std::size_t code = 1; code < codes; ++code) {
+        Numbers[code] = alleles.Allele[code - 1].Nummer;
+    }
+    Counts.assign(codes, 0);
+    Order.assign(codes, 0);
+    Seen = 0;
+    Clr();
+}
+
+void HetTabelle::Clr() {
+    for (int32_t i = 0; i < Seen; ++i) {
+        Counts[static_cast<std::size_t>(Order[static_cast<std::size_t>(i)])] = 0;
+    }
+    Seen = 0;
+    Copies = 0;
+    Chromosomes = 0;
+}
+
+inline void HetTabelle::addEntry(int32_t code, int32_t weight) {
+    if (Counts[static_cast<std::size_t>(code)]++ == 0) {
+        Order[static_cast<std::size_t>(Seen++)] = code;
+    }
+    Chromosomes += weight;
+}
+
+void HetTabelle::addDiscarded(int32_t first, int32_t second) {
+    const int32_t kept = rand2() < 0.5F ? second : first;
+    const int32_t code = Codes[static_cast<std::size_t>(kept)];
+    const int32_t weight = code != 0 ? 1 : 0; // both copies take the flag of the first entry
+    addEntry(code, weight);
+    addEntry(code, weight);
+}
+
+void HetTabelle::Add(std::span<const int32_t> row, bool randomDiscard) {
+    for (std::size_t k = 0; k + 1 < row.size(); k += 2) {
+        if (randomDiscard && Haploid[static_cast<std::size_t>(row[k])] != 0) {
+            addDiscarded(row[k], row[k + 1]);
+            continue;
+        }
+        const auto first = static_cast<std::size_t>(row[k]);
+        const auto second = static_cast<std::size_t>(row[k + 1]);
+        addEntry(Codes[first], Weights[first]);
+        addEntry(Codes[second], Weights[second]);
+    }
+    Copies = static_cast<int32_t>(row.size() / 2 * 2) - Counts[0];
+}
+
+double HetTabelle::sumOfSquares() const {
+    double sum = 0.0;
+    for (int32_t i = 0; i < Seen; ++i) {
+        const auto code = static_cast<std::size_t>(Order[static_cast<std::size_t>(i)]);
+        if (code != 0) {
+            const double p = double(Counts[code]) / Copies;
+            sum += p * p;
+        }
+    }
+    return sum;
+}
+
+double HetTabelle::meanNumber() const {
+    double sum = 0.0; // of whole numbers below 2^53: exact in any order
+    for (std::size_t code = 1; code < Counts.size(); ++code) {
+        sum += double(Numbers[code]) * Counts[code];
+    }
+    return sum / Copies;
+}
+
+HetStatistik HetTabelle::Statistics() const {
+    HetStatistik result;
+    if (Copies == 0) {
+        return result;
+    }
+    result.A = Seen - (Counts[0] > 0 ? 1 : 0);
+    result.n = Chromosomes / 2;
+    if (Chromosomes <= 2) {
+        return result;
+    }
+    const double C = Chromosomes;
+    const double factor = C / (C - 2.0);
+    result.H = std::min(factor * (1.0 - sumOfSquares()), 1.0);
+    const double mean = meanNumber();
+    double deviations = 0.0;
+    for (int32_t i = 0; i < Seen; ++i) {
+        const auto code = static_cast<std::size_t>(Order[static_cast<std::size_t>(i)]);
+        if (code != 0) {
+            const double deviation = Numbers[code] - mean;
+            deviations += Counts[code] * (deviation * deviation);
+        }
+    }
+    result.V = factor * deviations / Copies;
+    return result;
+}
+
+// --- Running statistics ------------------------------------------------------------------
+
+void HetSpanne::add(double value) {
+    Min = std::min(Min, value);
+    Summe += value;
+    Max = std::max(Max, value);
+}
+
+void HetBereich::Add(int replikat, const HetStatistik& wert) {
+    if (replikat < 1) {
+        addFirst(wert);
+    } else {
+        addLater(wert);
+    }
+}
+
+// A first heterozygosity of exactly 0 does not count, a later one does: wanted.
+void HetBereich::addFirst(const HetStatistik& wert) {
+    if (wert.H <= 0) {
+        H = {kNoHMin, 0.0, 0.0};
+        Anzahl = 0;
+    } else {
+        H.start(wert.H);
+        Anzahl = 1;
+    }
+    if (wert.V < 0) {
+        V = {kNoVMin, 0.0, 0.0};
+    } else {
+        V.start(wert.V);
+    }
+    A.start(wert.A);
+}
+
+void HetBereich::addLater(const HetStatistik& wert) {
+    if (wert.H >= 0) {
+        H.add(wert.H);
+        Anzahl += 1;
+    }
+    if (wert.V >= 0) {
+        V.add(wert.V);
+    }
+    // Wanted as it stands: the number of alleles keeps the value of the first replicate, as
+    // long as every later one has an allele at all; and it is set here, not summed.
+    if (wert.A < 0) {
+        A.Min = std::min(A.Min, wert.A);
+        A.Summe = wert.A;
+        A.Max = std::max(A.Max, wert.A);
+    }
+}
+
+double correctHeterozygosity(double H, int32_t n) {
+    const double copies = n;
+    if (H == 0) {
+        const double m = copies + 1;
+        H = n <= 1 ? -1.0 : copies * ((1 - 1 / (m * m) - copies * copies / (m * m)) / (copies - 1));
+    }
+    if (H > kNearlyOne) { // also for the value just found
+        H = n <= 1 ? -1.0 : 1 - 2 / (copies * (copies + 1));
+    }
+    return H;
+}
