@@ -266,16 +266,18 @@ std::string randomFile(unsigned seed, int columns) {
     for (int cell = 0; cell < 3 * columns; ++cell) {
         text += " 2";
         rest += " 50";
-        names += " N" + std::to_string(cell);
+        names += " N";
+        names += std::to_string(cell);
     }
     text += "\n" + rest + "\n" + names + "\n";
     for (const char* pop : {"A", "B", "C"}) {
-        const unsigned rows = 1 + random() % 15;
-        for (unsigned row = 0; row < rows; ++row) {
+        const auto rows = 1 + random() % 15;
+        for (std::size_t row = 0; row < rows; ++row) {
             text += std::string(pop) + (random() % 3 == 0 ? " h 1" : " d 1");
             for (int cell = 0; cell < 3 * columns; ++cell) {
-                const unsigned kind = random() % 6;
-                text += kind == 0 ? std::string(" .") : " " + std::to_string(98 + 2 * kind);
+                const auto kind = random() % 6;
+                text += ' ';
+                text += kind == 0 ? "." : std::to_string(98 + 2 * kind);
             }
             text += "\n";
         }

@@ -162,8 +162,9 @@ TEST(HetTabelle, EqualsAnAllelCountOfTheSameEntries) {
     for (int row = 0; row < 60; ++row) {
         text += random() % 3 == 0 ? "A h 0" : "A d 0";
         for (int cell = 0; cell < 2; ++cell) {
-            const unsigned kind = random() % 12;
-            text += kind == 0 ? std::string(" .") : " " + std::to_string(100 + 2 * kind);
+            const auto kind = random() % 12;
+            text += ' ';
+            text += kind == 0 ? "." : std::to_string(100 + 2 * kind);
         }
         text += '\n';
     }
