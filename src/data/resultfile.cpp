@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr std::size_t kBufferSize = 1U << 16U;
 constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
 constexpr std::size_t kShortPrint = 256; // most formatted writes fit
 
@@ -39,19 +38,20 @@ ResultFile::ResultFile(const std::string& name, const char* mode, std::string sh
     if (std::strncmp(mode, "rb+", 3) == 0 && std::fseek(Stream.get(), 0, SEEK_END) != 0) {
         fail(errno);
     }
-    Buffer.reserve(kBufferSize);
+    Buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
 }
 
 ResultFile::ResultFile(ResultFile&& other) noexcept
-    : Stream(std::move(other.Stream)), Buffer(std::exchange(other.Buffer, {})),
-      ShownName(std::move(other.ShownName)), OnFailure(std::move(other.OnFailure)),
-      Failed(other.Failed) {}
+    : Stream(std::move(other.Stream)), Buffer(std::move(other.Buffer)),
+      Used(std::exchange(other.Used, 0)), ShownName(std::move(other.ShownName)),
+      OnFailure(std::move(other.OnFailure)), Failed(other.Failed) {}
 
 ResultFile& ResultFile::operator=(ResultFile&& other) noexcept {
     if (this != &other) {
         close();
         Stream = std::move(other.Stream);
-        Buffer = std::exchange(other.Buffer, {});
+        Buffer = std::move(other.Buffer);
+        Used = std::exchange(other.Used, 0);
         ShownName = std::move(other.ShownName);
         OnFailure = std::move(other.OnFailure);
         Failed = other.Failed;
@@ -86,38 +86,48 @@ void ResultFile::print(const char* format, ...) {
 }
 
 void ResultFile::text(std::string_view words) {
-    if (!Stream) {
-        return;
+    while (!words.empty()) {
+        const std::size_t piece = std::min(words.size(), kBufferSize);
+        char* const place = room(piece);
+        if (place == nullptr) {
+            return;
+        }
+        std::memcpy(place, words.data(), piece);
+        Used += piece;
+        words.remove_prefix(piece);
     }
-    if (Buffer.size() + words.size() > kBufferSize) {
-        flush();
-    }
-    Buffer.append(words);
-}
-
-void ResultFile::character(char c) {
-    text(std::string_view(&c, 1));
 }
 
 void ResultFile::integer(long long value) {
-    char digits[kIntegerSize];
-    const std::to_chars_result end = std::to_chars(digits, digits + kIntegerSize, value);
-    text(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits)));
+    if (char* const place = room(kIntegerSize)) {
+        Used +=
+            static_cast<std::size_t>(std::to_chars(place, place + kIntegerSize, value).ptr - place);
+    }
 }
 
 void ResultFile::fixed(double value, int precision, int width) {
-    char digits[kFixedBufferSize];
-    text(std::string_view(digits, formatFixed(digits, value, precision, width)));
+    if (char* const place = room(kFixedBufferSize)) {
+        Used += formatFixed(place, value, precision, width);
+    }
+}
+
+void ResultFile::tabFixed(double value) {
+    constexpr int kDecimals = 6; // of "%f"
+    if (char* const place = room(kFixedBufferSize + 1)) {
+        *place = '\t';
+        Used += 1 + formatFixed(place + 1, value, kDecimals);
+    }
 }
 
 void ResultFile::flush() {
-    if (Stream && !Failed && !Buffer.empty()) {
+    // Taken away first: the handler of a failure may write to this very file.
+    const std::size_t bytes = std::exchange(Used, 0);
+    if (Stream && !Failed && bytes > 0) {
         errno = 0;
-        if (std::fwrite(Buffer.data(), 1, Buffer.size(), Stream.get()) != Buffer.size()) {
+        if (std::fwrite(Buffer.get(), 1, bytes, Stream.get()) != bytes) {
             fail(errno);
         }
     }
-    Buffer.clear();
 }
 
 bool ResultFile::close() {

@@ -42,10 +42,18 @@ class ResultFile {
     // writers below are faster and give the same bytes.
     void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-    void text(std::string_view words);                          // the bytes as they are
-    void character(char c);                                     // one byte
+    void text(std::string_view words); // the bytes as they are
+    void character(char c) {           // one byte
+        if (char* const place = room(1)) {
+            *place = c;
+            ++Used;
+        }
+    }
     void integer(long long value);                              // "%lld"
     void fixed(double value, int precision = 6, int width = 0); // "%*.*f"
+
+    // "\t%f": the cell of most sheets, in one go.
+    void tabFixed(double value);
 
     // Hands everything written so far to the system.
     void flush();
@@ -54,14 +62,29 @@ class ResultFile {
     bool close();
 
   private:
+    static constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+
     void fail(int errorNumber);
+
+    // The place behind what is written, with room for so many bytes (at most kBufferSize);
+    // null if the file is closed.
+    char* room(std::size_t bytes) {
+        if (!Stream) {
+            return nullptr;
+        }
+        if (kBufferSize - Used < bytes) {
+            flush();
+        }
+        return Buffer.get() + Used;
+    }
 
     struct Closer {
         void operator()(std::FILE* stream) const { std::fclose(stream); }
     };
     std::unique_ptr<std::FILE, Closer> Stream;
-    std::string Buffer;    // written, not yet handed to the system
-    std::string ShownName; // path inside the result folder
+    std::unique_ptr<char[]> Buffer; // kBufferSize bytes while open
+    std::size_t Used = 0;           // bytes written, not yet handed to the system
+    std::string ShownName;          // path inside the result folder
     FileFailureHandler OnFailure;
     bool Failed = false; // a failure was told; further writes are dropped
 };

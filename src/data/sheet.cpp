@@ -36,8 +36,7 @@ void writeNd(ResultFile& f, int cells) {
 }
 
 void writeTabReal(ResultFile& f, double value) {
-    f.character('\t');
-    f.fixed(value);
+    f.tabFixed(value);
 }
 
 void writeTabNd(ResultFile& f) {

@@ -61,6 +61,29 @@ float rand2() {
     return value > kLimit ? static_cast<float>(kLimit) : value;
 }
 
+// The state stays in registers, and the Lehmer step is the same product modulo 2^31 - 1 by
+// folding the high bits instead of Schrage's division.
+void rand2Fill(std::span<float> values) {
+    while (!values.empty() && (idom <= 0 || iy == 0)) { // the stream is to be started
+        values.front() = rand2();
+        values = values.subspan(1);
+    }
+    constexpr auto limit = static_cast<float>(kLimit);
+    auto state = static_cast<uint64_t>(idom);
+    auto last = static_cast<uint32_t>(iy);
+    for (float& value : values) {
+        state *= kMultiplier;
+        state = (state & kModulus) + (state >> 31U);
+        state = state >= kModulus ? state - kModulus : state;
+        int32_t& entry = iv[last / kDivisor];
+        last = static_cast<uint32_t>(entry);
+        entry = static_cast<int32_t>(state);
+        value = std::min(static_cast<float>(static_cast<int32_t>(last) * kScale), limit);
+    }
+    idom = static_cast<int32_t>(state);
+    iy = static_cast<int32_t>(last);
+}
+
 float random2(float bound) {
     return rand2() * bound;
 }

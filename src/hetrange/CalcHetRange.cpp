@@ -59,18 +59,33 @@ DrawShape drawShape(uint32_t mask, int32_t entries) {
                                                   : DrawShape{entries, 1};
 }
 
-// Draws the places of one row, one random number a place.
-void drawRow(std::span<int32_t> row, const DrawShape& shape) {
+constexpr int32_t kExactFloats = 1 << 24; // up to here a float holds every whole number
+
+// Turns `individuals` indices at the start of a row into the indices of both their entries.
+void spreadPairs(std::span<int32_t> row, std::size_t individuals) {
+    for (std::size_t i = individuals; i-- > 0;) {
+        const int32_t first = row[i] * 2;
+        row[2 * i] = first;
+        row[2 * i + 1] = first + 1;
+    }
+}
+
+// Draws the places of one row, one random number a place, through `numbers`.
+void drawRow(std::span<int32_t> row, const DrawShape& shape, std::vector<float>& numbers) {
+    numbers.resize(static_cast<std::size_t>(shape.Places));
+    rand2Fill(numbers);
+    // The products stay below n in single precision; only above 2^24 places is n itself rounded.
     const auto n = static_cast<float>(shape.Places);
-    for (int32_t place = 0; place < shape.Places; ++place) {
-        // The product stays below n in single precision; above 2^24 places n itself is rounded.
-        const auto drawn = static_cast<int32_t>(rand2() * n);
-        const int32_t entry = std::min(drawn, shape.Places - 1) * shape.Width;
-        const auto column = static_cast<std::size_t>(place * shape.Width);
-        row[column] = entry;
-        if (shape.Width == 2) {
-            row[column + 1] = entry + 1;
+    for (std::size_t place = 0; place < numbers.size(); ++place) {
+        row[place] = static_cast<int32_t>(numbers[place] * n);
+    }
+    if (shape.Places > kExactFloats) {
+        for (int32_t& place : row.first(numbers.size())) {
+            place = std::min(place, shape.Places - 1);
         }
+    }
+    if (shape.Width == 2) {
+        spreadPairs(row, numbers.size());
     }
 }
 
@@ -162,8 +177,9 @@ int AnalyseDataObj::MakeHetReplika(int /*replikat*/, int pop, HetStichprobe& sti
     }
     const DrawShape shape = drawShape(HetRangeMask, Daten->GetAnzDatenChromosome(pop + 1));
     const int32_t rows = hasBit(HetRangeMask, HetRangeBit::Linked) ? 1 : AnzLoci;
+    std::vector<float> numbers;
     for (int32_t row = 0; row < rows; ++row) {
-        drawRow(stichprobe.Row(row), shape);
+        drawRow(stichprobe.Row(row), shape, numbers);
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 #include "fstat/randsci.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -40,16 +41,14 @@ void HetTabelle::Load(const LociObj& locus, int pop, const AllelCount& alleles) 
     const std::span<const int32_t> entries = locus.DataSlots(pop);
     const std::span<const int32_t> infos = locus.InfoSlots(pop);
     Codes.assign(entries.size() + 1, 0);
-    Weights.assign(entries.size() + 1, 0);
     Haploid.assign(entries.size() + 1, 0);
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        const int32_t haploid = infoHaploid(infos[i]);
-        Haploid[i] = static_cast<uint8_t>(haploid);
-        if (entries[i] >= 0) {
-            Codes[i] = alleles.GetAllelNummer(entries[i]);
-            Weights[i] = haploid != 0 ? 1 : 2;
-        }
+        Haploid[i] = static_cast<uint8_t>(infoHaploid(infos[i]));
+        Codes[i] = entries[i] < 0 ? 0 : alleles.GetAllelNummer(entries[i]);
     }
+    const auto flagged = std::count(Haploid.begin(), Haploid.end() - 1, 1);
+    AnyHaploid = flagged > 0;
+    AllHaploid = flagged == std::ssize(entries);
     const auto codes = static_cast<std::size_t>(alleles.AnzAllele) + 1;
     Numbers.assign(codes, 0);
     for (std::size_t code = 1; code < codes; ++code) {
@@ -67,56 +66,88 @@ void HetTabelle::Clr() {
     }
     Seen = 0;
     Copies = 0;
+    HaploidCopies = 0;
     Chromosomes = 0;
 }
 
-inline void HetTabelle::addEntry(int32_t code, int32_t weight) {
+inline void HetTabelle::addEntry(int32_t code) {
     if (Counts[static_cast<std::size_t>(code)]++ == 0) {
         Order[static_cast<std::size_t>(Seen++)] = code;
     }
-    Chromosomes += weight;
 }
 
 void HetTabelle::addDiscarded(int32_t first, int32_t second) {
     const int32_t kept = rand2() < 0.5F ? second : first;
     const int32_t code = Codes[static_cast<std::size_t>(kept)];
-    const int32_t weight = code != 0 ? 1 : 0; // both copies take the flag of the first entry
-    addEntry(code, weight);
-    addEntry(code, weight);
+    addEntry(code);
+    addEntry(code);
+    HaploidCopies += code != 0 ? 2 : 0; // both copies take the flag of the first entry
 }
 
 void HetTabelle::Add(std::span<const int32_t> row, bool randomDiscard) {
-    for (std::size_t k = 0; k + 1 < row.size(); k += 2) {
-        if (randomDiscard && Haploid[static_cast<std::size_t>(row[k])] != 0) {
-            addDiscarded(row[k], row[k + 1]);
-            continue;
+    const std::size_t places = row.size() / 2 * 2;
+    const bool uniform = !AnyHaploid || (AllHaploid && !randomDiscard);
+    if (uniform) { // no flag to look at
+        addUniform(row.first(places));
+    } else {
+        for (std::size_t k = 0; k < places; k += 2) {
+            addPair(row[k], row[k + 1], randomDiscard);
         }
-        const auto first = static_cast<std::size_t>(row[k]);
-        const auto second = static_cast<std::size_t>(row[k + 1]);
-        addEntry(Codes[first], Weights[first]);
-        addEntry(Codes[second], Weights[second]);
     }
-    Copies = static_cast<int32_t>(row.size() / 2 * 2) - Counts[0];
+    Copies = static_cast<int32_t>(places) - Counts[0];
+    Chromosomes = 2 * Copies - (uniform && AnyHaploid ? Copies : HaploidCopies);
 }
 
-double HetTabelle::sumOfSquares() const {
-    double sum = 0.0;
-    for (int32_t i = 0; i < Seen; ++i) {
-        const auto code = static_cast<std::size_t>(Order[static_cast<std::size_t>(i)]);
+// The hot loop: everything it touches is local.
+void HetTabelle::addUniform(std::span<const int32_t> row) {
+    const int32_t* const codes = Codes.data();
+    int32_t* const counts = Counts.data();
+    int32_t* next = Order.data() + Seen;
+    for (const int32_t place : row) {
+        const int32_t code = codes[place];
+        if (counts[code]++ == 0) {
+            *next++ = code;
+        }
+    }
+    Seen = static_cast<int32_t>(next - Order.data());
+}
+
+void HetTabelle::addPair(int32_t first, int32_t second, bool randomDiscard) {
+    if (randomDiscard && Haploid[static_cast<std::size_t>(first)] != 0) {
+        addDiscarded(first, second);
+        return;
+    }
+    for (const int32_t place : {first, second}) {
+        const int32_t code = Codes[static_cast<std::size_t>(place)];
+        addEntry(code);
+        HaploidCopies += code != 0 ? Haploid[static_cast<std::size_t>(place)] : 0;
+    }
+}
+
+// Sums over the alleles in the order of their first appearance.
+HetTabelle::Summen HetTabelle::sums() const {
+    Summen result;
+    for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
         if (code != 0) {
-            const double p = double(Counts[code]) / Copies;
-            sum += p * p;
+            const auto row = static_cast<std::size_t>(code);
+            const double p = double(Counts[row]) / Copies;
+            result.Squares += p * p;
+            result.Numbers += double(Numbers[row]) * Counts[row];
+        }
+    }
+    return result;
+}
+
+double HetTabelle::deviations(double mean) const {
+    double sum = 0.0;
+    for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
+        if (code != 0) {
+            const auto row = static_cast<std::size_t>(code);
+            const double deviation = Numbers[row] - mean;
+            sum += Counts[row] * (deviation * deviation);
         }
     }
     return sum;
-}
-
-double HetTabelle::meanNumber() const {
-    double sum = 0.0; // of whole numbers below 2^53: exact in any order
-    for (std::size_t code = 1; code < Counts.size(); ++code) {
-        sum += double(Numbers[code]) * Counts[code];
-    }
-    return sum / Copies;
 }
 
 HetStatistik HetTabelle::Statistics() const {
@@ -126,22 +157,13 @@ HetStatistik HetTabelle::Statistics() const {
     }
     result.A = Seen - (Counts[0] > 0 ? 1 : 0);
     result.n = Chromosomes / 2;
-    if (Chromosomes <= 2) {
-        return result;
+    if (Chromosomes > 2) {
+        const double C = Chromosomes;
+        const double factor = C / (C - 2.0);
+        const Summen summen = sums();
+        result.H = std::min(factor * (1.0 - summen.Squares), 1.0);
+        result.V = factor * deviations(summen.Numbers / Copies) / Copies;
     }
-    const double C = Chromosomes;
-    const double factor = C / (C - 2.0);
-    result.H = std::min(factor * (1.0 - sumOfSquares()), 1.0);
-    const double mean = meanNumber();
-    double deviations = 0.0;
-    for (int32_t i = 0; i < Seen; ++i) {
-        const auto code = static_cast<std::size_t>(Order[static_cast<std::size_t>(i)]);
-        if (code != 0) {
-            const double deviation = Numbers[code] - mean;
-            deviations += Counts[code] * (deviation * deviation);
-        }
-    }
-    result.V = factor * deviations / Copies;
     return result;
 }
 

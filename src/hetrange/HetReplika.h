@@ -65,21 +65,29 @@ class HetTabelle {
     HetStatistik Statistics() const;
 
   private:
-    void addEntry(int32_t code, int32_t weight);
+    void addEntry(int32_t code);
+    void addUniform(std::span<const int32_t> row);
+    void addPair(int32_t first, int32_t second, bool randomDiscard);
     void addDiscarded(int32_t first, int32_t second);
-    double sumOfSquares() const;
-    double meanNumber() const;
+    struct Summen {
+        double Squares = 0.0; // of the allele frequencies
+        double Numbers = 0.0; // of the allele numbers of all copies
+    };
+    Summen sums() const;
+    double deviations(double mean) const; // sum of the squared distances to `mean`
 
     // Per entry of the population, and one behind the last that reads as missing.
     std::vector<int32_t> Codes;   // 1-based place of the allele, 0 missing
-    std::vector<int32_t> Weights; // 2 diploid, 1 haploid, 0 missing
     std::vector<uint8_t> Haploid; // flag of the entry
     std::vector<int32_t> Numbers; // allele number of a code
+    bool AnyHaploid = false;      // an entry is flagged
+    bool AllHaploid = false;      // every entry is flagged
     // Of the running replicate.
     std::vector<int32_t> Counts; // copies of a code; entry 0 takes the missing ones
     std::vector<int32_t> Order;  // codes in order of first appearance, 0 among them
     int32_t Seen = 0;            // codes in Order
     int32_t Copies = 0;          // gene copies counted
+    int32_t HaploidCopies = 0;   // of these, copies that count as haploid
     int32_t Chromosomes = 0;     // weighted tally, as AllelCount::AnzChromosomen
 };
 
