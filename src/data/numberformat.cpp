@@ -80,6 +80,7 @@ Digits cutAndRound(double value, int precision) {
     }
     return digits;
 }
+
 constexpr auto kPairs = [] { // "00" to "99"
     std::array<char, 200> pairs{};
     for (std::size_t n = 0; n < 100; ++n) {
