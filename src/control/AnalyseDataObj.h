@@ -76,6 +76,50 @@ class AnalyseDataObj : public AnalyseSettings {
     // that failed, with the paths and the log as they were.
     int InitPath();
 
+    // --- Access, merge and save: data/datamerge.cpp ------------------------------------
+    // For programs built on the object; of the passes only the IM export uses GetPopName.
+    // Loci and populations count from 1, individuals from 0 where nothing else is said. -1
+    // stands for "nothing is loaded".
+
+    // The two alleles of an individual. 0; -1; -2 for a bad locus.
+    int GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) const;
+    int SetTierDaten(int locus, int pop, int ind, int a1, int a2);
+
+    // The haploid flag of an individual, read on `locus` (0 for a bad one), and its group,
+    // read on the first locus. Wanted: `ind` counts from 1 here. 0; -1.
+    int GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int locus) const;
+
+    // Individuals of a population, 0 for a bad one. 0; -1.
+    int GetAnzIndividuuen(int pop, int& anzahl) const;
+
+    // Individuals of all populations; 0 if nothing is loaded.
+    int GetGesamtIndividuuenAnzahl() const;
+
+    // Turns a running number over all individuals into population and number within it; both
+    // numbers count from 1, as in GetTierInfo. The walk ends at an empty population, too: the
+    // rest of the number is then the number within it. 0; -1; -2, and nothing stored, for a
+    // number behind the last individual.
+    int ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const;
+
+    // Null if nothing is loaded, without loci, or for a bad number.
+    const std::string* GetPopName(int pop) const;
+
+    // The names of a locus (null where one is not set), its repeat and its rest length. Does
+    // nothing if nothing is loaded or one of the two pointers is null.
+    void GetLociInfo(int locus, const std::string** name, const std::string** name2, int& muster,
+                     int& rest) const;
+
+    // Adds the loci of a second object that holds the same individuals in the same order; a
+    // locus of a known name is left out. The counted tables are dropped, as the next pass
+    // counts anew. 0; -1 for null; -2 if the numbers of populations differ; p > 0 if the name
+    // or the size of population p differs. Up to here nothing has changed. Else the result of
+    // Datensatz::AddNewDatensatz less 1, where that is not positive.
+    int AddNewData(const AnalyseDataObj* neu);
+
+    // Writes the data as a file of three header rows and two columns per locus, whatever the
+    // format they came in. Wanted: always -1. Nothing is told of a failure.
+    int SaveDataAs(const std::string& filename) const;
+
     // --- Counting: stats/CountAllels.cpp -----------------------------------------------
 
     // Builds PopAllele and writes the two count sheets. 0; 1 or 2 if the folder cannot

@@ -201,6 +201,19 @@ class Datensatz {
     void LociNamenKS(ResultFile& f, const char* titel) const;  // "\ttitel\t", then as K
     void LociNamenKS2(ResultFile& f, const char* titel) const; // "\ttitel\t", then as K2
 
+    // --- Merging (data/datamerge.cpp) -------------------------------------------------------
+
+    // Adds those loci of `neu` whose first name does not stand here. Result: the largest
+    // number of slots in any population at any locus; -1 for null, -2 if one of the two has
+    // no loci.
+    int AddNewDatensatz(const Datensatz* neu);
+
+    // Appends a locus of the given names: the populations of the first locus, each with as
+    // many slots of the same population of locus `locus` of `neu`, and its lengths. `name2`
+    // is null for none. The blocks have no slot to spare. Result: the new number of loci; -2
+    // if `neu` is null or has no such locus; -1 if there is no first locus.
+    int AddLoci(const std::string& name, const std::string* name2, const Datensatz* neu, int locus);
+
     // --- Counting (stats/CountAllels.cpp) -----------------------------------------------
 
     // The tables of all loci in the pool of all populations, sorted; writes the block

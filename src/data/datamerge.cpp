@@ -1,0 +1,239 @@
+// What a program built on the analysis object may want beyond the passes: access to single
+// individuals, the merge of a second data set, and the data written as a data file:
+//
+//      2			2	.	4	.
+//      			50	.	60	.
+//      			L1	L1b	L2	L2b
+//      North	d	1	100	102	-1	-1
+//      South	h	2	104	104	200	204
+//
+// The "." in the first two rows fills the second column of a locus, which a reader passes over.
+#include "control/AnalyseDataObj.h"
+#include "data/resultfile.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace {
+
+constexpr int kNothingLoaded = -1;
+constexpr int kNoSize = -2;
+
+std::string textOf(const std::string* name) {
+    return name != nullptr ? *name : std::string();
+}
+
+bool sameText(const std::string* a, const std::string* b) {
+    return textOf(a) == textOf(b);
+}
+
+} // namespace
+
+// --- Access ----------------------------------------------------------------------------
+
+int AnalyseDataObj::GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) const {
+    return Daten ? Daten->GetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
+}
+
+int AnalyseDataObj::SetTierDaten(int locus, int pop, int ind, int a1, int a2) {
+    return Daten ? Daten->SetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
+}
+
+int AnalyseDataObj::GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int locus) const {
+    if (!Daten) {
+        return kNothingLoaded;
+    }
+    const int slot = 2 * (ind - 1);
+    const LociObj* const place = Daten->Locus(locus);
+    haploid = place != nullptr ? place->isHaploid(pop, slot) : 0;
+    gruppe = Daten->GetGroupNummer(pop, slot, 1);
+    return 0;
+}
+
+int AnalyseDataObj::GetAnzIndividuuen(int pop, int& anzahl) const {
+    if (!Daten) {
+        return kNothingLoaded;
+    }
+    anzahl = Daten->GetAnzTiere(pop);
+    return 0;
+}
+
+int AnalyseDataObj::GetGesamtIndividuuenAnzahl() const {
+    int sum = 0;
+    for (int pop = 1; Daten && pop <= Daten->GetPopAnzahl(); ++pop) {
+        sum += Daten->GetAnzTiere(pop);
+    }
+    return sum;
+}
+
+int AnalyseDataObj::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
+    if (!Daten) {
+        return kNothingLoaded;
+    }
+    int rest = gesamt;
+    for (int population = 1; Daten->GetAnzDatenChromosome(population) >= 0; ++population) {
+        const int size = Daten->GetAnzTiere(population);
+        rest -= size;
+        if (rest <= 0 || size == 0) {
+            pop = population;
+            ind = size + rest;
+            return 0;
+        }
+    }
+    return kNoSize;
+}
+
+const std::string* AnalyseDataObj::GetPopName(int pop) const {
+    return Daten ? Daten->GetPopName(pop) : nullptr;
+}
+
+void AnalyseDataObj::GetLociInfo(int locus, const std::string** name, const std::string** name2,
+                                 int& muster, int& rest) const {
+    if (!Daten || name == nullptr || name2 == nullptr) {
+        return;
+    }
+    *name = Daten->GetLociName(locus);
+    *name2 = Daten->GetLociName2(locus);
+    muster = Daten->GetLociRepeatMuster(locus);
+    rest = Daten->GetLociRepeatRest(locus);
+}
+
+// --- Merge ------------------------------------------------------------------------------
+
+int Datensatz::AddLoci(const std::string& name, const std::string* name2, const Datensatz* neu,
+                       int locus) {
+    const LociObj* const source = neu != nullptr ? neu->Locus(locus) : nullptr;
+    if (source == nullptr) {
+        return -2;
+    }
+    if (Loci.empty()) {
+        return -1;
+    }
+    LociObj added;
+    added.SetLociName(name);
+    if (name2 != nullptr) {
+        added.SetLociName2(*name2);
+    }
+    const LociObj& first = Loci.front();
+    for (int pop = 1; pop <= first.AnzPop; ++pop) {
+        const int slots = first.GetAnzDatenChromosome(pop);
+        added.AddPopulation(*first.GetPopName(pop), slots);
+        for (int i = 0; i < slots; ++i) {
+            added.AddTier(pop, source->GetDataChromosom(pop, i), source->GetInfoChromosom(pop, i));
+        }
+    }
+    added.SetLociRepeatMuster(source->LociRepeatMuster);
+    added.SetLociRepeatRest(source->LociRepeatRest);
+    Loci.push_back(std::move(added)); // only now: `neu` may be this very data set
+    return ++AnzLoci;
+}
+
+int Datensatz::AddNewDatensatz(const Datensatz* neu) {
+    if (neu == nullptr) {
+        return -1;
+    }
+    if (Loci.empty() || neu->Loci.empty()) {
+        return -2;
+    }
+    std::unordered_set<std::string> known;
+    for (int locus = 1; locus <= AnzLoci; ++locus) {
+        known.insert(textOf(GetLociName(locus)));
+    }
+    // Two new loci of one name both go in: only the names from before count.
+    for (int locus = 1; locus <= neu->AnzLoci; ++locus) {
+        const std::string name = textOf(neu->GetLociName(locus));
+        if (known.count(name) == 0) {
+            (void)AddLoci(name, neu->GetLociName2(locus), neu, locus); // both have loci
+        }
+    }
+    int largest = 0;
+    for (const LociObj& locus : Loci) {
+        for (int pop = 1; pop <= locus.AnzPop; ++pop) {
+            largest = std::max(largest, locus.GetAnzDatenChromosome(pop));
+        }
+    }
+    return largest;
+}
+
+int AnalyseDataObj::AddNewData(const AnalyseDataObj* neu) {
+    if (neu == nullptr) {
+        return -1;
+    }
+    if (AnzPop != neu->AnzPop) {
+        return -2;
+    }
+    for (int pop = 1; pop <= AnzPop; ++pop) {
+        int here = 0;
+        int there = 0;
+        if (GetAnzIndividuuen(pop, here) != neu->GetAnzIndividuuen(pop, there) || here != there ||
+            !sameText(GetPopName(pop), neu->GetPopName(pop))) {
+            return pop;
+        }
+    }
+    PopAllele.clear();
+    IndAllele.clear();
+    AnzInd = 0;
+    const int largest = Daten ? Daten->AddNewDatensatz(neu->Daten.get()) : kNoSize;
+    AnzLoci = Daten ? Daten->AnzLoci : 0;
+    AnzPop = Daten ? Daten->GetPopAnzahl() : 0;
+    if (largest <= 0) {
+        return largest - 1;
+    }
+    MaxChromosomen = largest;
+    return 0;
+}
+
+// --- Save -----------------------------------------------------------------------------------
+
+namespace {
+
+// A header row of lengths: `start`, then the length and a dot for every locus.
+void writeLengths(ResultFile& file, const char* start, const Datensatz& daten,
+                  int32_t LociObj::*length) {
+    file.text(start);
+    for (const LociObj& locus : daten.Loci) {
+        file.print("\t%d\t.", locus.*length);
+    }
+    file.character('\n');
+}
+
+void writeNames(ResultFile& file, const Datensatz& daten) {
+    file.text("\t\t");
+    for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
+        file.character('\t');
+        file.text(textOf(daten.GetLociName(locus)));
+        file.character('\t');
+        file.text(textOf(daten.GetLociName2OrFirst(locus)));
+    }
+    file.character('\n');
+}
+
+// `tier` counts from 0.
+void writeIndividual(ResultFile& file, const Datensatz& daten, int pop, int tier) {
+    file.text(*daten.GetPopName(pop));
+    file.text(daten.Loci.front().isHaploid(pop, 2 * tier) != 0 ? "\th" : "\td");
+    file.print("\t%d", daten.GetGroupNummer(pop, 2 * tier, 1));
+    for (const LociObj& locus : daten.Loci) {
+        for (const int slot : {2 * tier, 2 * tier + 1}) {
+            file.character('\t');
+            file.integer(locus.GetDataChromosom(pop, slot));
+        }
+    }
+    file.character('\n');
+}
+
+} // namespace
+
+int AnalyseDataObj::SaveDataAs(const std::string& filename) const {
+    constexpr int kAlways = -1;
+    if (!Daten) {
+        return kAlways;
+    }
+    ResultFile file(filename, "wb+", filename, nullptr);
+    writeLengths(file, "2\t\t", *Daten, &LociObj::LociRepeatMuster);
+    writeLengths(file, "\t\t", *Daten, &LociObj::LociRepeatRest);
+    writeNames(file, *Daten);
+    Daten->ForEachTier([&](int pop, int tier) { writeIndividual(file, *Daten, pop, tier); });
+    return kAlways;
+}
