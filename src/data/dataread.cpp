@@ -21,6 +21,7 @@
 #include <limits>
 #include <new>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -30,7 +31,7 @@ constexpr int kHeadColumns = 3;  // cells in front of the loci: population, type
 constexpr int64_t kIntMax = std::numeric_limits<int32_t>::max();
 constexpr int64_t kIntMin = std::numeric_limits<int32_t>::min();
 
-// --- Numbers -----------------------------------------------------------------------------
+// --- Numbers ---------------------------------------------------------------
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -95,7 +96,7 @@ class NumberAhead {
     bool Complete = false; // the number's end was seen
 };
 
-// --- Cells ---------------------------------------------------------------------------------
+// --- Cells -----------------------------------------------------------------
 
 // Takes the text up to the next tab off the front of `rest`.
 std::string_view takeCell(std::string_view& rest) {
@@ -122,25 +123,11 @@ std::string_view lociCells(std::string_view row) {
     return row;
 }
 
-template <int Columns>
-void addCells(Datensatz& daten, long anzLoci, std::string_view zeile, int info, int pop) {
-    const char* cell = zeile.data();
-    const char* const end = cell + zeile.size();
-    for (int locus = 1; locus <= anzLoci; ++locus) {
-        const int32_t allel = takeNumber(cell, end);
-        if constexpr (Columns == 2) {
-            (void)daten.AddTier(locus, pop, allel, takeNumber(cell, end), info);
-        } else {
-            (void)daten.AddTier(locus, pop, allel, info);
-        }
-    }
+const char* rowEnd(const char* zeile) {
+    return zeile + std::strcspn(zeile, "\r\n");
 }
 
-std::string_view upToLineEnd(const char* zeile) {
-    return {zeile, std::strcspn(zeile, "\r\n")};
-}
-
-// --- Header rows ------------------------------------------------------------------------------
+// --- Header rows -----------------------------------------------------------
 
 // The header rows of a file. With two rows `names` is the second, with three the third.
 struct Header {
@@ -195,7 +182,7 @@ std::string_view nameCells(const Header& header, std::string_view block) {
                         static_cast<std::size_t>(std::max<int64_t>(end - begin, 0)));
 }
 
-// --- Refused files ------------------------------------------------------------------------------
+// --- Refused files ---------------------------------------------------------
 
 enum class CatalogueWords { none, noMemory, noLineEnd };
 
@@ -270,8 +257,7 @@ void warnOfAlignment(const std::string& file) {
               << std::endl;
 }
 
-// --- Populations
-// ----------------------------------------------------------------------------------
+// --- Populations -----------------------------------------------------------
 
 int32_t toSlots(int64_t individuals, int columns, int spare) {
     return static_cast<int32_t>(std::min(individuals * columns + spare, kIntMax));
@@ -312,8 +298,7 @@ class PopulationCount {
     int32_t Populations = 0;
 };
 
-// --- Data rows
-// ------------------------------------------------------------------------------------
+// --- Data rows -------------------------------------------------------------
 
 // A data row taken apart.
 struct Individual {
@@ -349,7 +334,54 @@ Individual takeApart(const DataRow& row, NumberAhead& groups) {
             toInfo(number, haploid)};
 }
 
-// --- The two passes -----------------------------------------------------------------------------
+// Adds individuals to the data set some rows at a time, locus by locus. A data set lies locus by
+// locus, so that a row at a time goes to far places of memory for every cell. The plain way, a
+// call a row: GetOneCData, GetTwoCData.
+class RowBatch {
+  public:
+    RowBatch(Datensatz& daten, int columns)
+        : Daten(daten), Columns(columns), Cells(static_cast<std::size_t>(daten.AnzLoci * columns)) {
+    }
+
+    void add(std::string_view alleles, int32_t info, int pop) {
+        if (pop != Pop || Infos.size() == kRows) {
+            flush();
+            Pop = pop;
+        }
+        Infos.push_back(info);
+        const char* cell = alleles.data();
+        const char* const end = cell + alleles.size();
+        for (std::size_t i = 0; i < Cells; ++i) {
+            Alleles.push_back(takeNumber(cell, end));
+        }
+    }
+
+    void flush() {
+        for (int locus = 1; locus <= Daten.AnzLoci; ++locus) {
+            LociObj& place = *Daten.Locus(locus);
+            const int32_t* allel = Alleles.data() + std::ptrdiff_t{locus - 1} * Columns;
+            for (const int32_t info : Infos) {
+                (void)(Columns == 2 ? place.AddTier(Pop, allel[0], allel[1], info)
+                                    : place.AddTier(Pop, allel[0], info));
+                allel += Cells;
+            }
+        }
+        Infos.clear();
+        Alleles.clear();
+    }
+
+  private:
+    static constexpr std::size_t kRows = 32;
+
+    Datensatz& Daten;
+    int Columns;
+    std::size_t Cells;            // allele cells of a row
+    int Pop = 0;                  // population of the rows held
+    std::vector<int32_t> Infos;   // info value of each row held
+    std::vector<int32_t> Alleles; // Cells of the first row, then of the next
+};
+
+// --- The two passes --------------------------------------------------------
 
 // Finds the shape of the file, makes the loci and adds the populations, still empty.
 Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
@@ -364,7 +396,7 @@ Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
     }
     lauf.DatenFormat = static_cast<char>(columns);
     const Header header = readHeader(window, block);
-    if (const Refusal refusal = checkHeader(window, header); refusal.status != 0) {
+    if (Refusal refusal = checkHeader(window, header); refusal.status != 0) {
         return refusal;
     }
     lauf.KopfZeilen = header.rows;
@@ -418,6 +450,7 @@ void readNames(Datensatz& daten, int columns, std::string_view cells) {
 // Fills the loci from the row on which the walk stands and all behind it.
 void readRows(AnalyseDataObj& lauf, RowWalk& walk) {
     NumberAhead groups;
+    RowBatch batch(*lauf.Daten, lauf.DatenFormat);
     std::string name;
     int pop = 0;
     do {
@@ -427,15 +460,15 @@ void readRows(AnalyseDataObj& lauf, RowWalk& walk) {
             ++pop;
         }
         AUSGABE(10, nullptr);
-        addAlleles(*lauf.Daten, lauf.AnzLoci, lauf.DatenFormat, tier.alleles, tier.info, pop);
+        batch.add(tier.alleles, tier.info, pop);
         // Wanted: this pass, unlike the first, also stops at a line end in a block's last place.
     } while (!walk.endsBlock() && walk.next());
+    batch.flush();
 }
 
 } // namespace
 
-// --- Cells of one row
-// ---------------------------------------------------------------------------------
+// --- Cells of one row ------------------------------------------------------
 
 int32_t takeNumber(const char*& cell, const char* rowEnd) {
     const char* const first = cell;
@@ -461,27 +494,24 @@ int32_t takeNumber(const char*& cell, const char* rowEnd) {
     return isNumber ? value : kMissing;
 }
 
-void addAlleles(Datensatz& daten, long anzLoci, int columns, std::string_view zeile, int info,
-                int pop) {
-    if (columns == 2) {
-        addCells<2>(daten, anzLoci, zeile, info, pop);
-    } else {
-        addCells<1>(daten, anzLoci, zeile, info, pop);
-    }
-}
-
 int GetOneCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop) {
-    addAlleles(*daten, anzLoci, 1, upToLineEnd(zeile), info, pop);
+    const char* const end = rowEnd(zeile);
+    for (int locus = 1; locus <= anzLoci; ++locus) {
+        (void)daten->AddTier(locus, pop, takeNumber(zeile, end), info);
+    }
     return 0;
 }
 
 int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop) {
-    addAlleles(*daten, anzLoci, 2, upToLineEnd(zeile), info, pop);
+    const char* const end = rowEnd(zeile);
+    for (int locus = 1; locus <= anzLoci; ++locus) {
+        const int32_t first = takeNumber(zeile, end);
+        (void)daten->AddTier(locus, pop, first, takeNumber(zeile, end), info);
+    }
     return 0;
 }
 
-// --- AnalyseDataObj
-// ---------------------------------------------------------------------------------
+// --- AnalyseDataObj --------------------------------------------------------
 
 int AnalyseDataObj::CheckDataFile(std::FILE* stream) {
     if (stream == nullptr) {

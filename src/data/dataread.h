@@ -4,18 +4,12 @@
 #define KVA_DATA_DATAREAD_H
 
 #include <cstdint>
-#include <string_view>
 
 class Datensatz;
 
-// Adds one individual's alleles to population `pop` (from 1) of all loci: `zeile` is the text
-// from the first allele cell on, with `columns` (1 or 2) cells per locus; cells behind its end
-// are missing. `info` is the row's info value.
-void addAlleles(Datensatz& daten, long anzLoci, int columns, std::string_view zeile, int info,
-                int pop);
-
-// The same for one or two cells per locus, on a text that goes on behind the row: the row ends
-// at its first CR or LF. 0.
+// Adds one individual's alleles to population `pop` (from 1) of all loci, with one or two cells
+// per locus. `zeile`: the text from the first allele cell on; the row ends at its first CR or LF,
+// and cells behind its end are missing. `info`: the row's info value. 0.
 int GetOneCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop);
 int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop);
 

@@ -32,7 +32,7 @@ std::size_t findTextEnd(std::string_view text, std::size_t from) {
 
 } // namespace
 
-// --- DataWindow --------------------------------------------------------------------
+// --- DataWindow ------------------------------------------------------------
 
 DataWindow::DataWindow(std::FILE* stream)
     : Stream(stream), Buffer(new (std::nothrow) char[kBufferSize]) {
@@ -93,7 +93,7 @@ char DataWindow::byteAt(int64_t offset) const {
     return place >= 0 && place < Held ? Buffer[static_cast<std::size_t>(place)] : '\0';
 }
 
-// --- Rows ----------------------------------------------------------------------------
+// --- Rows ------------------------------------------------------------------
 
 DataRow findRow(const DataWindow& window, std::string_view block, int64_t blockStart,
                 std::size_t from, std::size_t searchFrom) {

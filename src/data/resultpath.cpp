@@ -4,6 +4,8 @@
 //     data.txt
 //     data.txt_KVAresult00/KVA.log
 //     data.txt_KVAresult01/KVA.log
+#include "data/resultpath.h"
+
 #include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 
@@ -47,6 +49,11 @@ std::string absolutePath(const std::string& name) {
 
 } // namespace
 
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash > 0 ? slash : 1);
+}
+
 int AnalyseDataObj::InitPath() {
     OrdnerFehlt = true;
     if (DateiPfad.empty()) {
@@ -64,9 +71,8 @@ int AnalyseDataObj::InitPath() {
         return 1;
     }
     OrdnerFehlt = false;
-    const std::size_t slash = DateiPfad.rfind('/');
-    StartPfad = DateiPfad.substr(0, slash > 0 ? slash : 1); // of "/data.txt" it is "/"
-    DateiKurzName = DateiPfad.substr(slash + 1);
+    StartPfad = folderOf(DateiPfad);
+    DateiKurzName = DateiPfad.substr(DateiPfad.rfind('/') + 1);
     ResultPfad = ordner;
     AktuellerOrdner.clear();
     (void)LogDatei.close(); // its failure was told
