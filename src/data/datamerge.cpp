@@ -36,6 +36,8 @@ int AnalyseDataObj::GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) 
     return Daten ? Daten->GetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
 }
 
+// It changes the data, though not the pointer.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 int AnalyseDataObj::SetTierDaten(int locus, int pop, int ind, int a1, int a2) {
     return Daten ? Daten->SetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
 }

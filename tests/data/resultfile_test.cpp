@@ -2,6 +2,7 @@
 
 #include "support/support.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <limits>
@@ -106,9 +107,28 @@ TEST_F(ResultFileTest, IntegersOfAllSizes) {
     EXPECT_EQ(readFile("sheet.xls"), "-9223372036854775808|-1|0|9223372036854775807|");
 }
 
+// The long forms fill the buffer to its last byte many times over.
+TEST_F(ResultFileTest, RealsGoThroughTheBufferLikeFormattedWrites) {
+    std::string expected;
+    ResultFile file = open("sheet.xls");
+    double value = -1e300;
+    for (int i = 0; i < 3000; ++i) {
+        char words[1200]; // three numbers of up to 320 bytes
+        const int length =
+            std::snprintf(words, sizeof words, "\t%f%8.5f%32.9f", value, value / 7, value);
+        expected.append(words, static_cast<std::size_t>(length));
+        file.tabFixed(value);
+        file.fixed(value / 7, 5, 8);
+        file.fixed(value, 9, 32);
+        value *= i % 2 == 0 ? -0.37 : 0.41;
+    }
+    file.close();
+    EXPECT_TRUE(readFile("sheet.xls") == expected); // too long to be shown
+}
+
 TEST_F(ResultFileTest, FormattedWritesOfAnyLength) {
-    for (const std::size_t length : {0, 1, 254, 255, 256, 257, 1000, 65535, 65536, 200000}) {
-        const std::string words(length, 'x');
+    for (const int length : {0, 1, 254, 255, 256, 257, 1000, 65535, 65536, 200000}) {
+        const std::string words(static_cast<std::size_t>(length), 'x');
         ResultFile file = open("sheet.xls");
         file.print("<%s>", words.c_str());
         file.close();

@@ -1,5 +1,6 @@
 #include "fstat/randsci.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -19,10 +20,8 @@ constexpr int kLast = 100000; // and the number of one more
 constexpr long kModulus = 2147483647;
 
 std::vector<float> firstDraws(int count) {
-    std::vector<float> draws;
-    for (int i = 0; i < count; ++i) {
-        draws.push_back(rand2());
-    }
+    std::vector<float> draws(static_cast<std::size_t>(count));
+    std::generate(draws.begin(), draws.end(), &rand2);
     return draws;
 }
 
