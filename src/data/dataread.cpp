@@ -340,8 +340,8 @@ Individual takeApart(const DataRow& row, NumberAhead& groups) {
 class RowBatch {
   public:
     RowBatch(Datensatz& daten, int columns)
-        : Daten(daten), Columns(columns), Cells(static_cast<std::size_t>(daten.AnzLoci * columns)) {
-    }
+        : Daten(daten), Columns(static_cast<std::size_t>(columns)),
+          Cells(static_cast<std::size_t>(daten.AnzLoci) * Columns) {}
 
     void add(std::string_view alleles, int32_t info, int pop) {
         if (pop != Pop || Infos.size() == kRows) {
@@ -359,11 +359,11 @@ class RowBatch {
     void flush() {
         for (int locus = 1; locus <= Daten.AnzLoci; ++locus) {
             LociObj& place = *Daten.Locus(locus);
-            const int32_t* allel = Alleles.data() + std::ptrdiff_t{locus - 1} * Columns;
+            std::size_t cell = static_cast<std::size_t>(locus - 1) * Columns;
             for (const int32_t info : Infos) {
-                (void)(Columns == 2 ? place.AddTier(Pop, allel[0], allel[1], info)
-                                    : place.AddTier(Pop, allel[0], info));
-                allel += Cells;
+                (void)(Columns == 2 ? place.AddTier(Pop, Alleles[cell], Alleles[cell + 1], info)
+                                    : place.AddTier(Pop, Alleles[cell], info));
+                cell += Cells;
             }
         }
         Infos.clear();
@@ -374,7 +374,7 @@ class RowBatch {
     static constexpr std::size_t kRows = 32;
 
     Datensatz& Daten;
-    int Columns;
+    std::size_t Columns;          // allele cells of a locus
     std::size_t Cells;            // allele cells of a row
     int Pop = 0;                  // population of the rows held
     std::vector<int32_t> Infos;   // info value of each row held
