@@ -2,7 +2,11 @@
 // independent, so each individual is thinned to one allele chosen at random, and
 // the statistics of these one-copy samples are averaged over replicates.
 #include "stats/randomdiscard.h"
+
 #include "data/lociclass.h"
+#include "fstat/randsci.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -17,12 +21,46 @@ int individuals(const Datensatz& daten, int pop, Walk walk) {
     return walk == Walk::pairs ? slots / 2 : (slots + 1) / 2;
 }
 
-void thinPopulation(AllelCount& table, const Datensatz& daten, int pop, int locus, Walk walk) {
+// An individual as rows of a table, for AllelCount::RDAktuell.
+struct Pair {
+    int32_t row1;
+    int32_t row2; // kAlone: the other allele is missing, so nothing is drawn
+};
+constexpr int32_t kAlone = -1;
+
+// The individuals of one population that have an allele, as rows of `table`. An allele that the
+// table lacks stands as the row behind the last.
+void addPairs(std::vector<Pair>& pairs, const AllelCount& table, const Datensatz& daten, int pop,
+              int locus, Walk walk) {
+    const auto rowOf = [&table](int allel) {
+        const int place = table.GetAllelNummer(allel);
+        return place > 0 ? place - 1 : table.AnzAllele;
+    };
     for (int tier = 0; tier < individuals(daten, pop, walk); ++tier) {
         int allel1 = -1;
         int allel2 = -1;
         (void)daten.GetTierDaten(locus, pop, tier, allel1, allel2); // a bad locus stays missing
-        table.AddHaploidSet(allel1, allel2);
+        if (allel1 >= 0 && allel2 >= 0) {
+            pairs.push_back({rowOf(allel1), rowOf(allel2)});
+        } else if (allel1 >= 0 || allel2 >= 0) {
+            pairs.push_back({rowOf(std::max(allel1, allel2)), kAlone});
+        }
+    }
+}
+
+// AllelCount::AddHaploidSet for all individuals of a replicate, with the alleles looked up
+// beforehand: the same draws and counts, and no search in each of the replicates.
+void thin(AllelCount& table, const std::vector<Pair>& pairs) {
+    const auto rows = static_cast<int32_t>(table.RDAktuell.size());
+    for (const Pair& pair : pairs) {
+        int32_t row = pair.row1;
+        if (pair.row2 != kAlone) {
+            row = InternRand() <= 0.5F ? pair.row1 : pair.row2;
+        }
+        ++table.RDGroesse;
+        if (row < rows) {
+            ++table.RDAktuell[static_cast<std::size_t>(row)].Anzahl;
+        }
     }
 }
 
@@ -34,13 +72,15 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
     if (table.RDDurchlauf != 0 || !table.isHaploid()) {
         return table;
     }
+    std::vector<Pair> pairs;
     const int first = pop >= 1 ? pop : 1;
     const int last = pop >= 1 ? pop : daten.GetPopAnzahl();
+    for (int population = first; population <= last; ++population) {
+        addPairs(pairs, table, daten, population, locus, walk);
+    }
     table.StartRD(replikate);
     do {
-        for (int population = first; population <= last; ++population) {
-            thinPopulation(table, daten, population, locus, walk);
-        }
+        thin(table, pairs);
     } while (table.RDEnd() == 1);
     return table;
 }
