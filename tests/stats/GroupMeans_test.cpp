@@ -181,6 +181,13 @@ TEST_F(GroupMeans, FiskWithoutDiversityIsDropped) {
     EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 1.0 / 15.0, 1e-15);
 }
 
+// The formula has no guard: 1 - (-1)/(-1) is 0 and enters the mean.
+TEST_F(GroupMeans, FiskOfAnEmptySampleIsZero) {
+    const AllelTabellen tables =
+        tablesOf({halves(4, 2), AllelCount(), AllelCount(), AllelCount(), halves(4, 2)});
+    EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 2.0 / 45.0, 1e-15); // (1/15 + 0 + 1/15)/3
+}
+
 // --- Random-discard means
 // -------------------------------------------------------------------------
 
