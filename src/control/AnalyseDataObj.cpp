@@ -41,6 +41,10 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
         (void)WriteDataLog(bootstraps, permutations);
     }
     (void)CountAllels();
+    (void)Uebersicht();
+    (void)GenErrorReport();
+    (void)TABAusgabe();
+    (void)GruppenAusgabe();
     if (bootstraps == 0) {
         PopDistMask = 0;
     }

@@ -129,7 +129,26 @@ class AnalyseDataObj : public AnalyseSettings {
     // Builds IndAllele and sets AnzInd. 0.
     int CountIAllels();
 
-    // --- Descriptive statistics: stats/ -----------------------------------------------
+    // --- Descriptive statistics: stats/<name of the pass>.cpp ---------------------------
+    // All count the alleles first if no pass did. -4: no data set; 1: the folder cannot
+    // be entered, or there are no tables; 0.
+
+    // The twenty sheets of "Single_data", then calcGST(). Runs the random-discard
+    // replicates of all tables.
+    int Uebersicht();
+
+    // "GST.xls", into the current folder. PopAllele must be there. 0.
+    int calcGST();
+
+    // "Errorreport.txt" in the result folder.
+    long GenErrorReport();
+
+    // "Summary.xls" in the result folder.
+    int TABAusgabe();
+
+    // The sheets of "Group_data", where the process stays. 2: the folder is there but
+    // cannot be entered.
+    int GruppenAusgabe();
 
     // --- Genetic distances: distance/ ---------------------------------------------------
 

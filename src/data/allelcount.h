@@ -110,6 +110,13 @@ class AllelCount {
     // Shannon index, natural logarithm (Shannon 1948). Needs C > 2.
     double CalcShannon() const;
 
+    // Allelic richness: the number of alleles expected in a sub-sample of `k` gene
+    // copies, by the hypergeometric distribution (Hurlbert 1971); `varianz` takes its
+    // variance (Heck et al. 1975). -1.0 for a table with C < 3, -2.0 for k below 2 or
+    // above AnzGesamt, -3.0 if the arithmetic fails; `varianz` is -1.0 then. Products
+    // that overflow give a negative or non-finite result. stats/Rarefraction.cpp.
+    double CalcRarefraction(int k, double& varianz) const;
+
     // --- Random-discard replicates --------------------------------------------
     // Of each individual one allele is kept at random; the statistics of these
     // one-copy samples are summed over the replicates.

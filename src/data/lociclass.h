@@ -107,7 +107,28 @@ class LociObj {
     // populations. Result 0.
     int AllelCountP(AllelCount& tabelle, int pop, int flag) const;
 
-    // --- Group means (stats) ----------------------------------------------------------
+    // --- Group means (stats/GroupMeans.cpp) -------------------------------------------
+    // Mean of a statistic over the populations of `gruppe`, the group of a population
+    // being that of its first individual. `tab` is PopAllele, `locus` this locus's
+    // number. Only values of 0 and above enter. -1.0: no value; -1.5: no population.
+
+    double CalcHet(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcVar(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcMean(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const;
+    // F(IS) = 1 - Hobs/Hs; populations with a negative F(IS) are dropped, so this is
+    // the mean of the others.
+    double CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const;
+    // The random-discard values (stats/randomdiscard.h); no replicate is started.
+    double CalcRDHet(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDMean(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDVar(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDAllele(const AllelTabellen& tab, int locus, int gruppe) const;
+
+    // Largest and smallest allele number of the group, the smallest at most 100000.
+    // -1: no allele; -2: no population.
+    int CalcMax(const AllelTabellen& tab, int locus, int gruppe) const;
+    int CalcMin(const AllelTabellen& tab, int locus, int gruppe) const;
 
     int32_t AnzPop = 0;                       // populations
     std::vector<Eintragsblock> DataChromosom; // allele numbers, one block per population
@@ -228,7 +249,32 @@ class Datensatz {
     // weight of a haploid here.
     AllelTabelle AllelCountInd(int pop, int tier) const;
 
-    // --- Group means and random discard (stats) -------------------------------------------
+    // --- Group means (stats/GroupMeans.cpp) -----------------------------------------------
+    // As in LociObj, on locus `locus`; -2.0 for a bad locus, -3 from CalcMax and CalcMin.
+
+    double CalcHet(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcVar(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcMean(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const;
+    double CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDHetG(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDMeanG(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDVarG(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDAlleleG(const AllelTabellen& tab, int locus, int gruppe) const;
+    int CalcMax(const AllelTabellen& tab, int locus, int gruppe) const;
+    int CalcMin(const AllelTabellen& tab, int locus, int gruppe) const;
+
+    // --- Random discard (stats/RandomDiscard.cpp) ------------------------------------------
+    // The random-discard value (stats/randomdiscard.h) of the table of `pop` (0: the
+    // pool) at `locus`, both of which exist. The replicates of a table run once in its
+    // life, at the first call of any of the four, and draw from the random stream;
+    // they end with a mark on the console. CalcRDHet thins whole slot pairs alone, the
+    // others also the single last slot of one-column data. -1.0: no value.
+
+    double CalcRDHet(AllelTabellen& tab, int pop, int locus, int replikate) const;
+    double CalcRDMean(AllelTabellen& tab, int pop, int locus, int replikate) const;
+    double CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean, int replikate) const;
+    double CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const;
 
     std::vector<LociObj> Loci; // locus l is Loci[l - 1]
     int32_t AnzLoci = 0;       // always the size of Loci

@@ -1,0 +1,106 @@
+// Error report: "Errorreport.txt", a log of alleles that may be typing errors. The
+// gaps between neighbouring alleles of the pool are held against the repeat length
+// of the locus, and the alleles against the plausible lengths:
+//
+//      fca8,	Incorrect Mutationsteps:1 instead of 2	Found to short Allel(s):20
+//      fca23,	monomorphic
+#include "control/Ausgabe.h"
+#include "stats/statpass.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int32_t kSmallestGapStart = 10000; // wanted: larger gaps count as this one
+
+struct Gaps {
+    int32_t smallest = kSmallestGapStart;
+    int32_t largest = 0;
+    int32_t incompatible = 0; // the last one that the repeat length does not divide; 0: none
+};
+
+// The gaps between neighbouring rows of a sorted table. `repeat` below 1: unknown.
+Gaps findGaps(const AllelCount& table, int repeat) {
+    Gaps gaps;
+    int32_t previous = table.MinAllel;
+    for (int32_t i = 1; i < table.AnzAllele; ++i) {
+        const int32_t number = table.Allele[static_cast<std::size_t>(i)].Nummer;
+        const int32_t gap = number - previous;
+        if (repeat > 0 && gap % repeat != 0) {
+            gaps.incompatible = gap;
+        }
+        gaps.smallest = std::min(gaps.smallest, gap);
+        gaps.largest = std::max(gaps.largest, gap);
+        previous = number;
+    }
+    return gaps;
+}
+
+void writeSteps(ResultFile& report, const Gaps& gaps, int repeat) {
+    if (repeat < 1) {
+        report.print("Mutationsteps found:%d\t", gaps.smallest);
+    } else if (gaps.smallest < repeat) {
+        report.print("Incorrect Mutationsteps:%d instead of %d\t", gaps.smallest, repeat);
+    } else if (gaps.smallest > repeat) {
+        report.print("Mutationsteps to large:%d instead of %d\t", gaps.smallest, repeat);
+    } else if (gaps.incompatible > 0) {
+        report.print("Found incompatible Mutationstep:%d !\t", gaps.incompatible);
+    }
+}
+
+void writeRemarks(ResultFile& report, const AnalyseDataObj& lauf, const AllelCount& table,
+                  int repeat) {
+    const Gaps gaps = findGaps(table, repeat);
+    writeSteps(report, gaps, repeat);
+    const bool manySteps = repeat > 1 && int64_t{lauf.GapSchritte} * gaps.smallest < gaps.largest;
+    if (manySteps || lauf.GapBasen < gaps.largest) {
+        report.print("Large Allelgap detected:%d\t", gaps.largest);
+    }
+    if (table.MinAllel < lauf.AllelMinLaenge) {
+        report.print("Found to short Allel(s):%d\t", table.MinAllel);
+    }
+    if (lauf.AllelMaxLaenge < table.MaxAllel) {
+        report.print("Found to long Allel(s):%d\t", table.MaxAllel);
+    }
+}
+
+void writeHead(ResultFile& report, const AnalyseDataObj& lauf) {
+    report.text("This file is a log-file of possible errors in your dataset.\n"
+                "What you find here:\n"
+                "- Unexpected Mutationsteps/The real Mutationsteps.\n");
+    report.print("- Large Gaps in your Data (>%dxMutationstep OR >%d bp)\n", lauf.GapSchritte,
+                 lauf.GapBasen);
+    report.print("- Unexpected short/long Allels (possible type errors!)[<%d,>%d]\n",
+                 lauf.AllelMinLaenge, lauf.AllelMaxLaenge);
+}
+
+} // namespace
+
+long AnalyseDataObj::GenErrorReport() {
+    if (!Daten) {
+        return -4;
+    }
+    if (!tablesReady(*this) || !enterResultFolder(*this)) {
+        return 1;
+    }
+    AUSGABE(1, nullptr);
+    ResultFile report = OpenResult("Errorreport.txt", "wb");
+    writeHead(report, *this);
+    const AllelTabelle& pool = PopAllele[0];
+    for (int l = 1; l <= Daten->AnzLoci; ++l) {
+        const AllelCount& table = pool[static_cast<std::size_t>(l - 1)];
+        AUSGABE(2, "*");
+        report.character('\n');
+        report.text(locusLabel(*Daten, l));
+        report.text(",\t");
+        if (table.AnzAllele < 2) {
+            report.text("monomorphic");
+        } else {
+            writeRemarks(report, *this, table, Daten->GetLociRepeatMuster(l));
+        }
+    }
+    report.close();
+    LogEntry("Generate Errorreport...");
+    AUSGABE(40, nullptr);
+    return 0;
+}

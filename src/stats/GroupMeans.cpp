@@ -1,0 +1,179 @@
+// Means of the sample statistics over the populations of a group.
+#include "data/lociclass.h"
+#include "stats/randomdiscard.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double kNoValue = -1.0;
+constexpr double kNoPopulation = -1.5;
+constexpr double kNoLocus = -2.0;
+
+constexpr int kNoAllele = -1;
+constexpr int kNoPopulationExtreme = -2;
+constexpr int kNoLocusExtreme = -3;
+constexpr int kMinStart = 100000; // wanted: the smallest allele of a group never exceeds it
+
+// What all group operations are asked: a locus in the tables, and the group.
+struct Question {
+    const LociObj& object;
+    const AllelTabellen& tab;
+    int locus;
+    int gruppe;
+};
+
+// The one walk over a group: visits the tables of its populations in order.
+template <class Visit> void forEachTable(const Question& of, Visit visit) {
+    for (int pop = 1; pop <= of.object.AnzPop; ++pop) {
+        if (of.object.GetGroupNummer(pop, 0) == of.gruppe) {
+            visit(of.tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(of.locus - 1)]);
+        }
+    }
+}
+
+template <class Value> double groupMean(const Question& of, Value value) {
+    if (of.object.AnzPop == 0) {
+        return kNoPopulation;
+    }
+    double sum = 0.0;
+    int values = 0;
+    forEachTable(of, [&](const AllelCount& table) {
+        const double v = value(table);
+        if (v >= 0) { // drops what is not a number, too
+            sum += v;
+            ++values;
+        }
+    });
+    return values > 0 ? sum / values : kNoValue;
+}
+
+// The extreme of a field of the tables, from `start` on.
+template <class Choose>
+int groupExtreme(const Question& of, int32_t AllelCount::*field, int32_t start, Choose choose) {
+    if (of.object.AnzPop == 0) {
+        return kNoPopulationExtreme;
+    }
+    int32_t extreme = start;
+    bool found = false;
+    forEachTable(of, [&](const AllelCount& table) {
+        if (table.*field >= 0) {
+            extreme = choose(extreme, table.*field);
+            found = true;
+        }
+    });
+    return found ? extreme : kNoAllele;
+}
+
+// No guard for a sample without data: 1 - (-1)/(-1) is 0, and counts.
+double fis(const AllelCount& table) {
+    return 1.0 - table.CalcHetobs() / table.CalcHsk(1);
+}
+
+// A group operation of the locus object, or `noLocus` for a bad locus number.
+template <class Result, class... Rest>
+Result onLocus(const Datensatz& daten,
+               Result (LociObj::*operation)(const AllelTabellen&, int, Rest...) const,
+               Result noLocus, const AllelTabellen& tab, int locus, Rest... rest) {
+    const LociObj* const object = daten.Locus(locus);
+    return object != nullptr ? (object->*operation)(tab, locus, rest...) : noLocus;
+}
+
+} // namespace
+
+// --- LociObj ---------------------------------------------------------------------------
+
+double LociObj::CalcHet(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcHet(); });
+}
+
+double LociObj::CalcVar(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe},
+                     [](const AllelCount& t) { return t.CalcVar(t.CalcMean()); });
+}
+
+double LociObj::CalcMean(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcMean(); });
+}
+
+double LociObj::CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const {
+    return groupMean({*this, tab, locus, gruppe},
+                     [korrigiert](const AllelCount& t) { return t.CalcHsk(korrigiert); });
+}
+
+double LociObj::CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, fis);
+}
+
+double LociObj::CalcRDHet(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, rdHet);
+}
+
+double LociObj::CalcRDMean(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, rdMean);
+}
+
+double LociObj::CalcRDVar(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe},
+                     [](const AllelCount& t) { return rdVar(t, t.CalcMean()); });
+}
+
+double LociObj::CalcRDAllele(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupMean({*this, tab, locus, gruppe}, rdAlleles);
+}
+
+int LociObj::CalcMax(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MaxAllel, 0,
+                        [](int32_t a, int32_t b) { return std::max(a, b); });
+}
+
+int LociObj::CalcMin(const AllelTabellen& tab, int locus, int gruppe) const {
+    return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MinAllel, kMinStart,
+                        [](int32_t a, int32_t b) { return std::min(a, b); });
+}
+
+// --- Datensatz: the same on a locus ------------------------------------------------------
+
+double Datensatz::CalcHet(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcHet, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcVar(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcVar, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcMean(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcMean, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const {
+    return onLocus(*this, &LociObj::CalcHsk, kNoLocus, tab, locus, gruppe, korrigiert);
+}
+
+double Datensatz::CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcFisk, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcRDHetG(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcRDHet, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcRDMeanG(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcRDMean, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcRDVarG(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcRDVar, kNoLocus, tab, locus, gruppe);
+}
+
+double Datensatz::CalcRDAlleleG(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcRDAllele, kNoLocus, tab, locus, gruppe);
+}
+
+int Datensatz::CalcMax(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcMax, kNoLocusExtreme, tab, locus, gruppe);
+}
+
+int Datensatz::CalcMin(const AllelTabellen& tab, int locus, int gruppe) const {
+    return onLocus(*this, &LociObj::CalcMin, kNoLocusExtreme, tab, locus, gruppe);
+}

@@ -1,0 +1,164 @@
+// Group tables, in the folder "Group_data": the means of the statistics over the
+// populations of each group, in six sheets with a line per group and a column per
+// locus, and in a long sheet "SumGrp01.xls" per group with a line per locus:
+//
+//      	fca8	fca23
+//      Grp 01	0.871042	0.790155
+//      Grp 02	0.725000	n.d.
+#include "control/Ausgabe.h"
+#include "data/passfolder.h"
+#include "stats/statpass.h"
+
+namespace {
+
+struct GroupValues {
+    double het;
+    double hetRD;
+    double var;
+    double varRD;
+    int min;
+    double mean;
+    int max;
+    int r; // repeat length; below 1: unknown
+    int s; // rest length; below 1: unknown
+};
+
+using V = GroupValues;
+
+double squared(int r) {
+    return static_cast<double>(r) * r;
+}
+
+double inRepeats(const V& v, double allele) {
+    return (allele - v.s) / v.r;
+}
+
+bool noVar(const V& v) {
+    return v.r < 1 || v.var < 0;
+}
+bool noVarRD(const V& v) {
+    return v.r < 1 || v.varRD < 0;
+}
+bool noHet(const V& v) {
+    return v.het < 0;
+}
+bool noHetOrVar(const V& v) {
+    return v.r < 1 || v.het < 0 || v.var < 0;
+}
+bool noAllele(const V& v) {
+    return v.min < 0;
+}
+bool noRepeatNumber(const V& v) {
+    return v.r < 1 || v.s < 1 || v.min < 0 || v.mean < 0;
+}
+
+double varRepeat(const V& v) {
+    return v.var / squared(v.r);
+}
+double varRDRepeat(const V& v) {
+    return v.varRD / squared(v.r);
+}
+
+constexpr CellFormat kReal = CellFormat::real;
+constexpr CellFormat kCount = CellFormat::count;
+
+constexpr std::array<CellRule<V>, 6> kGroupSheets = {{
+    {"Hetexpgroup.xls", kReal, field<&V::het>, negative<&V::het>},
+    {"Vargroup.xls", kReal, field<&V::var>, negative<&V::var>},
+    {"HetexpRDgroup.xls", kReal, field<&V::hetRD>, negative<&V::hetRD>},
+    {"VarRDgroup.xls", kReal, field<&V::varRD>, negative<&V::varRD>},
+    {"VarRDrepeatgroup.xls", kReal, varRDRepeat, noVarRD},
+    {"Varrepeatgroup.xls", kReal, varRepeat, noVar},
+}};
+
+// Wanted: the heterozygosity alone guards the first four columns; a negative value among the
+// other three is printed as it is.
+constexpr std::array<CellRule<V>, 12> kGroupColumns = {{
+    {"Het exp", kReal, field<&V::het>, noHet},
+    {"Het exp RD", kReal, field<&V::hetRD>, noHet},
+    {"Var", kReal, field<&V::var>, noHet},
+    {"VarRD", kReal, field<&V::varRD>, noHet},
+    {"Var repeatnumber", kReal, varRepeat, noHetOrVar},
+    {"Var repeatRD", kReal, varRDRepeat, noHetOrVar},
+    {"MinAllele", kCount, field<&V::min>, noAllele},
+    {"MeanAllele", kReal, field<&V::mean>, noAllele},
+    {"MaxAllele", kCount, field<&V::max>, noAllele},
+    {"MinRepeat", kReal, [](const V& v) { return inRepeats(v, v.min); }, noRepeatNumber},
+    {"MeanRepeat", kReal, [](const V& v) { return inRepeats(v, v.mean); }, noRepeatNumber},
+    {"MaxRepeat", kReal, [](const V& v) { return inRepeats(v, v.max); }, noRepeatNumber},
+}};
+
+GroupValues groupValues(const AnalyseDataObj& lauf, int l, int g) {
+    const Datensatz& daten = *lauf.Daten;
+    const AllelTabellen& tab = lauf.PopAllele;
+    return {daten.CalcHet(tab, l, g),    daten.CalcRDHetG(tab, l, g),  daten.CalcVar(tab, l, g),
+            daten.CalcRDVarG(tab, l, g), daten.CalcMin(tab, l, g),     daten.CalcMean(tab, l, g),
+            daten.CalcMax(tab, l, g),    daten.GetLociRepeatMuster(l), daten.GetLociRepeatRest(l)};
+}
+
+// "%.2d" of a group number: at least two digits.
+std::string twoDigits(int g) {
+    return std::string(g < 10 ? "0" : "").append(std::to_string(g));
+}
+
+// The long sheet of a group, with its head.
+ResultFile openGroupSheet(AnalyseDataObj& lauf, int g) {
+    ResultFile sheet = lauf.OpenResult("SumGrp" + twoDigits(g) + ".xls", "wb");
+    sheet.text(locusNameHead(lauf));
+    writeColumnHeads(sheet, kGroupColumns);
+    sheet.character('\n');
+    return sheet;
+}
+
+void writeGroup(AnalyseDataObj& lauf, std::array<ResultFile, kGroupSheets.size()>& sheets, int g) {
+    for (ResultFile& sheet : sheets) {
+        writeLabel(sheet, "Grp " + twoDigits(g));
+    }
+    ResultFile sum = openGroupSheet(lauf, g);
+    for (int l = 1; l <= lauf.Daten->AnzLoci; ++l) {
+        const GroupValues values = groupValues(lauf, l, g);
+        for (std::size_t i = 0; i < sheets.size(); ++i) {
+            writeCell(sheets[i], kGroupSheets[i], values);
+        }
+        writeLocusNames(sum, lauf, l);
+        for (const CellRule<GroupValues>& column : kGroupColumns) {
+            writeCell(sum, column, values);
+        }
+        sum.character('\n');
+    }
+    for (ResultFile& sheet : sheets) {
+        sheet.character('\n');
+    }
+}
+
+} // namespace
+
+int AnalyseDataObj::GruppenAusgabe() {
+    if (!Daten) {
+        return -4;
+    }
+    if (!tablesReady(*this)) {
+        return 1;
+    }
+    PassFolder folder(*this, Ordner::GroupData);
+    if (!folder.entered()) {
+        return folder.status();
+    }
+    folder.stay(); // wanted: the next pass enters its own folder by its full path
+    AUSGABE(43, nullptr);
+    std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(*this, kGroupSheets);
+    // The walk ends at the first number without a population: groups behind a gap are left out.
+    for (int g = 1;; ++g) {
+        AUSGABE(45, g);
+        if (Daten->TestGroup(g) == 0) {
+            break;
+        }
+        writeGroup(*this, sheets, g);
+    }
+    for (ResultFile& sheet : sheets) {
+        sheet.close();
+    }
+    LogEntry("Make Group results...");
+    AUSGABE(44, nullptr);
+    return 0;
+}

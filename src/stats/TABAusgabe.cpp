@@ -1,0 +1,157 @@
+// Summary: "Summary.xls" in the result folder itself, one line for each locus and
+// population with all statistics side by side and the allele frequencies at the
+// end, by ascending allele number:
+//
+//      Locus name	Pop.name	Het obs	...	Fis,Pop	Frequences
+//      fca8	P01	0.625000	...	0.137931	0.125000	0.875000
+#include "control/Ausgabe.h"
+#include "stats/NumberAllelesExp.h"
+#include "stats/randomdiscard.h"
+#include "stats/statpass.h"
+
+namespace {
+
+struct SummaryValues {
+    double hetObs;
+    double het;
+    double hetRD;
+    double mean;
+    double var;
+    double varRD;
+    double shannon;
+    int32_t min;
+    int32_t max;
+    int32_t copies;   // gene copies counted
+    int n;            // independent gene copies
+    double allelesRD; // random-discard number of alleles
+    int32_t alleles;
+    double smm;
+    double iam;
+    bool hasFis; // fully diploid and polymorphic
+    double hsk;
+    int r; // repeat length; below 1: unknown
+    int s; // rest length; below 1: unknown
+};
+
+using V = SummaryValues;
+
+double squared(int r) {
+    return static_cast<double>(r) * r;
+}
+
+double inRepeats(const V& v, double allele) {
+    return (allele - v.s) / v.r;
+}
+
+bool noRepeatVar(const V& v) {
+    return v.r < 1 || v.var < 0;
+}
+bool noAllele(const V& v) {
+    return v.mean < 0;
+}
+bool noRepeatNumber(const V& v) {
+    return v.r < 1 || v.mean == -1.0 || v.s < 1;
+}
+bool noFis(const V& v) {
+    return !v.hasFis;
+}
+
+constexpr CellFormat kReal = CellFormat::real;
+constexpr CellFormat kCount = CellFormat::count;
+
+// The columns between the names and the frequencies, under their heads.
+constexpr std::array<CellRule<V>, 22> kColumns = {{
+    {"Het obs", kReal, field<&V::hetObs>, negative<&V::hetObs>},
+    {"Het exp", kReal, field<&V::het>, negative<&V::het>},
+    {"Het RD", kReal, field<&V::hetRD>, negative<&V::hetRD>},
+    {"Var", kReal, field<&V::var>, negative<&V::var>},
+    {"VarRD", kReal, field<&V::varRD>, negative<&V::varRD>},
+    {"Var repeatnumber", kReal, [](const V& v) { return v.var / squared(v.r); }, noRepeatVar},
+    {"Var repeatRD", kReal, [](const V& v) { return v.varRD / squared(v.r); }, noRepeatVar},
+    {"ShannonID", kReal, field<&V::shannon>, negative<&V::shannon>},
+    {"MinAllele", kCount, field<&V::min>, noAllele},
+    {"MeanAllele", kReal, field<&V::mean>, noAllele},
+    {"MaxAllele", kCount, field<&V::max>, noAllele},
+    {"MinRepeat", kReal, [](const V& v) { return inRepeats(v, v.min); }, noRepeatNumber},
+    {"MeanRepeat", kReal, [](const V& v) { return inRepeats(v, v.mean); }, noRepeatNumber},
+    {"MaxRepeat", kReal, [](const V& v) { return inRepeats(v, v.max); }, noRepeatNumber},
+    {"Analys.Chrom.", kCount, field<&V::copies>, belowOne<&V::copies>},
+    {"Effect.Chrom.", kCount, field<&V::n>, belowOne<&V::n>},
+    {"Num.Alleles", kReal, field<&V::allelesRD>, belowOne<&V::allelesRD>},
+    {"Max.obs.Alleles", kCount, field<&V::alleles>, belowOne<&V::alleles>},
+    {"SMM Exp.Num.Alleles", kReal, field<&V::smm>, belowOne<&V::smm>},
+    {"IAN Exp.Num.Alleles", kReal, field<&V::iam>, belowOne<&V::smm>},
+    {"Hs Nei", kReal, field<&V::hsk>, noFis},
+    {"Fis,Pop", kReal, [](const V& v) { return 1.0 - v.hetObs / v.hsk; }, noFis},
+}};
+
+// The values of population p at locus l. The random-discard values of a table whose replicates
+// have not run yet are the plain ones: only the number of alleles, read last, starts them.
+SummaryValues summaryValues(AnalyseDataObj& lauf, int p, int l) {
+    const AllelCount& T =
+        lauf.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+    SummaryValues v = {};
+    v.hetObs = T.CalcHetobs();
+    v.het = T.CalcHet();
+    v.hetRD = rdHet(T);
+    v.mean = T.CalcMean();
+    v.var = T.CalcVar(v.mean);
+    v.varRD = rdVar(T, v.mean);
+    v.shannon = T.CalcShannon();
+    v.min = T.MinAllel;
+    v.max = T.MaxAllel;
+    v.copies = T.AnzGesamt;
+    v.n = effectiveCopies(T);
+    v.allelesRD = lauf.Daten->CalcRDAllele(lauf.PopAllele, p, l, kRDReplicates);
+    v.alleles = T.AnzAllele;
+    (void)CalcNumberAllelesExp(v.smm, v.iam, v.n, v.hetRD); // -1.0 in both is the refusal
+    v.hasFis = !T.isHaploid() && T.AnzAllele > 1;
+    v.hsk = T.CalcHsk(1);
+    v.r = lauf.Daten->GetLociRepeatMuster(l);
+    v.s = lauf.Daten->GetLociRepeatRest(l);
+    return v;
+}
+
+void writeLine(ResultFile& sheet, AnalyseDataObj& lauf, int p, int l) {
+    writeLocusNames(sheet, lauf, l);
+    writeLabel(sheet, sampleLabel(*lauf.Daten, p));
+    const SummaryValues values = summaryValues(lauf, p, l);
+    for (const CellRule<SummaryValues>& column : kColumns) {
+        writeCell(sheet, column, values);
+    }
+    const AllelCount& T =
+        lauf.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+    for (int i = 0; i < T.AnzAllele; ++i) {
+        writeReal(sheet, T.GetFrequenz(i));
+    }
+    sheet.character('\n');
+}
+
+} // namespace
+
+int AnalyseDataObj::TABAusgabe() {
+    if (!Daten) {
+        return -4;
+    }
+    if (!tablesReady(*this) || !enterResultFolder(*this)) {
+        return 1;
+    }
+    AUSGABE(34, nullptr);
+    ResultFile sheet = OpenResult("Summary.xls", "wb");
+    sheet.text(locusNameHead(*this));
+    sheet.text("\tPop.name");
+    writeColumnHeads(sheet, kColumns);
+    sheet.text("\tFrequences\n");
+    for (int l = 1; l <= Daten->AnzLoci; ++l) {
+        AUSGABE(36, nullptr);
+        AUSGABE(37, locusLabel(*Daten, l).c_str());
+        for (int p = 1; p <= Daten->GetPopAnzahl(); ++p) {
+            AUSGABE(38, "P");
+            writeLine(sheet, *this, p, l);
+        }
+    }
+    sheet.close();
+    LogEntry("Create tabular result files...");
+    AUSGABE(35, nullptr);
+    return 0;
+}
