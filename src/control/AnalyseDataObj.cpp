@@ -41,6 +41,9 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
         (void)WriteDataLog(bootstraps, permutations);
     }
     (void)CountAllels();
+    (void)MakeGenePop();
+    (void)MakeNextFormates();
+    (void)MakeIMFormat();
     if (bootstraps == 0) {
         PopDistMask = 0;
     }
