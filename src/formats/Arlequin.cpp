@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr const char* kVersion = "4.05";
-
 // Populations (from 1) by the group of their first individual.
 std::map<int, std::vector<int>> populationsByGroup(const Datensatz& data) {
     std::map<int, std::vector<int>> groups;

@@ -22,7 +22,6 @@
 
 namespace {
 
-constexpr const char* kCredit = "by KVAnalyzer 4.05";
 constexpr std::size_t kFieldStep = 5; // room of a genotype in a Genepop line
 constexpr int kMissing = -9;          // of the structure file
 
@@ -173,7 +172,7 @@ bool openFiles(AnalyseDataObj& lauf, Dateien& files) {
 }
 
 void writeGenepopHead(ResultFile& file, const Datensatz& data, const std::string& title) {
-    file.text(title + kCredit + "\n");
+    file.print("%sby KVAnalyzer %s\n", title.c_str(), kVersion);
     for (const LociObj& locus : data.Loci) {
         file.text(locus.LociName);
         file.character('\n');
