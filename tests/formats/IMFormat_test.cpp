@@ -128,10 +128,19 @@ TEST(IMFormat, EachPairOfPopulationsHasAFile) {
         files += entry.is_regular_file() ? 1 : 0;
     }
     EXPECT_EQ(files, 3);
-    // Steps count from the pool's smallest allele, which C does not have.
+    for (const char* pair : {"A B", "A C", "B C"}) {
+        std::string name = std::string("IM_") + pair + ".txt";
+        name[4] = '_';
+        EXPECT_NE(pairFile(run, name).find(std::string("\n") + pair + "\n1\n"), std::string::npos);
+    }
+}
+
+TEST(IMFormat, StepsCountFromThePoolsSmallestAllele) {
+    // Neither B nor C has the 100 of A.
+    LoadedRun run(oneLocus("2", "A d 0 100 102\nB d 0 102 104\nC d 0 104 104\n"));
+    exportIM(run);
     EXPECT_EQ(alleleLines(pairFile(run, "IM_B_C.txt"), "1.000000\n"),
-              "     B000 0\n     B001 0\n     C000 1\n     C001 1\n\n");
-    EXPECT_EQ(pairFile(run, "IM_A_C.txt").substr(40, 4), "A C\n");
+              "     B000 1\n     B001 2\n     C000 2\n     C001 2\n\n");
 }
 
 TEST(IMFormat, OnePopulationHasNoPair) {

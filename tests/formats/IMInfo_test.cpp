@@ -28,9 +28,8 @@ std::string crLf(const std::string& text) {
 
 // Has the object read `bytes` as its IM information file.
 long readInfo(AnalyseDataObj& obj, const std::string& bytes) {
-    writeFile("im.txt", bytes);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("im.txt", "rb"),
-                                                               &std::fclose);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
+    EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file.get()), bytes.size());
     return obj.ReadIMInfo(file.get());
 }
 
@@ -239,7 +238,6 @@ TEST(ReadIMInfo, FileWithoutARowIsRefused) {
 }
 
 TEST(ReadIMInfo, WithoutADataSetThereIsNothingToReadInto) {
-    const TempFolder folder(TempFolder::Enter::yes);
     AnalyseDataObj empty;
     EXPECT_EQ(readInfo(empty, crLf(tabbed(kHead1))), -1);
 }
@@ -278,6 +276,21 @@ TEST(ReadIMInfo, ManyRowsAreReadToTheLast) {
     }
     EXPECT_EQ(readInfo(*run, crLf(tabbed(rows))), 0);
     EXPECT_EQ(ratesOf(*run), (Values{99999, 1}));
+}
+
+TEST(ReadIMInfo, RowWhoseLineEndEndsItsBlockIsTheLast) {
+    // The block begins at the LF in front of the row: with a row of 199997 bytes its CR and LF are
+    // the bytes 199998 and 199999, the last of the block.
+    const std::string head = crLf(tabbed(kHead1));
+    const std::string next = crLf(tabbed("m . . 3 4\n"));
+    std::string row = "m\t\t\t0.5\t0.";
+    row.resize(199997, '0');
+    LoadedRun run(kTwoPopsOneColumn);
+    EXPECT_EQ(readInfo(*run, head + row + "\r\n" + next), 0);
+    EXPECT_EQ(ratesOf(*run), (Values{0.5, 0}));
+    row.pop_back();
+    EXPECT_EQ(readInfo(*run, head + row + "\r\n" + next), 0);
+    EXPECT_EQ(ratesOf(*run), (Values{3, 4}));
 }
 
 TEST(ReadIMInfo, RowLongerThanABlockIsReadAsFarAsTheBlock) {
