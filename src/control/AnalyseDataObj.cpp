@@ -45,6 +45,9 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     (void)GenErrorReport();
     (void)TABAusgabe();
     (void)GruppenAusgabe();
+    (void)MakeGenePop();
+    (void)MakeNextFormates();
+    (void)MakeIMFormat();
     if (bootstraps == 0) {
         PopDistMask = 0;
     }

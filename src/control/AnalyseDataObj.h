@@ -182,6 +182,43 @@ class AnalyseDataObj : public AnalyseSettings {
                           HetReplikaSheets& sheets) const;
 
     // --- Format conversion: formats/ ----------------------------------------------------
+    // The three passes give -4 without a data set, and 1 or 2 if their folder cannot be entered
+    // or the alleles not be counted. A file that cannot be opened ends a pass where told; the
+    // process then stays in the folder.
+
+    // GenePop.cpp: the two Genepop files, the structure file and the two new data sheets, with
+    // the alleles of inbred individuals discarded at random; seeds the random stream. 0; 1 if one
+    // of the files but the structure file cannot be opened.
+    long MakeGenePop();
+
+    // NextFormates.cpp: the files of msvar, Migrate/LAMARC and Arlequin that GeneralMask asks for.
+    // 0; -1 if the Migrate, -2 if the Arlequin file cannot be opened.
+    long MakeNextFormates();
+
+    // Arlequin.cpp: the frame of the Arlequin project around the individuals of each population.
+    // 0; the end gives -1, and writes nothing, if no population is in group 1. `n`: individuals.
+    long WriteArlequinHeader(ResultFile& f) const;
+    static long WriteArlequinPopStart(ResultFile& f, int n, const std::string& name);
+    static long WriteArlequinPopEnd(ResultFile& f);
+    long WriteArlequinEnde(ResultFile& f) const;
+
+    // IMInfo.cpp: reads inheritance scalars and mutation rates from an open IM information file
+    // into the loci, so it follows GetDataFile. 0; -1 nothing to read, no row, or a row too long;
+    // -3 header. What was read before stays. The stream stays the caller's.
+    long ReadIMInfo(std::FILE* stream);
+
+    // IMFormat.cpp: one IM file per pair of populations if GeneralMask asks for it. 0; -2 if one
+    // cannot be opened.
+    long MakeIMFormat();
+
+    // Opens the file of populations i and j, from 0, and writes its head; without a common locus
+    // it tells so on the console and leaves the file empty. Closed if it cannot be opened.
+    ResultFile WriteIMHeader(int i, int j, const std::string& nameI, const std::string& nameJ);
+
+    // Writes the block of a locus, from 0, for that pair; `schrittweite` is its step width.
+    // 0; -1, and nothing written, if one of the two has no data there.
+    long WriteIMLocus(ResultFile& f, int i, int j, int locus, const std::string& nameI,
+                      const std::string& nameJ, int schrittweite);
 
     // --- State ----------------------------------------------------------------------------
     // The five words of flags come first, from AnalyseSettings.

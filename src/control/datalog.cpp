@@ -79,10 +79,8 @@ void writePieces(ResultFile& log, std::span<const LogStueck> pieces, uint32_t ma
 }
 
 void writeDataSet(ResultFile& log, const AnalyseDataObj& lauf) {
-    log.text("KVAnalyser-Log\n"
-             "\tVersion: 4.05\n"
-             "\tKVAnalyzer, population genetics of microsatellites\n"
-             "\n");
+    log.print("KVAnalyser-Log\n\tVersion: %s\n", kVersion);
+    log.text("\tKVAnalyzer, population genetics of microsatellites\n\n");
     log.text("Filename: ");
     log.text(lauf.DateiName);
     log.print("\nNumber of Loci\t\t: %d\n", lauf.AnzLoci);

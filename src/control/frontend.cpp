@@ -42,7 +42,9 @@ Laden ErstesLaden(AnalyseDataObj& lauf, const std::string& dateiName, const std:
     if (lauf.OrdnerFehlt) {
         return Laden::KeinOrdner;
     }
-    if (!imName.empty() && !im) {
+    if (im) {
+        (void)lauf.ReadIMInfo(im.get()); // a refusal leaves the loci without values
+    } else if (!imName.empty()) {
         imFehlt(imName);
     }
     return Laden::Fertig;

@@ -8,6 +8,9 @@
 
 #include <cstdint>
 
+// The version, as the log and the exports tell it.
+constexpr const char* kVersion = "4.05";
+
 // True if all bits of `bits` are on in `mask`.
 constexpr bool hasBit(uint32_t mask, uint32_t bits) {
     return (mask & bits) == bits;

@@ -19,6 +19,7 @@
 #include <vector>
 
 class ResultFile;
+struct GenePopZeilen;
 
 // The slots of one population at one locus. The capacity is fixed; blocks never grow.
 struct Eintragsblock {
@@ -275,6 +276,27 @@ class Datensatz {
     double CalcRDMean(AllelTabellen& tab, int pop, int locus, int replikate) const;
     double CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean, int replikate) const;
     double CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const;
+
+    // --- Format conversion (formats) ------------------------------------------------------
+
+    // The lines of one individual for the Genepop export (formats/GenePop.cpp), built in one walk:
+    // the Genepop line is the result, the others go where `zeilen` says. `pop` counts from 1,
+    // `ind` from 0; `pool` is entry 0 of PopAllele. An individual flagged haploid with both
+    // alleles, or none, at a locus draws one random number there, whatever is wanted.
+    // From locus `ersterLocus` to `letzterLocus`, from 1; to the last one if that is not a locus
+    // or lies in front: (1, 0) means all. Empty, with the lines as they were, if there is no such
+    // population or no locus.
+    std::string MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
+                                const AllelTabelle& pool, const GenePopZeilen& zeilen) const;
+
+    // The genotypes of one individual for Migrate and Arlequin (formats/Migrate.cpp): " a.b" per
+    // locus in `migrate`, " a" and " b" in the two lines for Arlequin, "?" for missing. `pop` and
+    // `ind` count from 0. Lengths are divided by the repeat length if `repeatMass` is not 0 and
+    // the length is known, else by the locus's entry in `schrittweite`. The three texts are
+    // replaced, their room is kept. 0.
+    int MakeMigrateLine(int pop, int ind, int repeatMass, std::string& migrate,
+                        std::string& arlequin1, std::string& arlequin2,
+                        const std::vector<int32_t>& schrittweite) const;
 
     std::vector<LociObj> Loci; // locus l is Loci[l - 1]
     int32_t AnzLoci = 0;       // always the size of Loci

@@ -21,6 +21,7 @@ constexpr OrdnerRegel Allelecount{"Allelecount", 9, 8};
 constexpr OrdnerRegel SingleData{"Single_data", 22, 19, true};
 constexpr OrdnerRegel GroupData{"Group_data", 41, 42};
 constexpr OrdnerRegel FormatsData{"Formats&Data", 63, 64};
+constexpr OrdnerRegel IMFormat{"IM_Format", 63, 64}; // inside FormatsData
 constexpr OrdnerRegel DistanceData{"Distance_data", 46, 47};
 // The two messages speak of "Distance_data": the pass has none of its own.
 constexpr OrdnerRegel FStatistic{"F-Statistic", 46, 47};

@@ -1,0 +1,304 @@
+// The data set for Genepop and structure, and as new data sheets. Five files of "Formats&Data"
+// come from one walk, so that the same random choices stand in all of them. With D the name of
+// the data file and an individual of population North in group 1:
+//
+//      Genepop.gen, GenepopRD.gen   North, 0102 0303      places in the pool's allele tables
+//      D_2C_RD                      North	d	1	104	106	88	88
+//      D_1C_RD                      the same in two rows, an allele of each locus in each
+//      D.struct                     North000	104	88     two rows, -9 for missing
+//
+// Random discarding (RD): an individual flagged haploid ("h", inbred) keeps one of its two alleles
+// at each locus and stands as a homozygote; in the structure file its second row is missing.
+#include "formats/GenePop.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/passfolder.h"
+#include "formats/digits.h"
+#include "fstat/randsci.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr std::size_t kFieldStep = 5; // room of a genotype in a Genepop line
+constexpr int kMissing = -9;          // of the structure file
+
+// --- Random discarding ----------------------------------------------------------------
+
+struct Allel {
+    int Nummer; // as in the data; negative: missing
+    int Platz;  // from 1 in the pool's table; 0: missing
+};
+
+// A genotype after random discarding.
+struct Auswahl {
+    std::array<Allel, 2> Behalten;
+    std::array<Allel, 2> Verworfen;
+    bool EineKopie; // a single gene copy stands in Behalten, twice
+};
+
+Allel find(int number, const AllelCount& table) {
+    return {number, table.GetAllelNummer(number)};
+}
+
+Auswahl choose(Allel first, Allel second, bool haploid) {
+    if (!haploid) {
+        return {{first, second}, {first, second}, false};
+    }
+    if ((first.Platz == 0) != (second.Platz == 0)) {
+        const Allel present = first.Platz > 0 ? first : second;
+        return {{present, present}, {present, present}, true};
+    }
+    // Two equal alleles, or two missing ones, use up a random number, too.
+    if (InternRand() < 0.5F) {
+        return {{second, second}, {first, first}, true};
+    }
+    return {{first, first}, {second, second}, true};
+}
+
+// --- Lines ------------------------------------------------------------------------------
+
+void appendCell(std::string& line, int number) {
+    line += '\t';
+    appendNumber(line, number);
+}
+
+// Writes " %.2d%.2d" at `position`. What stands there already goes: wanted, fields have a fixed
+// step, and what a place above 99 makes too long is overwritten by the field behind it.
+void putField(std::string& line, std::size_t position, const std::array<Allel, 2>& genotype) {
+    line.resize(position);
+    line += ' ';
+    appendPadded(line, genotype[0].Platz, 2);
+    appendPadded(line, genotype[1].Platz, 2);
+}
+
+void appendStructureCell(std::string& line, int allele) {
+    appendCell(line, allele < 0 ? kMissing : allele);
+}
+
+// Which groups of lines are complete, so wanted.
+struct Gewuenscht {
+    explicit Gewuenscht(const GenePopZeilen& z)
+        : RD(z.GenepopRD != nullptr && z.GenepopRD2 != nullptr),
+          ZweiSpalten(z.ZweiSpalten != nullptr && z.ZweiSpalten2 != nullptr),
+          Zeilenpaare(z.EineSpalte != nullptr && z.EineSpalte2 != nullptr &&
+                      z.Struktur != nullptr && z.Struktur2 != nullptr) {}
+
+    bool RD;
+    bool ZweiSpalten;
+    bool Zeilenpaare;
+};
+
+// "North\td\t1"
+std::string sheetLabel(const std::string& name, bool haploid, int group) {
+    std::string label = name;
+    label += haploid ? "\th" : "\td";
+    appendCell(label, group);
+    return label;
+}
+
+// "%s%3.3d": no blank between name and number.
+std::string structureLabel(const std::string& name, int ind) {
+    std::string label = name;
+    appendPadded(label, ind, 3);
+    return label;
+}
+
+void startLines(const GenePopZeilen& lines, Gewuenscht wanted, const std::string& genepop,
+                const std::string& sheet, const std::string& structure) {
+    if (wanted.RD) {
+        *lines.GenepopRD = genepop;
+        *lines.GenepopRD2 = genepop;
+    }
+    if (wanted.ZweiSpalten) {
+        *lines.ZweiSpalten = sheet;
+        *lines.ZweiSpalten2 = sheet;
+    }
+    if (wanted.Zeilenpaare) {
+        *lines.EineSpalte = sheet;
+        *lines.EineSpalte2 = sheet;
+        *lines.Struktur = structure;
+        *lines.Struktur2 = structure;
+    }
+}
+
+void appendGenotype(const GenePopZeilen& lines, Gewuenscht wanted, std::size_t field,
+                    const Auswahl& genotype) {
+    const auto& [kept, discarded, oneCopy] = genotype;
+    if (wanted.RD) {
+        putField(*lines.GenepopRD, field, kept);
+        putField(*lines.GenepopRD2, field, discarded);
+    }
+    if (wanted.ZweiSpalten) {
+        appendCell(*lines.ZweiSpalten, kept[0].Nummer);
+        appendCell(*lines.ZweiSpalten, kept[1].Nummer);
+        appendCell(*lines.ZweiSpalten2, discarded[0].Nummer);
+        appendCell(*lines.ZweiSpalten2, discarded[1].Nummer);
+    }
+    if (wanted.Zeilenpaare) {
+        appendCell(*lines.EineSpalte, kept[0].Nummer);
+        appendCell(*lines.EineSpalte2, kept[1].Nummer);
+        appendStructureCell(*lines.Struktur, kept[0].Nummer);
+        appendStructureCell(*lines.Struktur2, oneCopy ? kMissing : kept[1].Nummer);
+    }
+}
+
+// --- Files ------------------------------------------------------------------------------
+
+struct Dateien {
+    ResultFile Genepop;
+    ResultFile GenepopRD;
+    ResultFile ZweiSpalten;
+    ResultFile Struktur;
+    ResultFile EineSpalte;
+};
+
+// False at the first file that cannot be opened; those behind it are not tried. The structure
+// file is not looked at: without it the others are written all the same.
+bool openFiles(AnalyseDataObj& lauf, Dateien& files) {
+    const std::string& data = lauf.DateiKurzName;
+    const auto open = [&lauf](ResultFile& file, const std::string& name) {
+        file = lauf.OpenResult(name, "wb");
+        return file.isOpen();
+    };
+    if (!open(files.Genepop, "Genepop.gen") || !open(files.GenepopRD, "GenepopRD.gen") ||
+        !open(files.ZweiSpalten, data + "_2C_RD")) {
+        return false;
+    }
+    (void)open(files.Struktur, data + ".struct");
+    return open(files.EineSpalte, data + "_1C_RD");
+}
+
+void writeGenepopHead(ResultFile& file, const Datensatz& data, const std::string& title) {
+    file.print("%sby KVAnalyzer %s\n", title.c_str(), kVersion);
+    for (const LociObj& locus : data.Loci) {
+        file.text(locus.LociName);
+        file.character('\n');
+    }
+}
+
+// A head line "`start`\t\t", a cell with the number `field` of each locus, and `behind`.
+void writeNumberRow(ResultFile& file, const Datensatz& data, const char* start,
+                    int32_t LociObj::*field, const char* behind) {
+    file.text(start);
+    file.text("\t\t");
+    for (const LociObj& locus : data.Loci) {
+        file.character('\t');
+        file.integer(locus.*field);
+        file.text(behind);
+    }
+    file.character('\n');
+}
+
+void writeTwoColumnHead(ResultFile& file, const Datensatz& data) {
+    writeNumberRow(file, data, "2", &LociObj::LociRepeatMuster, "\t");
+    writeNumberRow(file, data, "", &LociObj::LociRepeatRest, "\t");
+    file.text("\t\t");
+    data.LociNamen(file, 1);
+}
+
+void writeOneColumnHead(ResultFile& file, const Datensatz& data) {
+    writeNumberRow(file, data, "1", &LociObj::LociRepeatMuster, "");
+    writeNumberRow(file, data, "", &LociObj::LociRepeatRest, "");
+    file.text("\t\t");
+    for (const LociObj& locus : data.Loci) {
+        file.character('\t');
+        file.text(locus.LociName);
+    }
+    file.character('\n');
+}
+
+void writeHeads(Dateien& files, const Datensatz& data, const std::string& dataName) {
+    writeGenepopHead(files.Genepop, data, "KVA-Output from file: " + dataName + "          ");
+    writeGenepopHead(files.GenepopRD, data,
+                     "KVA-Output Randomdiscaded from file: " + dataName + "      ");
+    writeTwoColumnHead(files.ZweiSpalten, data);
+    writeOneColumnHead(files.EineSpalte, data);
+}
+
+void writeLine(ResultFile& file, const std::string& line) {
+    file.text(line);
+    file.character('\n');
+}
+
+void writePopulation(Dateien& files, const Datensatz& data, int pop, const AllelTabelle& pool) {
+    std::array<std::string, 8> room;
+    const GenePopZeilen lines{&room[0], &room[1], &room[2], &room[3],
+                              &room[4], &room[5], &room[6], &room[7]};
+    files.Genepop.text("POP\n");
+    files.GenepopRD.text("POP\n");
+    const int individuals = data.GetAnzTiere(pop);
+    AUSGABE(66, pop);
+    AUSGABE(67, individuals);
+    for (int ind = 0; ind < individuals; ++ind) {
+        writeLine(files.Genepop, data.MakeGenePopLine(pop, ind, 1, 0, pool, lines));
+        writeLine(files.GenepopRD, *lines.GenepopRD);
+        writeLine(files.ZweiSpalten, *lines.ZweiSpalten);
+        writeLine(files.EineSpalte, *lines.EineSpalte);
+        writeLine(files.EineSpalte, *lines.EineSpalte2);
+        writeLine(files.Struktur, *lines.Struktur);
+        writeLine(files.Struktur, *lines.Struktur2);
+    }
+}
+
+} // namespace
+
+std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
+                                       const AllelTabelle& pool,
+                                       const GenePopZeilen& zeilen) const {
+    const int begin = std::min(std::max(ersterLocus - 1, 0), AnzLoci - 1);
+    const bool ranged = letzterLocus <= AnzLoci && ersterLocus <= letzterLocus;
+    const int end = ranged ? letzterLocus : AnzLoci;
+    const LociObj* const first = Locus(begin + 1);
+    if (first == nullptr || first->GetPopName(pop) == nullptr) {
+        return {};
+    }
+    const int slot = 2 * ind;
+    const std::string& name = *first->GetPopName(pop);
+    std::string genepop = name + ",";
+    const std::size_t labelEnd = genepop.size();
+    const Gewuenscht wanted(zeilen);
+    startLines(zeilen, wanted, genepop,
+               sheetLabel(name, first->isHaploid(pop, slot) == 1, first->GetGroupNummer(pop, slot)),
+               structureLabel(name, ind));
+    for (int l = begin; l < end; ++l) {
+        const LociObj& locus = Loci[static_cast<std::size_t>(l)];
+        const AllelCount& table = pool[static_cast<std::size_t>(l)];
+        const Allel a1 = find(locus.GetDataChromosom(pop, slot), table);
+        const Allel a2 = find(locus.GetDataChromosom(pop, slot + 1), table);
+        const std::size_t field = labelEnd + kFieldStep * static_cast<std::size_t>(l - begin);
+        putField(genepop, field, {a1, a2});
+        appendGenotype(zeilen, wanted, field, choose(a1, a2, locus.isHaploid(pop, slot) == 1));
+    }
+    return genepop;
+}
+
+long AnalyseDataObj::MakeGenePop() {
+    if (!Daten) {
+        return -4;
+    }
+    if (PopAllele.empty()) {
+        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    }
+    AUSGABE(61, nullptr);
+    PassFolder folder(*this, Ordner::FormatsData);
+    if (!folder.entered()) {
+        return folder.status();
+    }
+    InternStartRDGen();
+    Dateien files;
+    if (PopAllele.empty() || !openFiles(*this, files)) {
+        folder.stay();
+        return 1;
+    }
+    writeHeads(files, *Daten, DateiKurzName);
+    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
+        writePopulation(files, *Daten, pop, PopAllele.front());
+    }
+    files = {};
+    LogEntry("Make Genepop files...\n     and datasheet convertion...");
+    AUSGABE(62, nullptr);
+    return 0;
+}

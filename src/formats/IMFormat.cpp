@@ -1,0 +1,193 @@
+// The input files of IM (Hey and Nielsen 2004), one per pair of populations, in the folder
+// "IM_Format" inside "Formats&Data". Two populations with one common locus, of 2 and 1 gene
+// copies there, the first allele of South missing:
+//
+//      File 'data.txt' converted by KVAnalyzer
+//      North South
+//      1
+//      LocA 2 1 1 S 1 0.0005
+//       North000 0
+//       North001 3
+//       South001 1
+//
+// and an empty line. Without a mutation rate the head of a locus reads "LocA 2 1 1 S 1.000000".
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/filename.h"
+#include "data/passfolder.h"
+#include "formats/StepWidth.h"
+#include "formats/digits.h"
+
+#include <algorithm>
+#include <iostream>
+#include <span>
+
+namespace {
+
+// The tables of population i, counted from 0.
+const AllelTabelle& tablesOf(const AnalyseDataObj& lauf, int i) {
+    return lauf.PopAllele[static_cast<std::size_t>(i) + 1];
+}
+
+bool isCommon(const AllelCount& a, const AllelCount& b) {
+    return a.AnzGesamt > 0 && b.AnzGesamt > 0;
+}
+
+int countCommonLoci(const AllelTabelle& a, const AllelTabelle& b) {
+    int common = 0;
+    for (std::size_t l = 0; l < a.size(); ++l) {
+        common += isCommon(a[l], b[l]) ? 1 : 0;
+    }
+    return common;
+}
+
+void writeLocusHead(ResultFile& file, const LociObj& locus, int copiesI, int copiesJ) {
+    const double scalar = locus.InheritanceScalar <= 0 ? 1.0 : locus.InheritanceScalar;
+    file.print("%s %d %d 1 S ", locus.LociName.c_str(), copiesI, copiesJ);
+    if (locus.MutationRate > 0) {
+        file.print("%-g %-g\n", scalar, locus.MutationRate);
+    } else {
+        file.print("%f\n", scalar);
+    }
+}
+
+// What turns an allele into steps: (allele - smallest) / divisor.
+struct Schritte {
+    int32_t Kleinstes; // smallest allele of the locus in the pool
+    int32_t Teiler;    // base pairs per step
+};
+
+// "%6.6s": the name cut, or padded on the left, to 6 bytes.
+std::string labelOf(const std::string& name) {
+    constexpr std::size_t width = 6;
+    return std::string(width - std::min(name.size(), width), ' ') + name.substr(0, width);
+}
+
+// The lines of one population at one locus. The numbers in the labels are those of the slots, so
+// that missing alleles leave gaps. Result: the number of lines.
+int writeAlleles(ResultFile& file, const std::string& name, std::span<const int32_t> alleles,
+                 Schritte schritte) {
+    const std::string label = labelOf(name);
+    std::string line;
+    int lines = 0;
+    for (std::size_t slot = 0; slot < alleles.size(); ++slot) {
+        if (alleles[slot] < 0) {
+            continue;
+        }
+        line = label;
+        appendPadded(line, static_cast<int>(slot), 3);
+        line += ' ';
+        appendNumber(line, (alleles[slot] - schritte.Kleinstes) / schritte.Teiler);
+        line += '\n';
+        file.text(line);
+        ++lines;
+    }
+    return lines;
+}
+
+// Tells of a population whose table and slots do not agree.
+void checkCopies(int pop, int locus, int expected, int counted) {
+    if (counted != expected) {
+        std::cout << "Fehler! " << pop << "/" << locus << " : " << expected << "!=" << counted
+                  << std::endl;
+    }
+}
+
+// The file of one pair of populations, counted from 0. False if it cannot be opened.
+bool writePair(AnalyseDataObj& lauf, int i, int j, const std::vector<int32_t>& schrittweite) {
+    const std::string& nameI = *lauf.Daten->GetPopName(i + 1);
+    const std::string& nameJ = *lauf.Daten->GetPopName(j + 1);
+    ResultFile file = lauf.WriteIMHeader(i, j, nameI, nameJ);
+    if (!file.isOpen()) {
+        return false;
+    }
+    for (int locus = 0; locus < lauf.Daten->AnzLoci; ++locus) {
+        (void)lauf.WriteIMLocus(file, i, j, locus, nameI, nameJ,
+                                schrittweite[static_cast<std::size_t>(locus)]);
+    }
+    file.character('\n');
+    return true;
+}
+
+// False at the first file that cannot be opened.
+bool writePairs(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) {
+    const int populations = lauf.Daten->GetPopAnzahl();
+    for (int i = 0; i < populations; ++i) {
+        for (int j = i + 1; j < populations; ++j) {
+            if (!writePair(lauf, i, j, schrittweite)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+ResultFile AnalyseDataObj::WriteIMHeader(int i, int j, const std::string& nameI,
+                                         const std::string& nameJ) {
+    const std::string fileName = "IM_" + fileNameOf(nameI) + "_" + fileNameOf(nameJ) + ".txt";
+    ResultFile file = OpenResult(fileName, "wb");
+    if (!file.isOpen()) {
+        return file;
+    }
+    const int common = countCommonLoci(tablesOf(*this, i), tablesOf(*this, j));
+    if (common == 0) {
+        AUSGABE(104, fileName.c_str());
+        return file;
+    }
+    file.print("File '%s' converted by KVAnalyzer\n", DateiKurzName.c_str());
+    file.print("%s %s\n", nameI.c_str(), nameJ.c_str());
+    file.print("%d\n", common);
+    return file;
+}
+
+long AnalyseDataObj::WriteIMLocus(ResultFile& f, int i, int j, int locus, const std::string& nameI,
+                                  const std::string& nameJ, int schrittweite) {
+    const auto l = static_cast<std::size_t>(locus);
+    const AllelCount& tableI = tablesOf(*this, i)[l];
+    const AllelCount& tableJ = tablesOf(*this, j)[l];
+    if (!isCommon(tableI, tableJ)) {
+        return -1;
+    }
+    const LociObj& data = Daten->Loci[l];
+    const bool repeatSteps = hasBit(GeneralMask, GeneralBit::RepeatSteps);
+    const Schritte schritte{PopAllele.front()[l].MinAllel,
+                            repeatSteps ? std::max(data.LociRepeatMuster, 1) : schrittweite};
+    writeLocusHead(f, data, tableI.AnzGesamt, tableJ.AnzGesamt);
+    checkCopies(i, locus, tableI.AnzGesamt,
+                writeAlleles(f, nameI, data.DataSlots(i + 1), schritte));
+    checkCopies(j, locus, tableJ.AnzGesamt,
+                writeAlleles(f, nameJ, data.DataSlots(j + 1), schritte));
+    return 0;
+}
+
+long AnalyseDataObj::MakeIMFormat() {
+    if (!hasBit(GeneralMask, GeneralBit::IMFormat)) {
+        return 0;
+    }
+    if (!Daten) {
+        return -4;
+    }
+    if (PopAllele.empty()) {
+        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    }
+    AUSGABE(100, nullptr);
+    PassFolder folder(*this, Ordner::FormatsData);
+    if (!folder.entered()) {
+        return folder.status();
+    }
+    const int inner = folder.enterInner(Ordner::IMFormat);
+    if (inner != 0 || PopAllele.empty()) {
+        folder.stay();
+        return inner != 0 ? inner : 1;
+    }
+    if (!writePairs(*this, stepWidths(*Daten, PopAllele.front()))) {
+        AUSGABE(103, nullptr);
+        folder.stay();
+        return -2;
+    }
+    LogEntry("Create IM-formated population pair files");
+    AUSGABE(102, nullptr);
+    return 0;
+}

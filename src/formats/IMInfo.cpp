@@ -1,0 +1,149 @@
+// The IM information file: inheritance scalars and mutation rates of the loci, laid out like the
+// data file. The head is skipped, and lines end with CR LF:
+//
+//      2			2		4
+//      			100		80
+//      			LocA	LocA_2	LocB	LocB_2
+//      mutation			0.0005		0,0012
+//      inherit			1		0.25
+//
+// A row whose first cell begins with "m" holds mutation rates, any other inheritance scalars. The
+// second and third cells are not read, nor the second one of a locus. A later row of the same kind
+// replaces an earlier one as a whole.
+#include "formats/IMInfo.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/datarows.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+namespace {
+
+constexpr double kNoValue = -1.0;
+constexpr int kLeadingCells = 3; // cells of a row in front of the values
+
+// Takes the text up to the next tab, or to the end, off the front of `rest`.
+std::string_view takeCell(std::string_view& rest) {
+    const std::string_view cell = rest.substr(0, rest.find('\t'));
+    rest.remove_prefix(std::min(cell.size() + 1, rest.size()));
+    return cell;
+}
+
+double toValue(std::string_view cell) {
+    if (cell.empty()) {
+        return kNoValue;
+    }
+    std::string number(cell);
+    std::replace(number.begin(), number.end(), ',', '.');
+    const double value = std::strtod(number.c_str(), nullptr);
+    return value == 0.0 && cell.front() != '0' ? kNoValue : value;
+}
+
+// What stands behind the third tab of a row; nothing if the row ends before it.
+std::optional<std::string_view> valueCells(std::string_view row) {
+    for (int cell = 0; cell < kLeadingCells; ++cell) {
+        const std::size_t tab = row.find('\t');
+        if (tab == std::string_view::npos) {
+            return std::nullopt;
+        }
+        row.remove_prefix(tab + 1);
+    }
+    return row;
+}
+
+// The offset of the byte in front of the first row, the last byte of the head's line end; nothing
+// if the head does not end in `block`. Wanted: exactly one byte is stepped over behind the line
+// end of the row before the names, and one in front of each row, as CR LF needs it. With a lone LF
+// the first byte of the rows is lost.
+std::optional<std::size_t> beforeFirstRow(std::string_view block, int headRows, int headColumns,
+                                          int lociCells) {
+    std::size_t place = 0;
+    for (int row = 1; row < headRows; ++row) {
+        const std::size_t lineEnd = block.find_first_of("\r\n", place + 1);
+        if (lineEnd == std::string_view::npos) {
+            return std::nullopt;
+        }
+        place = lineEnd + 1;
+    }
+    place += static_cast<std::size_t>(headColumns) + 1;
+    const std::size_t rowEnd = block.find_first_of("\r\n", place);
+    if (rowEnd == std::string_view::npos) {
+        return std::nullopt;
+    }
+    for (int cell = 0; cell < lociCells; ++cell) {
+        place = std::min(block.find('\t', place), rowEnd) + 1;
+        if (place > rowEnd) {
+            break;
+        }
+    }
+    return place;
+}
+
+// True if a row of the data set could be longer than a block.
+bool rowTooLong(int64_t loci, int64_t columns) {
+    return (loci * 4 + 4) * columns + 211 > kBlockSize;
+}
+
+// Reads the rows, the first of which begins behind the byte at `position`.
+void readRows(AnalyseDataObj& lauf, DataWindow& window, int64_t position) {
+    std::string_view block = window.block(position);
+    while (block.size() > 1) {
+        const DataRow row = findRow(window, block, position, 1, 1);
+        // A row without a third tab, an empty line as a rule, has no value cell: it changes
+        // nothing.
+        if (const std::optional<std::string_view> cells = valueCells(row.text)) {
+            (void)GetIMData(*lauf.Daten, lauf.AnzLoci, *cells, row.text.starts_with('m') ? 0 : 1,
+                            lauf.DatenFormat);
+        }
+        const int64_t next = row.lineEnd + 1;
+        if (!row.hasLineEnd || next == position + static_cast<int64_t>(block.size()) - 1) {
+            return;
+        }
+        position = next;
+        block = window.block(position);
+    }
+}
+
+} // namespace
+
+int GetIMData(Datensatz& daten, long anzLoci, std::string_view zeile, int vererbung, int format) {
+    zeile = zeile.substr(0, zeile.find_first_of("\r\n"));
+    for (int locus = 1; locus <= anzLoci; ++locus) {
+        const double value = toValue(takeCell(zeile));
+        if (format == 2) {
+            (void)takeCell(zeile); // the locus's second column
+        }
+        (vererbung != 0 ? daten.AccessInheritanceScalar(locus) : daten.AccessMutationRate(locus)) =
+            value;
+    }
+    return 0;
+}
+
+long AnalyseDataObj::ReadIMInfo(std::FILE* stream) {
+    if (stream == nullptr || !Daten) {
+        return -1;
+    }
+    DataWindow window(stream);
+    std::string_view block = window.hasBuffer() ? window.block(0) : std::string_view();
+    if (block.empty()) {
+        return -1;
+    }
+    if (KopfZeilen == 3 && KopfSpalten != 3) {
+        AUSGABE(15, nullptr);
+        return -3;
+    }
+    const std::optional<std::size_t> position = beforeFirstRow(
+        block.substr(0, block.find('\0')), KopfZeilen, KopfSpalten, AnzLoci * DatenFormat);
+    if (!position || window.block(static_cast<int64_t>(*position)).empty()) {
+        return -1;
+    }
+    if (rowTooLong(AnzLoci, DatenFormat)) {
+        AUSGABE(60, nullptr);
+        return -1;
+    }
+    readRows(*this, window, static_cast<int64_t>(*position));
+    return 0;
+}

@@ -1,0 +1,66 @@
+// The pass that writes the files of msvar, Migrate/LAMARC and Arlequin into "Formats&Data".
+#include "formats/NextFormates.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "data/passfolder.h"
+#include "formats/StepWidth.h"
+
+namespace {
+
+// The line of the log for each file that was asked for.
+struct Protokollzeile {
+    uint32_t Bit; // of GeneralMask
+    const char* Text;
+};
+
+constexpr Protokollzeile kProtokoll[] = {
+    {GeneralBit::Msvar, "\nCreate msvar/beaumont ..."},
+    {GeneralBit::Arlequin, "\nCreate Arlequin ..."},
+    {GeneralBit::Migrate, "\nCreate Migrate/LAMARC ..."},
+};
+
+// Without any of the files a bare line end is left: wanted.
+void writeLog(ResultFile& log, uint32_t generalMask) {
+    for (const Protokollzeile& row : kProtokoll) {
+        if (hasBit(generalMask, row.Bit)) {
+            log.text(row.Text);
+        }
+    }
+    log.character('\n');
+    log.flush();
+}
+
+} // namespace
+
+long AnalyseDataObj::MakeNextFormates() {
+    if (!Daten) {
+        return -4;
+    }
+    if (PopAllele.empty()) {
+        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    }
+    AUSGABE(68, nullptr);
+    PassFolder folder(*this, Ordner::FormatsData);
+    if (!folder.entered()) {
+        return folder.status();
+    }
+    if (PopAllele.empty()) {
+        return 1;
+    }
+    const std::vector<int32_t> schrittweite = stepWidths(*Daten, PopAllele.front());
+    if (hasBit(GeneralMask, GeneralBit::Msvar)) {
+        writeMsvarFiles(*this, schrittweite);
+    }
+    // Either bit alone gives both files: wanted.
+    if ((GeneralMask & (GeneralBit::Arlequin | GeneralBit::Migrate)) != 0) {
+        const long result = writeMigrateAndArlequin(*this, schrittweite);
+        if (result != 0) {
+            folder.stay();
+            return result;
+        }
+    }
+    writeLog(LogDatei, GeneralMask);
+    AUSGABE(70, nullptr);
+    return 0;
+}
