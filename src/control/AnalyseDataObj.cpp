@@ -51,6 +51,12 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     if (bootstraps == 0) {
         PopDistMask = 0;
     }
+    if (hasBit(GeneralMask, GeneralBit::PopDistances) && PopDistMask != 0) {
+        (void)CalcDistancesPop(bootstraps);
+    }
+    if (hasBit(GeneralMask, GeneralBit::IndDistances) && IndDistMask != 0) {
+        (void)CalcDistancesInd(bootstraps);
+    }
     if (hasBit(GeneralMask, GeneralBit::HetRange)) {
         (void)CalcHetRange();
     }

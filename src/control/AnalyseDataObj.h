@@ -150,7 +150,23 @@ class AnalyseDataObj : public AnalyseSettings {
     // cannot be entered.
     int GruppenAusgabe();
 
-    // --- Genetic distances: distance/ ---------------------------------------------------
+    // --- Genetic distances: distance/CalcDistances.cpp ------------------------------------
+
+    // Distances between all pairs of populations, in the folder "Distance_data": a file of
+    // matrices for each measure whose bit is on in PopDistMask, one matrix per replicate, and
+    // with DistBit::PerLocus a sheet of single loci. `bootstraps` is stored in Bootstraps; the
+    // random stream is seeded from the clock. 0; 1 or 2 if the folder cannot be entered; 2 if
+    // PopDistMask is 0; -4 if nothing is loaded.
+    long CalcDistancesPop(long bootstraps);
+
+    // The same between all pairs of individuals. The measures are those of PopDistMask, too.
+    // No sheets of single loci; with DistBit::Nexus and no bootstrap the matrices are NEXUS
+    // files.
+    long CalcDistancesInd(long bootstraps);
+
+    // The engines, in the current folder. 0; -3 if no measure is selected.
+    long POP_DIST_POSA();
+    long IND_DIST_POSA();
 
     // --- F-statistics: fstat/ -----------------------------------------------------------
 

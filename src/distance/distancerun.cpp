@@ -1,0 +1,112 @@
+#include "distance/distancerun.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "fstat/randsci.h"
+
+#include <utility>
+
+namespace {
+
+// Of what a bootstrap keeps of single loci, over all measures.
+constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;
+
+CellRules cellRules(const AnalyseDataObj& lauf) {
+    return {hasBit(lauf.GeneralMask, GeneralBit::MinusLog), lauf.DistUnendlich,
+            lauf.DistFehlerwert};
+}
+
+} // namespace
+
+DistanceRun::DistanceRun(AnalyseDataObj& lauf, const DistanceKind& kind, Samples samples,
+                         std::vector<std::string> labels)
+    : Lauf(lauf), Kind(kind), Proben(std::move(samples)), Rules(cellRules(lauf)),
+      Matrices(std::move(labels), Rules,
+               nexus() ? MatrixWriter::Form::nexus : MatrixWriter::Form::plain) {
+    const std::vector<Measure> measures = selectedMeasures(Lauf.PopDistMask);
+    const std::size_t share = bootstrapping() ? kKeptBytes / (measures.size() + 1) : 0;
+    Sums.reserve(measures.size());
+    for (const Measure& measure : measures) {
+        Sums.emplace_back(Proben, measure, share);
+    }
+    if (perLocus()) {
+        Sheets = LocusSheets(*Lauf.Daten, Lauf.DatenFormat, Rules, bootstrapping());
+    }
+}
+
+bool DistanceRun::bootstrapping() const {
+    return Lauf.Bootstraps > 1;
+}
+
+bool DistanceRun::nexus() const {
+    return Kind.Nexus && hasBit(Lauf.PopDistMask, DistBit::Nexus) && !bootstrapping();
+}
+
+bool DistanceRun::perLocus() const {
+    return Kind.SheetEnd != nullptr && hasBit(Lauf.PopDistMask, DistBit::PerLocus);
+}
+
+ResultFile DistanceRun::openMatrix(const Measure& measure, const char* mode) {
+    return Lauf.OpenResult(std::string(measure.Stem) + Kind.MatrixEnd, mode);
+}
+
+long DistanceRun::run() {
+    InternStartRDGen(); // at every call, also without a bootstrap
+    createFiles();
+    if (Sums.empty()) {
+        return -3;
+    }
+    for (int32_t replicate = 0; replicate < Lauf.Bootstraps; ++replicate) {
+        writeReplicate();
+    }
+    AUSGABE(-1, nullptr);
+    Sheets.close();
+    return 0;
+}
+
+void DistanceRun::createFiles() {
+    for (const RowSummer& sums : Sums) {
+        const Measure& measure = sums.measure();
+        if (perLocus()) {
+            Sheets.add(Lauf.OpenResult(std::string(measure.Stem) + Kind.SheetEnd, "wb+"), measure);
+        }
+        ResultFile matrix = openMatrix(measure, "wb+");
+        if (nexus()) {
+            (void)StartNexus(matrix, measure.Bit, Proben.Count, measure.Index);
+        }
+    }
+}
+
+void DistanceRun::writeReplicate() {
+    Sheets.writeHead();
+    const std::vector<int32_t> loci = drawLoci();
+    for (const int32_t locus : loci) {
+        Sheets.writeRow(locus, Sums);
+    }
+    for (RowSummer& sums : Sums) {
+        ResultFile matrix = openMatrix(sums.measure(), "rb+");
+        if (!matrix.isOpen()) {
+            AUSGABE(51, nullptr);
+        }
+        Matrices.write(matrix, sums, loci);
+    }
+    AUSGABE(-1, nullptr);
+}
+
+// The loci of a replicate (from 0), with their marks on the console. They are drawn before
+// anything is summed, since the sums of one pair after the other run over all of them.
+std::vector<int32_t> DistanceRun::drawLoci() {
+    const auto available = static_cast<int32_t>(Proben.Loci.size());
+    const bool chosen = Lauf.BootLoci > 0 && bootstrapping() && available > 0;
+    const int32_t passes = chosen ? Lauf.BootLoci : available;
+    std::vector<int32_t> loci;
+    for (int32_t pass = 0; pass < passes; ++pass) {
+        if (bootstrapping() && Kind.PassNumber) {
+            AUSGABE(50, pass);
+            AUSGABE(50, " ");
+        }
+        loci.push_back(bootstrapping() ? drawIndex(available) : pass);
+        AUSGABE(50, Kind.PassMark);
+    }
+    return loci;
+}

@@ -1,0 +1,113 @@
+// The nine genetic distances, one row of a table each: how a locus adds to the sums of a pair
+// of samples, what is made of the sums at the end, and by which rule a cell finds it.
+//
+// A sample is a population or an individual; x and y are the frequencies of an allele in the
+// two samples of a pair i < j. Sums run over the loci in the order they are drawn, and within a
+// locus over the alleles in the order of the pool, one addition at a time: the order is part of
+// the result.
+//
+//      POSA  Dps  proportion of shared alleles  S = sum of min(x, y)       (Bowcock et al. 1994)
+//      FSS   Dfs  fuzzy set similarity          shared / all alleles       (Dubois and Prade 1980)
+//      ADA   Dad  absolute difference           |mi - mj|
+//      KSC   Dkf  kinship coefficient           S = sum of x y             (Cavalli-Sforza and
+//                                                                          Bodmer 1971)
+//      DMS   Dmu  delta mu squared              (mi - mj)^2                (Goldstein et al. 1995)
+//      ASD   D1   average squared difference    vi + (mi - mj)^2 + vj      (Slatkin 1995, Goldstein
+//                                                                          et al. 1995)
+//      CAS   Dc   chord distance                2 sqrt(2 (1 - B)) / pi     (Cavalli-Sforza and
+//                                                                          Edwards 1967)
+//      DAN   Da   Nei's distance of 1983        1 - B, B = sum of sqrt(x y)  (Nei et al. 1983)
+//      DSG   D    Nei's standard distance       Jxy / sqrt(Jx' Jy')        (Nei 1978)
+//
+// m is the mean allele number of a sample and v its variance, taken in repeats. POSA, FSS, KSC
+// and DSG are similarities, turned into 1 - s or -ln(s).
+#ifndef KVA_DISTANCE_MEASURES_H
+#define KVA_DISTANCE_MEASURES_H
+
+#include "distance/samples.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+// The sums of a row of pairs (i, j): entry j of each vector belongs to sample j, j > i.
+struct RowSums {
+    explicit RowSums(int32_t samples);
+    void clear(int32_t layers); // sets the first `layers` of both to 0
+
+    std::array<std::vector<double>, 2> DistSumme;
+    std::array<std::vector<double>, 2> DistNenner;
+};
+
+// The sums of one pair.
+struct PairSums {
+    double Summe = 0.0;
+    double Summe2 = 0.0;
+    double Nenner = 0.0;
+    double Nenner2 = 0.0;
+};
+
+// One row of pairs at one locus, whose sample I is typed.
+struct LocusRow {
+    const LocusSamples& Locus;
+    int32_t I;       // the row's sample, from 0
+    const double* X; // frequency in it of each allele of the pool, 0.0 for one it has not got
+                     // and for the place Pool of the fillers
+};
+
+// How a cell is made of the value that comes out of the sums.
+enum class Walk {
+    Similarity, // 1 - value, or -ln(value); a pair without a counted locus has no value
+    Distance,   // the value as it is
+    Nei         // as Similarity, with the loci counted in Nenner2; under -ln the two triangles
+                // differ
+};
+
+struct Measure {
+    uint32_t Bit;     // in PopDistMask; outputs of one bit are always together
+    const char* Stem; // of its files
+    int Index;        // of the output within its bit
+    int32_t Layers;   // of DistSumme and DistNenner in use
+
+    // value[j] for each pair (I, j), j > I: what the locus adds to the pair as one number, the
+    // same whenever it is drawn; 0.0 for a pair that the locus does not count for. Null where a
+    // locus adds allele by allele.
+    void (*Values)(const LocusRow& row, double* value);
+
+    // Adds the locus to the sums of the row. `value`: from Values, null if there is no such.
+    void (*Add)(const LocusRow& row, const double* value, RowSums& sums);
+
+    // The value of a pair from its sums, for one locus or for many. At least one is counted.
+    double (*Close)(const PairSums& sums);
+
+    Walk Cells;
+};
+
+// All nine in the order of the output.
+std::span<const Measure> allMeasures();
+
+// Those whose bit is on, in the order of the output.
+std::vector<Measure> selectedMeasures(uint32_t popDistMask);
+
+// What the cells take from the settings.
+struct CellRules {
+    bool MinusLog = false;        // -ln(s) instead of 1 - s
+    double Unendlich = 10.0;      // cell of a pair whose similarity is 0 under -ln
+    double Fehlerwert = -32767.0; // cell of a pair without a counted locus
+};
+
+// The two cells of a pair i < j in a matrix: row i, column j, and row j, column i.
+struct CellPair {
+    double Upper;
+    double Lower;
+};
+CellPair matrixCells(const Measure& measure, const PairSums& sums, const CellRules& rules);
+
+// The cell of a pair in a sheet of single loci, from the sums of that locus alone; nothing for
+// "n.d.". A similarity of 0 is not caught here: its -ln is inf.
+std::optional<double> sheetCell(const Measure& measure, const PairSums& sums,
+                                const CellRules& rules);
+
+#endif

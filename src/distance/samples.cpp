@@ -1,0 +1,78 @@
+#include "distance/samples.h"
+
+#include <algorithm>
+
+namespace {
+
+// The mean of the random-discard replicates where there are any, else the corrected variance.
+double varianceOf(const AllelCount& table, double mean) {
+    if (table.isHaploid() && table.RDDurchlauf >= 1) {
+        return table.RDVar / table.RDDurchlauf;
+    }
+    return table.CalcVar(mean);
+}
+
+// J' of a sample. For a single gene copy it is 0/0.
+double identityOf(const AllelCount& table, const std::vector<AlleleShare>& shares,
+                  std::size_t first) {
+    double J = 0.0;
+    for (std::size_t e = first; e < shares.size(); ++e) {
+        J += shares[e].Share * shares[e].Share;
+    }
+    const double n = table.AnzGesamt;
+    return (J * n - 1.0) / (n - 1.0);
+}
+
+// Appends the shares of a sample; tables are sorted, so they stand in the pool's order.
+void addShares(LocusSamples& locus, const AllelCount& table, const AllelCount& pool) {
+    for (int32_t row = 0; row < table.AnzAllele; ++row) {
+        const int place = pool.GetAllelNummer(table.Allele[static_cast<std::size_t>(row)].Nummer);
+        if (place > 0) {
+            locus.Shares.push_back({table.GetFrequenz(row), place - 1});
+        }
+    }
+}
+
+void addSample(LocusSamples& locus, const AllelCount& table, const AllelCount& pool,
+               const SampleRules& rules) {
+    const std::size_t first = locus.Shares.size();
+    addShares(locus, table, pool);
+    const std::size_t alleles = locus.Shares.size() - first;
+    const bool typed = alleles > 0;
+    const double mean = table.CalcMean();
+    const bool hasMean = typed && mean > -1.0;
+    const bool inNei = typed && (rules.SingleCopies || table.AnzGesamt > 1);
+    locus.Typed.push_back(typed ? 1.0 : 0.0);
+    locus.Alleles.push_back(static_cast<double>(alleles));
+    locus.HasMean.push_back(hasMean ? 1.0 : 0.0);
+    locus.Mean.push_back(mean);
+    locus.Variance.push_back(rules.Variances ? varianceOf(table, mean) : 0.0);
+    locus.InNei.push_back(inNei ? 1.0 : 0.0);
+    locus.Identity.push_back(inNei ? identityOf(table, locus.Shares, first) : 0.0);
+    const std::size_t slots =
+        std::max(alleles, static_cast<std::size_t>(rules.ShareSlots)); // fillers behind
+    locus.Shares.resize(first + slots, AlleleShare{0.0, locus.Pool});
+    locus.First.push_back(static_cast<int32_t>(locus.Shares.size()));
+}
+
+} // namespace
+
+Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t count,
+                       const AllelTabelle& pool, const std::vector<double>& repeats,
+                       const SampleRules& rules) {
+    static const AllelCount absent;
+    Samples samples;
+    samples.Count = count;
+    samples.Loci.resize(pool.size());
+    for (std::size_t l = 0; l < pool.size(); ++l) {
+        LocusSamples& locus = samples.Loci[l];
+        locus.Pool = pool[l].AnzAllele;
+        locus.Repeat = repeats[l];
+        locus.First.push_back(0);
+        for (std::size_t s = first; s < first + static_cast<std::size_t>(count); ++s) {
+            const bool there = s < tables.size() && l < tables[s].size();
+            addSample(locus, there ? tables[s][l] : absent, pool[l], rules);
+        }
+    }
+    return samples;
+}
