@@ -69,7 +69,7 @@ TEST_P(Rand2Reference, DrawsAreTheReferencesBitForBit) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Rand2Reference,
-                         testing::Values(0, 1, -5, 42, kModulus, 1704164645));
+                         testing::Values(0, 1, -5, 42, kModulus, 1704164645, 1198190221));
 
 TEST(Rand2, DrawsLieBetweenZeroAndOne) {
     srand2(987654321);
@@ -82,6 +82,15 @@ TEST(Rand2, DrawsLieBetweenZeroAndOne) {
     }
     // Standard error of the mean of 200000 uniform values: sqrt(1/12 / 200000) = 0.00065.
     EXPECT_NEAR(sum / 200000, 0.5, 0.004);
+}
+
+// These seeds are worked out backwards: their first draw is the table's 2147483646, 2147483636 and
+// 2147483401, which over 2147483647 round to 1 and, the last, to 0.99999988 in single precision.
+TEST(Rand2, TheLargestDrawIsTheUpperLimit) {
+    for (const long seed : {1198190221L, 646202679L, 1503604379L}) {
+        srand2(seed);
+        EXPECT_EQ(rand2(), 0.99999988F) << seed;
+    }
 }
 
 TEST(Rand2, SeedZeroActsAsOne) {
