@@ -307,12 +307,6 @@ struct Individual {
     int32_t info = 0;         // group x 2 + haploid bit
 };
 
-// The info value. A group beyond its 31 bits takes the nearest one.
-int32_t toInfo(int32_t group, bool haploid) {
-    constexpr int32_t limit = int32_t{1} << 30;
-    return std::clamp(group, -limit, limit - 1) * 2 + (haploid ? 1 : 0);
-}
-
 // Place behind the next tab from `from` on, npos if there is none.
 std::size_t behindTab(std::string_view text, std::size_t from) {
     const std::size_t tab = text.find('\t', from);
@@ -331,7 +325,7 @@ Individual takeApart(const DataRow& row, NumberAhead& groups) {
     const bool haploid = type < row.text.size() && row.text[type] == 'h';
     return {row.text.substr(0, type == none ? none : type - 1),
             alleles == none ? std::string_view() : row.text.substr(alleles),
-            toInfo(number, haploid)};
+            infoValue(number, haploid)};
 }
 
 // Adds individuals to the data set some rows at a time, locus by locus. A data set lies locus by

@@ -13,6 +13,7 @@
 
 #include "data/allelcount.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -28,9 +29,11 @@ struct Eintragsblock {
     std::vector<int32_t> Slots; // Kapazitaet + 1: one to read behind the last
 };
 
-// Info value of a slot: group x 2 + haploid bit. A group beyond 31 bits loses its top bit.
+// Info value of a slot: group x 2 + haploid bit. A group beyond its 31 bits takes the
+// nearest one.
 constexpr int32_t infoValue(int32_t group, bool haploid) {
-    return static_cast<int32_t>(static_cast<uint32_t>(group) * 2U + (haploid ? 1U : 0U));
+    constexpr int32_t limit = int32_t{1} << 30;
+    return std::clamp(group, -limit, limit - 1) * 2 + (haploid ? 1 : 0);
 }
 constexpr int32_t infoGroup(int32_t info) {
     return info >> 1;

@@ -65,10 +65,11 @@ TEST(InfoValue, NegativeGroupsComeBack) {
     }
 }
 
-TEST(InfoValue, AGroupBeyond31BitsLosesItsTopBit) {
-    // 2^31 - 1 twice is 2^32 - 2, which 32 bits hold as -2: group -1.
-    EXPECT_EQ(infoGroup(infoValue(kMaxInt, true)), -1);
-    EXPECT_EQ(infoGroup(infoValue(kMinInt, false)), 0);
+TEST(InfoValue, AGroupBeyond31BitsTakesTheNearestOne) {
+    EXPECT_EQ(infoGroup(infoValue(kMaxInt, true)), 1073741823);   // 2^30 - 1
+    EXPECT_EQ(infoGroup(infoValue(kMinInt, false)), -1073741824); // -2^30
+    EXPECT_EQ(infoHaploid(infoValue(kMaxInt, true)), 1);
+    EXPECT_EQ(infoHaploid(infoValue(kMinInt, false)), 0);
 }
 
 // --- LociObj: building ------------------------------------------------------------------
