@@ -1,0 +1,73 @@
+// What the two permutation tests of population pairs share: the loop over pairs, the
+// F-statistics of a shuffled pair, and the way from hits to p-values.
+#ifndef KVA_FSTAT_FSTPERMUTATION_H
+#define KVA_FSTAT_FSTPERMUTATION_H
+
+#include "data/lociclass.h"
+#include "fstat/Shuffle.h"
+#include "fstat/wc84.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+// Permutations after which the pairwise tests seed the stream again.
+constexpr int32_t kPairSeedEvery = 50;
+
+// Calls visit(i, j) for every pair i < j of n populations from 0, row by row.
+template <class Visitor> void forEachPair(int32_t n, Visitor&& visit) {
+    for (int32_t i = 0; i + 1 < n; ++i) {
+        for (int32_t j = i + 1; j < n; ++j) {
+            visit(i, j);
+        }
+    }
+}
+
+// The tables of each population, [population][locus].
+using ShuffleTabellen = std::vector<std::vector<ShuffleTable>>;
+
+// F-statistics of shuffled pairs. The twin of Datensatz::AllelMix followed by
+// AnalyseDataObj::FST_SINGLE_WC84, with the same draws and the same numbers.
+class PairTest {
+  public:
+    // tab: the observed tables. A locus without data there in one of two populations counts
+    // for no shuffle of the pair. undefined: value of a statistic that cannot be computed.
+    PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask, double undefined);
+    PairTest(const PairTest&) = delete; // its members point to each other
+    PairTest& operator=(const PairTest&) = delete;
+
+    // Shuffles populations i and j (from 0) of `read`, which is data() or was read through a
+    // sheet from it. locusTable: takes Fst of each locus in the column of the pair; null: not.
+    FWerte shuffled(int32_t i, int32_t j, const CodedData& read, CMatrix* locusTable);
+
+    // The pair as the given tables have it, not shuffled.
+    FWerte unshuffled(int32_t i, int32_t j, const ShuffleTabellen& tables);
+
+    const CodedData& data() const { return Data; }
+
+  private:
+    bool hasBoth(std::size_t l, int32_t i, int32_t j) const {
+        return HasData[l][static_cast<std::size_t>(i)] != 0 &&
+               HasData[l][static_cast<std::size_t>(j)] != 0;
+    }
+
+    CodedData Data;
+    ShuffleArt Art;
+    double Undefined;
+    std::vector<std::vector<char>> HasData; // [locus][population]: observed gene copies
+    PairShuffle Shuffle;
+    PairEstimator Estimator;
+    std::array<ShuffleTable, 2> Tables; // of the drawn samples
+};
+
+// Adds 1 to the hits of each statistic whose observed value the permuted one reaches.
+void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed, const FWerte& permuted);
+
+// Turns the hits of a pair out of n permutations into p-values: the plain one at (i, j), the
+// one multiplied by the number of pairs (Bonferroni) at (j, i). No hit counts as one.
+void hitsToPValues(FTripel& p, int32_t i, int32_t j, double pairs, double n);
+
+// Number of pairs of n populations.
+double pairNumber(int32_t n);
+
+#endif

@@ -1,0 +1,129 @@
+// The numeric core of the F-statistics: variance components of Weir and Cockerham
+// (1984, Evolution 38:1358-1370) for two samples and for many, Gst and Gst' beside
+// them. It knows frequencies and sample sizes, no tables, no files.
+//
+// The order of the floating-point operations decides ties between an observed and a
+// permuted value, so it is part of the result: sums run over the alleles in the order
+// given, products and quotients from left to right.
+#ifndef KVA_FSTAT_WC84_H
+#define KVA_FSTAT_WC84_H
+
+#include "fstat/ftriple.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+// Which heterozygosity stands for H in the estimators.
+enum class HRegel {
+    Hobs, // the observed one, also for inbred data
+    Hexp, // the expected one
+    Auto  // the expected one for inbred data only
+};
+
+// The rule of the word of flags. With both bits on the observed one wins; with neither
+// the choice is automatic, and the bit for that is not looked at.
+HRegel hRegel(uint32_t fstMask);
+
+// H of one sample. Table: AllelCount or ShuffleTable.
+template <class Table> double sampleH(HRegel regel, const Table& t) {
+    const bool expected = regel == HRegel::Hexp || (regel == HRegel::Auto && t.isHaploid());
+    return expected ? t.CalcHet() : t.CalcHetobs();
+}
+
+// The rule for a pair: one haploid sample turns both to the expected heterozygosity.
+template <class Table> HRegel pairRegel(HRegel regel, const Table& t1, const Table& t2) {
+    if (regel != HRegel::Auto) {
+        return regel;
+    }
+    return t1.isHaploid() || t2.isHaploid() ? HRegel::Hexp : HRegel::Hobs;
+}
+
+// Components of variance of one locus: between populations, between individuals within
+// populations, within individuals.
+struct Varianz {
+    double a;
+    double b;
+    double c;
+};
+
+// Fst of a single locus; nothing if all three components are 0.
+std::optional<double> locusFst(const Varianz& v);
+
+// Sums of the components over loci.
+class FSummen {
+  public:
+    void add(const Varianz& v);
+
+    // Fst, Fit, Fis: ratios of the sums. All `undefined` if B and C are both 0; no other
+    // division is guarded.
+    FWerte values(double undefined) const;
+
+  private:
+    double A = 0.0;
+    double B = 0.0;
+    double C = 0.0;
+};
+
+// --- Two samples -----------------------------------------------------------------
+
+// One locus of two samples.
+struct PairLocus {
+    double nA; // individuals: gene copies / 2, also for haploid data
+    double nB;
+    double H1; // heterozygosity of the samples; negative: cannot be computed
+    double H2;
+    std::span<double> p1; // frequencies in sample 1, one for each allele to sum over
+    std::span<double> p2; // ... in sample 2
+};
+
+// The components of a pair's locus. Nothing if a sample is empty, nA + nB is 2 or less,
+// an H is negative or there are no alleles. The frequencies are overwritten.
+std::optional<Varianz> pairComponents(const PairLocus& locus);
+
+// --- Many samples ----------------------------------------------------------------
+
+// A population that counts at a locus: it has at least one individual there.
+struct GlobalSample {
+    double n;      // individuals: gene copies / 2
+    double hetuk;  // expected heterozygosity, uncorrected
+    double hetero; // H by the rule; a negative one is not left out
+};
+
+// One locus of many samples, with at least two alleles in the pool.
+struct GlobalLocus {
+    double Ht;                             // expected heterozygosity of the pool, uncorrected
+    std::span<const GlobalSample> samples; // the s populations that count
+    std::span<const double> pbar;          // frequency of each allele in the pool
+    std::span<const double> p;             // [allele x s + sample]
+};
+
+// Fst, Fit, Fis, Gst, Gst' over all loci.
+struct GlobalWerte {
+    FWerte f;
+    double gst;
+    double gstStrich;
+};
+
+// Sums over loci for many samples.
+class GlobalSummen {
+  public:
+    // Adds a locus and writes its five values to column l of `locus` (five rows);
+    // `undefined` where there is none. Rows Gst and Gst' keep what they held if no
+    // population counts.
+    void add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined);
+
+    GlobalWerte values(double undefined) const;
+
+  private:
+    FSummen f;
+    double TotHt = 0.0;   // heterozygosity of the pool
+    double TotHs = 0.0;   // mean heterozygosity within populations
+    double TotHmax = 0.0; // largest heterozygosity of the pool for that
+};
+
+// Sets rows first to last of column l.
+void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value);
+
+#endif
