@@ -25,32 +25,36 @@ PairTables pairTables(const AllelTabellen& tab, long idx1, long idx2, std::size_
             tab[static_cast<std::size_t>(idx2) + 1][l]};
 }
 
-// Frequency of an allele; 0 where the sample does not have it.
-double frequency(const AllelCount& table, int allel) {
-    return std::max(table.GetFrequenz(table.GetAllelNummer(allel) - 1), 0.0);
+// Copies of an allele; 0 where the sample does not have it.
+int32_t copiesOf(const AllelCount& table, int allel) {
+    return std::max(table.GetAllelCount(table.GetAllelNummer(allel) - 1), 0);
 }
 
-// Room for the frequencies of one locus.
-struct Frequencies {
-    std::vector<double> p1;
-    std::vector<double> p2;
+// Room for the copies of each allele of a locus.
+struct AlleleCounts {
+    std::vector<int32_t> sample1;
+    std::vector<int32_t> sample2;
 
     void read(const PairTables& t) {
-        p1.clear();
-        p2.clear();
+        sample1.clear();
+        sample2.clear();
         for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
             const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
-            p1.push_back(frequency(t.t1, allel));
-            p2.push_back(frequency(t.t2, allel));
+            sample1.push_back(copiesOf(t.t1, allel));
+            sample2.push_back(copiesOf(t.t2, allel));
+        }
+        while (sample1.size() % kAlleleStep != 0) {
+            sample1.push_back(0);
+            sample2.push_back(0);
         }
     }
 };
 
-std::optional<Varianz> locusComponents(const PairTables& t, HRegel regel, Frequencies& room) {
+std::optional<Varianz> locusComponents(const PairTables& t, HRegel regel, AlleleCounts& room) {
     const HRegel choice = pairRegel(regel, t.t1, t.t2);
     room.read(t);
-    return pairComponents({t.t1.AnzGesamt * 0.5, t.t2.AnzGesamt * 0.5, sampleH(choice, t.t1),
-                           sampleH(choice, t.t2), room.p1, room.p2});
+    return pairComponents({t.t1.AnzGesamt, t.t2.AnzGesamt, sampleH(choice, t.t1),
+                           sampleH(choice, t.t2), room.sample1, room.sample2});
 }
 
 void writeLocus(ResultFile& sheet, bool defined, double fst) {
@@ -76,8 +80,8 @@ double likelihoodRatio(const PairTables& t) {
     double G = 0.0;
     for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
         const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
-        const double c1 = std::max(t.t1.GetAllelCount(t.t1.GetAllelNummer(allel) - 1), 0);
-        const double c2 = std::max(t.t2.GetAllelCount(t.t2.GetAllelNummer(allel) - 1), 0);
+        const double c1 = copiesOf(t.t1, allel);
+        const double c2 = copiesOf(t.t2, allel);
         const double e = (c1 + c2) / (N1 + N2);
         G += c1 > 0.0 ? c1 * std::log(c1 / (N1 * e)) : 0.0;
         G += c2 > 0.0 ? c2 * std::log(c2 / (N2 * e)) : 0.0;
@@ -95,7 +99,7 @@ int AnalyseDataObj::FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabel
     const bool toFile = locusFile != nullptr && hasBit(FstMask, FstBit::PerLocus);
     const int32_t column =
         ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j), static_cast<int>(AnzPop));
-    Frequencies room;
+    AlleleCounts room;
     FSummen sums;
     for (long l = 0; l < nLoci; ++l) {
         const std::optional<Varianz> v =

@@ -8,12 +8,43 @@
 #include "distance/pairindex.h"
 #include "fstat/randsci.h"
 
+#include <numeric>
+
 // --- What both tests share ---------------------------------------------------------------
+
+CodedSample::CodedSample(const CodedData& data)
+    : Data(data), Tables(static_cast<std::size_t>(data.populations())) {
+    for (std::vector<ShuffleTable>& tables : Tables) {
+        tables.resize(data.loci());
+        for (std::size_t l = 0; l < data.loci(); ++l) {
+            tables[l].resize(data.locus(l).Alleles);
+        }
+    }
+    count();
+}
+
+void CodedSample::readThrough(const CodedData& data, const SlotSheet& sheet) {
+    data.readThrough(sheet, Data);
+    count();
+}
+
+void CodedSample::count() {
+    for (int32_t pop = 0; pop < Data.populations(); ++pop) {
+        Places.resize(static_cast<std::size_t>(Data.slots(pop)));
+        std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
+        for (std::size_t l = 0; l < Data.loci(); ++l) {
+            ShuffleTable& table = Tables[static_cast<std::size_t>(pop)][l];
+            table.clear();
+            table.addSlots(Data.locus(l), Places);
+        }
+    }
+}
 
 PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask,
                    double undefined)
     : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined), HasData(Data.loci()),
-      Shuffle(Data, Art), Estimator(hRegel(fstMask), Data.mostAlleles()) {
+      Shuffle(Data, Art, hRegel(fstMask) == HRegel::Hobs),
+      Estimator(hRegel(fstMask), Data.mostAlleles()) {
     for (std::size_t l = 0; l < HasData.size(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData[l].push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -24,7 +55,7 @@ PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fs
     }
 }
 
-FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedData& read, CMatrix* locusTable) {
+FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
     const int32_t column = ConvertPoptoPoint(i, j, Data.populations());
     FSummen sums;
     if (Art.Linked) {
@@ -36,7 +67,8 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedData& read, CMatrix* 
             if (!Art.Linked) {
                 Shuffle.deal(i, j);
             }
-            Shuffle.count(read.locus(l), Tables[0], Tables[1]);
+            Shuffle.count(sample.locus(l), sample.table(i, l), sample.table(j, l), Tables[0],
+                          Tables[1]);
             v = Estimator.components(Tables[0], Tables[1]);
         }
         if (v) {
@@ -50,14 +82,14 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedData& read, CMatrix* 
     return sums.values(Undefined);
 }
 
-FWerte PairTest::unshuffled(int32_t i, int32_t j, const ShuffleTabellen& tables) {
+FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
     FSummen sums;
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         if (!hasBoth(l, i, j)) {
             continue;
         }
-        const std::optional<Varianz> v = Estimator.components(
-            tables[static_cast<std::size_t>(i)][l], tables[static_cast<std::size_t>(j)][l]);
+        const std::optional<Varianz> v =
+            Estimator.components(sample.table(i, l), sample.table(j, l));
         if (v) {
             sums.add(*v);
         }
@@ -92,6 +124,7 @@ int AnalyseDataObj::FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen
                                CMatrix& locusTable) const {
     const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     PairTest test(*Daten, tab, FstMask, DistFehlerwert);
+    const CodedSample sample(test.data());
     for (CMatrix& matrix : p) {
         matrix.Fill(0.0);
     }
@@ -105,7 +138,7 @@ int AnalyseDataObj::FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen
         CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
         forEachPair(AnzPop, [&](int32_t i, int32_t j) {
             const FWerte observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
-            countHits(p, i, j, observed, test.shuffled(i, j, test.data(), table));
+            countHits(p, i, j, observed, test.shuffled(i, j, sample, table));
         });
     }
     forEachPair(AnzPop, [&](int32_t i, int32_t j) {

@@ -23,8 +23,28 @@ template <class Visitor> void forEachPair(int32_t n, Visitor&& visit) {
     }
 }
 
-// The tables of each population, [population][locus].
-using ShuffleTabellen = std::vector<std::vector<ShuffleTable>>;
+// A data set in codes, with the tables of its populations.
+class CodedSample {
+  public:
+    explicit CodedSample(const CodedData& data);
+
+    // Takes over `data` with each slot read where the sheet sends it. `data` has the same
+    // places as that of the constructor.
+    void readThrough(const CodedData& data, const SlotSheet& sheet);
+
+    const CodedLocus& locus(std::size_t l) const { return Data.locus(l); }
+    // Population from 0.
+    const ShuffleTable& table(int32_t pop, std::size_t l) const {
+        return Tables[static_cast<std::size_t>(pop)][l];
+    }
+
+  private:
+    void count();
+
+    CodedData Data;
+    std::vector<std::vector<ShuffleTable>> Tables; // [population][locus]
+    std::vector<int32_t> Places;                   // room
+};
 
 // F-statistics of shuffled pairs. The twin of Datensatz::AllelMix followed by
 // AnalyseDataObj::FST_SINGLE_WC84, with the same draws and the same numbers.
@@ -36,12 +56,12 @@ class PairTest {
     PairTest(const PairTest&) = delete; // its members point to each other
     PairTest& operator=(const PairTest&) = delete;
 
-    // Shuffles populations i and j (from 0) of `read`, which is data() or was read through a
-    // sheet from it. locusTable: takes Fst of each locus in the column of the pair; null: not.
-    FWerte shuffled(int32_t i, int32_t j, const CodedData& read, CMatrix* locusTable);
+    // Shuffles populations i and j (from 0) of `sample`, which was made from data().
+    // locusTable: takes Fst of each locus in the column of the pair; null: not.
+    FWerte shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
-    // The pair as the given tables have it, not shuffled.
-    FWerte unshuffled(int32_t i, int32_t j, const ShuffleTabellen& tables);
+    // The pair as `sample` has it, not shuffled.
+    FWerte unshuffled(int32_t i, int32_t j, const CodedSample& sample);
 
     const CodedData& data() const { return Data; }
 

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <numeric>
 
 namespace {
 
@@ -87,37 +86,6 @@ class Thinning {
     bool jackknife;
     double share_;
     DropList drops;
-};
-
-// The tables of every population as `data` has it.
-class UnshuffledTables {
-  public:
-    explicit UnshuffledTables(const CodedData& data)
-        : tables(static_cast<std::size_t>(data.populations())) {
-        for (std::vector<ShuffleTable>& ofPop : tables) {
-            ofPop.resize(data.loci());
-            for (std::size_t l = 0; l < data.loci(); ++l) {
-                ofPop[l].resize(data.locus(l).Alleles);
-            }
-        }
-    }
-
-    const ShuffleTabellen& count(const CodedData& data) {
-        for (int32_t pop = 0; pop < data.populations(); ++pop) {
-            places.resize(static_cast<std::size_t>(data.slots(pop)));
-            std::iota(places.begin(), places.end(), data.slotPlace(pop));
-            for (std::size_t l = 0; l < data.loci(); ++l) {
-                ShuffleTable& table = tables[static_cast<std::size_t>(pop)][l];
-                table.clear();
-                table.addSlots(data.locus(l), places);
-            }
-        }
-        return tables;
-    }
-
-  private:
-    ShuffleTabellen tables;
-    std::vector<int32_t> places;
 };
 
 SlotSheet newSheet(const Datensatz& daten) {
@@ -200,8 +168,7 @@ int AnalyseDataObj::FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab
     sums.gueltig.Resize(AnzPop, AnzPop);
 
     PairTest test(*Daten, tab, FstMask, DistFehlerwert);
-    CodedData thinned = test.data();
-    UnshuffledTables unshuffled(thinned);
+    CodedSample thinned(test.data());
     SlotSheet sheet = newSheet(*Daten);
     InternStartRDGen();
     for (int32_t k = 0; k < Permutationen; ++k) {
@@ -210,13 +177,12 @@ int AnalyseDataObj::FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab
         }
         AUSGABE(57, k);
         (void)CreateNewDataSheetMix(sheet);
-        test.data().readThrough(sheet, thinned);
-        const ShuffleTabellen& tables = unshuffled.count(thinned);
+        thinned.readThrough(test.data(), sheet);
         CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
         std::size_t pair = 0;
         forEachPair(AnzPop, [&](int32_t i, int32_t j) {
             const FWerte permuted = test.shuffled(i, j, thinned, table);
-            sums.add(i, j, pair++, test.unshuffled(i, j, tables), permuted);
+            sums.add(i, j, pair++, test.unshuffled(i, j, thinned), permuted);
         });
     }
     std::size_t pair = 0;

@@ -135,17 +135,16 @@ class GlobalTest {
             figures.addSample(t, t.tally().Copies, regel);
         }
         const std::size_t counted = figures.samples.size();
-        for (const int32_t code : pool.alleles()) {
-            rowOf[static_cast<std::size_t>(code)] = figures.pbar.size();
+        for (const uint32_t code : pool.alleles()) {
+            rowOf[code] = figures.pbar.size();
             figures.pbar.push_back(pool.frequency(code));
         }
         figures.p.assign(figures.pbar.size() * counted, 0.0);
         std::size_t sample = 0;
         for (const ShuffleTable& t : tables) {
             if (hasIndividual(t.tally().Copies)) {
-                for (const int32_t code : t.alleles()) {
-                    const std::size_t row = rowOf[static_cast<std::size_t>(code)];
-                    figures.p[row * counted + sample] = t.frequency(code);
+                for (const uint32_t code : t.alleles()) {
+                    figures.p[rowOf[code] * counted + sample] = t.frequency(code);
                 }
                 ++sample;
             }

@@ -13,7 +13,7 @@
 
 class OrderedPool {
   public:
-    static constexpr int32_t kTreeFrom = 512; // items from which the tree is used
+    static constexpr int32_t kTreeFrom = 1024; // items from which the tree is used
 
     // Holds items 0..n-1 again.
     void fill(int32_t n);

@@ -13,7 +13,8 @@ ShuffleArt ShuffleArt::of(uint32_t fstMask) {
 
 // --- Two populations -----------------------------------------------------------------------
 
-PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art) : Data(data), Art(art) {}
+PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art, bool byRest)
+    : Data(data), Art(art), ByRest(byRest && art.Permutation) {}
 
 PairShuffle::Side PairShuffle::slotsOf(int32_t pop) const {
     const int32_t size = Data.slots(pop);
@@ -89,12 +90,17 @@ void PairShuffle::keepTail(std::size_t sample, const Side& side) {
     std::iota(Places[sample].begin() + side.Dealt, Places[sample].end(), side.Base + side.Dealt);
 }
 
-void PairShuffle::count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const {
+void PairShuffle::count(const CodedLocus& locus, const ShuffleTable& whole1,
+                        const ShuffleTable& whole2, ShuffleTable& t1, ShuffleTable& t2) const {
     t1.clear();
     t2.clear();
     if (Paired) {
         t1.addPairs(locus, Places[0]);
-        t2.addPairs(locus, Places[1]);
+        if (ByRest) {
+            t2.addRest(whole1, whole2, t1, locus, Places[1]);
+        } else {
+            t2.addPairs(locus, Places[1]);
+        }
     } else {
         t1.addSlots(locus, Places[0]);
         t2.addSlots(locus, Places[1]);

@@ -27,15 +27,17 @@ struct ShuffleArt {
 // Shuffles of two populations.
 class PairShuffle {
   public:
-    // `data` gives the places; it outlives the object.
-    PairShuffle(const CodedData& data, const ShuffleArt& art);
+    // `data` gives the places; it outlives the object. byRest: the second sample is wanted
+    // for its counts and CalcHetobs alone, so that it need not be counted on its own.
+    PairShuffle(const CodedData& data, const ShuffleArt& art, bool byRest);
 
     // Deals the slots of both populations (from 0) out anew.
     void deal(int32_t pop1, int32_t pop2);
 
     // Counts the samples of the last deal at a locus of `data`, or of a data set with the
-    // same places.
-    void count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const;
+    // same places. whole1, whole2: the tables of both populations there.
+    void count(const CodedLocus& locus, const ShuffleTable& whole1, const ShuffleTable& whole2,
+               ShuffleTable& t1, ShuffleTable& t2) const;
 
   private:
     // A population that is dealt, in units (slots or pairs): unit u stands at place Base + u.
@@ -53,6 +55,7 @@ class PairShuffle {
 
     const CodedData& Data;
     ShuffleArt Art;
+    bool ByRest;
     bool Paired = false; // of the last deal: Places are pair places
     OrderedPool Pool;
     std::array<std::vector<int32_t>, 2> Places; // of both samples

@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr int32_t kMissing = 0; // code of missing data
+constexpr uint32_t kMissing = 0; // code of missing data
 
 // The tally of two entries in turn.
-Tally tallyPair(int32_t first, int32_t firstWeight, int32_t second, int32_t secondWeight) {
+Tally tallyPair(uint32_t first, int32_t firstWeight, uint32_t second, int32_t secondWeight) {
     const bool hasFirst = first != kMissing;
     const bool hasSecond = second != kMissing;
     Tally sum;
@@ -24,21 +24,21 @@ Tally tallyPair(int32_t first, int32_t firstWeight, int32_t second, int32_t seco
 // written behind the last and the end moves on: no branch to mispredict.
 class Counter {
   public:
-    Counter(int32_t* count, int32_t* order, int32_t found)
-        : count_(count), order_(order), found_(found) {}
+    Counter(std::vector<int32_t>& count, std::vector<uint32_t>& order, std::size_t found)
+        : Count(count.data()), Order(order.data()), Found(found) {}
 
-    void add(int32_t code) {
-        const int32_t before = count_[code];
-        order_[found_] = code;
-        found_ += before == 0 ? 1 : 0;
-        count_[code] = before + 1;
+    void add(uint32_t code) {
+        Order[Found] = code;
+        int32_t& count = Count[code];
+        Found += count == 0 ? 1 : 0;
+        ++count;
     }
-    int32_t found() const { return found_; }
+    std::size_t found() const { return Found; }
 
   private:
-    int32_t* count_;
-    int32_t* order_;
-    int32_t found_;
+    int32_t* Count;
+    uint32_t* Order;
+    std::size_t Found;
 };
 
 std::vector<int32_t> allelesOf(const LociObj& locus) {
@@ -55,12 +55,12 @@ std::vector<int32_t> allelesOf(const LociObj& locus) {
     return numbers;
 }
 
-int32_t codeOf(const std::vector<int32_t>& alleles, int32_t number) {
+uint32_t codeOf(const std::vector<int32_t>& alleles, int32_t number) {
     if (number < 0) {
         return kMissing;
     }
     const auto place = std::lower_bound(alleles.begin(), alleles.end(), number);
-    return static_cast<int32_t>(place - alleles.begin()) + 1;
+    return static_cast<uint32_t>(place - alleles.begin()) + 1;
 }
 
 } // namespace
@@ -142,8 +142,8 @@ void ShuffleTable::resize(int32_t alleles) {
 }
 
 void ShuffleTable::clear() {
-    for (const int32_t code : alleles()) {
-        Count[static_cast<std::size_t>(code)] = 0;
+    for (const uint32_t code : alleles()) {
+        Count[code] = 0;
     }
     Count[kMissing] = 1; // missing data never look like a new allele
     Found = 0;
@@ -151,7 +151,7 @@ void ShuffleTable::clear() {
 }
 
 void ShuffleTable::addPairs(const CodedLocus& locus, std::span<const int32_t> places) {
-    Counter counter(Count.data(), Order.data(), Found);
+    Counter counter(Count, Order, Found);
     const CodedPair* const pairs = locus.Pairs.data();
     Tally sum = Sum;
     for (const int32_t place : places) {
@@ -165,8 +165,8 @@ void ShuffleTable::addPairs(const CodedLocus& locus, std::span<const int32_t> pl
 }
 
 void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> places) {
-    Counter counter(Count.data(), Order.data(), Found);
-    const int32_t* const codes = locus.Code.data();
+    Counter counter(Count, Order, Found);
+    const uint32_t* const codes = locus.Code.data();
     const int32_t* const weights = locus.Weight.data();
     Tally sum = Sum;
     const std::size_t paired = places.size() / 2 * 2;
@@ -188,21 +188,48 @@ void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> pl
     Sum = sum;
 }
 
-void ShuffleTable::addCopies(const ShuffleTable& other) {
-    for (const int32_t code : other.alleles()) {
-        const auto place = static_cast<std::size_t>(code);
-        if (Count[place] == 0) {
-            Order[static_cast<std::size_t>(Found)] = code;
+void ShuffleTable::addRest(const ShuffleTable& whole1, const ShuffleTable& whole2,
+                           const ShuffleTable& drawn, const CodedLocus& locus,
+                           std::span<const int32_t> places) {
+    Sum += whole1.Sum;
+    Sum += whole2.Sum;
+    Sum -= drawn.Sum;
+    int32_t open = Sum.Copies; // not yet counted
+    for (const uint32_t code : drawn.alleles()) {
+        const int32_t left = whole1.Count[code] + whole2.Count[code] - drawn.Count[code];
+        Order[Found] = code;
+        Found += left != 0 ? 1 : 0;
+        Count[code] = left;
+        open -= left;
+    }
+    // What is open belongs to alleles that this sample alone has: those without a count.
+    const auto addNew = [&](uint32_t code) {
+        if (Count[code] == 0) {
+            Count[code] = whole1.Count[code] + whole2.Count[code];
+            Order[Found] = code;
             ++Found;
+            open -= Count[code];
         }
-        Count[place] += other.Count[place];
+    };
+    const CodedPair* const pairs = locus.Pairs.data();
+    for (const int32_t* place = places.data(); open > 0; ++place) {
+        addNew(pairs[*place].First);
+        addNew(pairs[*place].Second);
+    }
+}
+
+void ShuffleTable::addCopies(const ShuffleTable& other) {
+    for (const uint32_t code : other.alleles()) {
+        Order[Found] = code;
+        Found += Count[code] == 0 ? 1 : 0;
+        Count[code] += other.Count[code];
     }
     Sum.Copies += other.Sum.Copies;
 }
 
 double ShuffleTable::sumOfSquares() const {
     double sum = 0.0;
-    for (const int32_t code : alleles()) {
+    for (const uint32_t code : alleles()) {
         const double p = frequency(code);
         sum += p * p;
     }
@@ -228,27 +255,27 @@ double ShuffleTable::CalcHetuk() const {
 // --- Estimator ---------------------------------------------------------------------------
 
 PairEstimator::PairEstimator(HRegel regel, int32_t mostAlleles)
-    : Regel(regel), P1(static_cast<std::size_t>(mostAlleles)), P2(P1) {}
+    : Regel(regel), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {
+}
 
 std::optional<Varianz> PairEstimator::components(const ShuffleTable& t1, const ShuffleTable& t2) {
-    if (t1.tally().Copies == 0 || t2.tally().Copies == 0) {
-        return std::nullopt;
-    }
     std::size_t found = 0;
-    for (const int32_t code : t1.alleles()) {
-        P1[found] = t1.frequency(code);
-        P2[found] = t2.frequency(code);
+    for (const uint32_t code : t1.alleles()) {
+        Counts1[found] = t1.count(code);
+        Counts2[found] = t2.count(code);
         ++found;
     }
-    for (const int32_t code : t2.alleles()) {
-        if (t1.count(code) == 0) {
-            P1[found] = 0.0;
-            P2[found] = t2.frequency(code);
-            ++found;
-        }
+    for (const uint32_t code : t2.alleles()) {
+        Counts1[found] = 0;
+        Counts2[found] = t2.count(code);
+        found += t1.count(code) == 0 ? 1 : 0;
+    }
+    for (; found % kAlleleStep != 0; ++found) {
+        Counts1[found] = 0;
+        Counts2[found] = 0;
     }
     const HRegel choice = pairRegel(Regel, t1, t2);
-    return pairComponents({t1.tally().Copies * 0.5, t2.tally().Copies * 0.5, sampleH(choice, t1),
-                           sampleH(choice, t2), std::span(P1).first(found),
-                           std::span(P2).first(found)});
+    return pairComponents({t1.tally().Copies, t2.tally().Copies, sampleH(choice, t1),
+                           sampleH(choice, t2), std::span(Counts1).first(found),
+                           std::span(Counts2).first(found)});
 }

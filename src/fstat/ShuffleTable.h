@@ -28,12 +28,18 @@ struct Tally {
         Typed += other.Typed;
         Hetero += other.Hetero;
     }
+    void operator-=(const Tally& other) {
+        Copies -= other.Copies;
+        Weight -= other.Weight;
+        Typed -= other.Typed;
+        Hetero -= other.Hetero;
+    }
 };
 
 // Two entries that are counted as one individual.
 struct CodedPair {
-    int32_t First = 0; // allele codes, 0: missing
-    int32_t Second = 0;
+    uint32_t First = 0; // allele codes, 0: missing
+    uint32_t Second = 0;
     Tally Sum; // of this individual
 };
 
@@ -43,7 +49,7 @@ struct CodedPair {
 // followed by one that reads as missing; see CodedData for the places.
 struct CodedLocus {
     int32_t Alleles = 0;
-    std::vector<int32_t> Code;    // by place
+    std::vector<uint32_t> Code;   // by place
     std::vector<int32_t> Weight;  // by place: 2; 1 for an entry flagged haploid
     std::vector<CodedPair> Pairs; // by pair place
 
@@ -96,6 +102,12 @@ class ShuffleTable {
     // once after a clear.
     void addSlots(const CodedLocus& locus, std::span<const int32_t> places);
 
+    // Counts the individuals that `drawn` leaves over of two whole populations, given by their
+    // pair places: what addPairs does, by subtraction. The alleles that `drawn` has come first
+    // and in its order, so of the statistics CalcHetobs alone is that of addPairs.
+    void addRest(const ShuffleTable& whole1, const ShuffleTable& whole2, const ShuffleTable& drawn,
+                 const CodedLocus& locus, std::span<const int32_t> places);
+
     // Counts the gene copies of another table; those of its alleles that are new follow in
     // its order. Individuals are left out, so of the statistics only CalcHetuk remains.
     void addCopies(const ShuffleTable& other);
@@ -111,19 +123,17 @@ class ShuffleTable {
 
     const Tally& tally() const { return Sum; }
     // Codes of the alleles in the order of their first appearance.
-    std::span<const int32_t> alleles() const {
-        return {Order.data(), static_cast<std::size_t>(Found)};
-    }
-    int32_t count(int32_t code) const { return Count[static_cast<std::size_t>(code)]; }
+    std::span<const uint32_t> alleles() const { return {Order.data(), Found}; }
+    int32_t count(uint32_t code) const { return Count[code]; }
     // Share of an allele; 0 if it is not there. The table is not empty.
-    double frequency(int32_t code) const { return double(count(code)) / Sum.Copies; }
+    double frequency(uint32_t code) const { return double(count(code)) / Sum.Copies; }
 
   private:
     double sumOfSquares() const;
 
-    std::vector<int32_t> Count; // copies by code; entry 0 is scratch and never 0
-    std::vector<int32_t> Order; // the first Found entries; one to spare
-    int32_t Found = 0;
+    std::vector<int32_t> Count;  // copies by code; entry 0 is scratch and never 0
+    std::vector<uint32_t> Order; // the first Found entries; one to spare
+    std::size_t Found = 0;
     Tally Sum;
 };
 
@@ -137,8 +147,8 @@ class PairEstimator {
 
   private:
     HRegel Regel;
-    std::vector<double> P1; // frequencies of the alleles of both samples
-    std::vector<double> P2;
+    std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step
+    std::vector<int32_t> Counts2;
 };
 
 #endif

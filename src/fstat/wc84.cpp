@@ -55,31 +55,26 @@ Varianz globalComponents(const GlobalLocus& g, const Sizes& sum) {
     return {a, b, H};
 }
 
-// Replaces the frequencies of each allele by what it adds to a and to b.
-void replaceByTerms(const PairLocus& locus, double S, double nc) {
-    const double nA = locus.nA;
-    const double nB = locus.nB;
-    double* const first = locus.p1.data();
-    double* const second = locus.p2.data();
-    const std::size_t alleles = locus.p1.size();
-    for (std::size_t k = 0; k < alleles; ++k) {
-        const double p1 = first[k];
-        const double p2 = second[k];
-        const double pbar = (nA * p1 + nB * p2) / S;
-        const double s2 =
-            2.0 * (nA * ((p1 - pbar) * (p1 - pbar)) + nB * ((p2 - pbar) * (p2 - pbar))) / S;
-        const double x = pbar * (1.0 - pbar) - s2 / 2.0;
-        first[k] = S * (s2 - 2.0 * x / (S - 2.0)) / (2.0 * nc);
-        second[k] = S * x / (S - 2.0);
-    }
-}
+// What does not change from allele to allele.
+struct PairSizes {
+    double n1; // gene copies
+    double n2;
+    double nA; // individuals
+    double nB;
+    double S;
+    double nc;
+};
 
-double sum(std::span<const double> terms) {
-    double total = 0.0;
-    for (const double term : terms) {
-        total += term;
-    }
-    return total;
+// What one allele adds to a and to b.
+void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
+    const double p1 = count1 / n.n1;
+    const double p2 = count2 / n.n2;
+    const double pbar = (n.nA * p1 + n.nB * p2) / n.S;
+    const double s2 =
+        2.0 * (n.nA * ((p1 - pbar) * (p1 - pbar)) + n.nB * ((p2 - pbar) * (p2 - pbar))) / n.S;
+    const double x = pbar * (1.0 - pbar) - s2 / 2.0;
+    a = n.S * (s2 - 2.0 * x / (n.S - 2.0)) / (2.0 * n.nc);
+    b = n.S * x / (n.S - 2.0);
 }
 
 } // namespace
@@ -113,16 +108,33 @@ FWerte FSummen::values(double undefined) const {
 }
 
 std::optional<Varianz> pairComponents(const PairLocus& locus) {
-    const double S = locus.nA + locus.nB;
-    if (locus.nA <= 0.0 || locus.nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
-        locus.p1.empty()) {
+    const double nA = locus.copies1 * 0.5;
+    const double nB = locus.copies2 * 0.5;
+    const double S = nA + nB;
+    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
+        locus.counts1.empty()) {
         return std::nullopt;
     }
-    const double nc = 2.0 * locus.nA * locus.nB / S;
-    replaceByTerms(locus, S, nc);
-    const double H = (locus.nA * locus.H1 + locus.nB * locus.H2) / S;
-    const double a = sum(locus.p1) + S * H / (2.0 * nc * (S - 2.0));
-    const double b = sum(locus.p2) - (S / (S - 2.0) + 1.0) * H / 2.0;
+    const double nc = 2.0 * nA * nB / S;
+    const PairSizes n{double(locus.copies1), double(locus.copies2), nA, nB, S, nc};
+    const int32_t* const counts1 = locus.counts1.data();
+    const int32_t* const counts2 = locus.counts2.data();
+    double a = 0.0;
+    double b = 0.0;
+    for (std::size_t k = 0; k < locus.counts1.size(); k += kAlleleStep) {
+        double termA[kAlleleStep];
+        double termB[kAlleleStep];
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            alleleTerms(n, counts1[k + m], counts2[k + m], termA[m], termB[m]);
+        }
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            a += termA[m];
+            b += termB[m];
+        }
+    }
+    const double H = (nA * locus.H1 + nB * locus.H2) / S;
+    a += S * H / (2.0 * nc * (S - 2.0));
+    b -= (S / (S - 2.0) + 1.0) * H / 2.0;
     return Varianz{a, b, H};
 }
 

@@ -68,18 +68,24 @@ class FSummen {
 
 // --- Two samples -----------------------------------------------------------------
 
+// Alleles that are computed side by side. A list of counts is filled up with zeros to a
+// multiple of it: an allele that neither sample has adds nothing.
+constexpr std::size_t kAlleleStep = 4;
+
 // One locus of two samples.
 struct PairLocus {
-    double nA; // individuals: gene copies / 2, also for haploid data
-    double nB;
+    int32_t copies1; // gene copies of the samples; -1 or 0: none
+    int32_t copies2;
     double H1; // heterozygosity of the samples; negative: cannot be computed
     double H2;
-    std::span<double> p1; // frequencies in sample 1, one for each allele to sum over
-    std::span<double> p2; // ... in sample 2
+    std::span<const int32_t>
+        counts1; // copies of each allele to sum over in sample 1; see kAlleleStep
+    std::span<const int32_t> counts2; // ... in sample 2
 };
 
-// The components of a pair's locus. Nothing if a sample is empty, nA + nB is 2 or less,
-// an H is negative or there are no alleles. The frequencies are overwritten.
+// The components of a pair's locus; a sample of n gene copies has n / 2 individuals, also
+// if it is haploid. Nothing if a sample is empty, both have 2 individuals or fewer
+// together, an H is negative or there are no alleles.
 std::optional<Varianz> pairComponents(const PairLocus& locus);
 
 // --- Many samples ----------------------------------------------------------------
