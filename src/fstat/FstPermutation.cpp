@@ -12,12 +12,10 @@
 
 // --- What both tests share ---------------------------------------------------------------
 
-CodedSample::CodedSample(const CodedData& data)
-    : Data(data), Tables(static_cast<std::size_t>(data.populations())) {
-    for (std::vector<ShuffleTable>& tables : Tables) {
-        tables.resize(data.loci());
-        for (std::size_t l = 0; l < data.loci(); ++l) {
-            tables[l].resize(data.locus(l).Alleles);
+CodedSample::CodedSample(const CodedData& data) : Data(data) {
+    for (std::size_t l = 0; l < data.loci(); ++l) {
+        for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+            Tables.emplace_back().resize(data.locus(l).Alleles);
         }
     }
     count();
@@ -29,25 +27,25 @@ void CodedSample::readThrough(const CodedData& data, const SlotSheet& sheet) {
 }
 
 void CodedSample::count() {
-    for (int32_t pop = 0; pop < Data.populations(); ++pop) {
-        Places.resize(static_cast<std::size_t>(Data.slots(pop)));
-        std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
-        for (std::size_t l = 0; l < Data.loci(); ++l) {
-            ShuffleTable& table = Tables[static_cast<std::size_t>(pop)][l];
-            table.clear();
-            table.addSlots(Data.locus(l), Places);
+    std::size_t table = 0;
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        for (std::size_t pop = 0; pop < Data.populations(); ++pop, ++table) {
+            Places.resize(static_cast<std::size_t>(Data.slots(pop)));
+            std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
+            Tables[table].clear();
+            Tables[table].addSlots(Data.locus(l), Places);
         }
     }
 }
 
 PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask,
                    double undefined)
-    : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined), HasData(Data.loci()),
-      Shuffle(Data, Art, hRegel(fstMask) == HRegel::Hobs),
+    : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined),
+      ByRest(Art.Permutation && hRegel(fstMask) == HRegel::Hobs), Shuffle(Data, Art),
       Estimator(hRegel(fstMask), Data.mostAlleles()) {
-    for (std::size_t l = 0; l < HasData.size(); ++l) {
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
-            HasData[l].push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
+            HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
         }
     }
     for (ShuffleTable& table : Tables) {
@@ -55,8 +53,21 @@ PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fs
     }
 }
 
-FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
-    const int32_t column = ConvertPoptoPoint(i, j, Data.populations());
+// The components of a locus in the last deal.
+std::optional<Varianz> PairTest::components(std::size_t i, std::size_t j, const CodedSample& sample,
+                                            std::size_t l) {
+    if (ByRest && Shuffle.paired()) {
+        return Estimator.componentsOfDeal(sample.locus(l), sample.table(i, l), sample.table(j, l),
+                                          Shuffle.places(0), Shuffle.places(1));
+    }
+    Shuffle.count(sample.locus(l), Tables[0], Tables[1]);
+    return Estimator.components(Tables[0], Tables[1]);
+}
+
+FWerte PairTest::shuffled(std::size_t i, std::size_t j, const CodedSample& sample,
+                          CMatrix* locusTable) {
+    const int32_t column = ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j),
+                                             static_cast<int>(Data.populations()));
     FSummen sums;
     if (Art.Linked) {
         Shuffle.deal(i, j);
@@ -67,9 +78,7 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatr
             if (!Art.Linked) {
                 Shuffle.deal(i, j);
             }
-            Shuffle.count(sample.locus(l), sample.table(i, l), sample.table(j, l), Tables[0],
-                          Tables[1]);
-            v = Estimator.components(Tables[0], Tables[1]);
+            v = components(i, j, sample, l);
         }
         if (v) {
             sums.add(*v);
@@ -82,7 +91,7 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatr
     return sums.values(Undefined);
 }
 
-FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
+FWerte PairTest::unshuffled(std::size_t i, std::size_t j, const CodedSample& sample) {
     FSummen sums;
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         if (!hasBoth(l, i, j)) {

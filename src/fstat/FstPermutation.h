@@ -34,16 +34,16 @@ class CodedSample {
 
     const CodedLocus& locus(std::size_t l) const { return Data.locus(l); }
     // Population from 0.
-    const ShuffleTable& table(int32_t pop, std::size_t l) const {
-        return Tables[static_cast<std::size_t>(pop)][l];
+    const ShuffleTable& table(std::size_t pop, std::size_t l) const {
+        return Tables[l * Data.populations() + pop];
     }
 
   private:
     void count();
 
     CodedData Data;
-    std::vector<std::vector<ShuffleTable>> Tables; // [population][locus]
-    std::vector<int32_t> Places;                   // room
+    std::vector<ShuffleTable> Tables; // [locus x populations + population]
+    std::vector<int32_t> Places;      // room
 };
 
 // F-statistics of shuffled pairs. The twin of Datensatz::AllelMix followed by
@@ -58,23 +58,26 @@ class PairTest {
 
     // Shuffles populations i and j (from 0) of `sample`, which was made from data().
     // locusTable: takes Fst of each locus in the column of the pair; null: not.
-    FWerte shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
+    FWerte shuffled(std::size_t i, std::size_t j, const CodedSample& sample, CMatrix* locusTable);
 
     // The pair as `sample` has it, not shuffled.
-    FWerte unshuffled(int32_t i, int32_t j, const CodedSample& sample);
+    FWerte unshuffled(std::size_t i, std::size_t j, const CodedSample& sample);
 
     const CodedData& data() const { return Data; }
 
   private:
-    bool hasBoth(std::size_t l, int32_t i, int32_t j) const {
-        return HasData[l][static_cast<std::size_t>(i)] != 0 &&
-               HasData[l][static_cast<std::size_t>(j)] != 0;
+    bool hasBoth(std::size_t l, std::size_t i, std::size_t j) const {
+        const std::size_t row = l * Data.populations();
+        return HasData[row + i] != 0 && HasData[row + j] != 0;
     }
+    std::optional<Varianz> components(std::size_t i, std::size_t j, const CodedSample& sample,
+                                      std::size_t l);
 
     CodedData Data;
     ShuffleArt Art;
     double Undefined;
-    std::vector<std::vector<char>> HasData; // [locus][population]: observed gene copies
+    bool ByRest;               // the second sample of a deal is what the first leaves over
+    std::vector<char> HasData; // observed gene copies: [locus x populations + population]
     PairShuffle Shuffle;
     PairEstimator Estimator;
     std::array<ShuffleTable, 2> Tables; // of the drawn samples

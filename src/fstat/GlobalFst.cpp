@@ -86,8 +86,7 @@ class GlobalTest {
     GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)
         : data(daten), linked(hasBit(fstMask, FstBit::Linked)), regel(hRegel(fstMask)),
           undefined_(undefined), shuffle(data, hasBit(fstMask, FstBit::Genotypes)),
-          tables(static_cast<std::size_t>(data.populations())),
-          rowOf(static_cast<std::size_t>(data.mostAlleles()) + 1) {
+          tables(data.populations()), rowOf(static_cast<std::size_t>(data.mostAlleles()) + 1) {
         pool.resize(data.mostAlleles());
         for (ShuffleTable& table : tables) {
             table.resize(data.mostAlleles());
@@ -104,7 +103,7 @@ class GlobalTest {
             if (!linked) {
                 shuffle.deal();
             }
-            if (data.populations() < kFewestPops) {
+            if (tables.size() < std::size_t{kFewestPops}) {
                 continue; // drawn all the same
             }
             count(data.locus(l));
@@ -122,10 +121,9 @@ class GlobalTest {
   private:
     void count(const CodedLocus& locus) {
         pool.clear();
-        for (int32_t pop = 0; pop < data.populations(); ++pop) {
-            ShuffleTable& table = tables[static_cast<std::size_t>(pop)];
-            shuffle.count(locus, pop, table);
-            pool.addCopies(table);
+        for (std::size_t pop = 0; pop < tables.size(); ++pop) {
+            shuffle.count(locus, pop, tables[pop]);
+            pool.addCopies(tables[pop]);
         }
     }
 

@@ -5,14 +5,14 @@
 #include <numeric>
 
 void OrderedPool::fill(int32_t n) {
-    Remaining = n;
     InTree = n >= kTreeFrom;
     if (InTree) {
         fillTree(n);
         return;
     }
-    Items.resize(static_cast<std::size_t>(n));
-    std::iota(Items.begin(), Items.end(), 0);
+    Remaining = n;
+    List.resize(static_cast<std::size_t>(n) + Block().size() + 1);
+    std::iota(List.begin(), List.begin() + n, uint16_t{0});
 }
 
 // Node k covers the items from k minus its lowest bit to k - 1; items from n on do not exist.
@@ -35,6 +35,5 @@ int32_t OrderedPool::takeFromTree(int32_t r) {
         place += behind ? step : 0;
         node -= behind ? 0 : 1;
     }
-    --Remaining;
     return place;
 }

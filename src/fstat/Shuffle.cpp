@@ -13,21 +13,20 @@ ShuffleArt ShuffleArt::of(uint32_t fstMask) {
 
 // --- Two populations -----------------------------------------------------------------------
 
-PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art, bool byRest)
-    : Data(data), Art(art), ByRest(byRest && art.Permutation) {}
+PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art) : Data(data), Art(art) {}
 
-PairShuffle::Side PairShuffle::slotsOf(int32_t pop) const {
+PairShuffle::Side PairShuffle::slotsOf(std::size_t pop) const {
     const int32_t size = Data.slots(pop);
     return {Data.slotPlace(pop), size,
             Art.Jackknife ? static_cast<int32_t>(jackknifedSlots(size)) : size};
 }
 
-PairShuffle::Side PairShuffle::pairsOf(int32_t pop) const {
+PairShuffle::Side PairShuffle::pairsOf(std::size_t pop) const {
     const Side slots = slotsOf(pop);
     return {Data.pairPlace(pop), slots.Size / 2, slots.Dealt / 2};
 }
 
-void PairShuffle::deal(int32_t pop1, int32_t pop2) {
+void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
     Paired = Art.Genotypes && Data.slots(pop1) % 2 == 0 && Data.slots(pop2) % 2 == 0;
     if (Paired) {
         dealUnits(pairsOf(pop1), pairsOf(pop2));
@@ -90,17 +89,12 @@ void PairShuffle::keepTail(std::size_t sample, const Side& side) {
     std::iota(Places[sample].begin() + side.Dealt, Places[sample].end(), side.Base + side.Dealt);
 }
 
-void PairShuffle::count(const CodedLocus& locus, const ShuffleTable& whole1,
-                        const ShuffleTable& whole2, ShuffleTable& t1, ShuffleTable& t2) const {
+void PairShuffle::count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const {
     t1.clear();
     t2.clear();
     if (Paired) {
         t1.addPairs(locus, Places[0]);
-        if (ByRest) {
-            t2.addRest(whole1, whole2, t1, locus, Places[1]);
-        } else {
-            t2.addPairs(locus, Places[1]);
-        }
+        t2.addPairs(locus, Places[1]);
     } else {
         t1.addSlots(locus, Places[0]);
         t2.addSlots(locus, Places[1]);
@@ -110,7 +104,7 @@ void PairShuffle::count(const CodedLocus& locus, const ShuffleTable& whole1,
 // --- All populations -----------------------------------------------------------------------
 
 GlobalShuffle::GlobalShuffle(const CodedData& data, bool genotypes) : Genotypes(genotypes) {
-    for (int32_t pop = 0; pop < data.populations(); ++pop) {
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
         Paired = Paired && data.slots(pop) % 2 == 0;
         for (int32_t slot = 0; slot < data.slots(pop); ++slot) {
             SlotPlace.push_back(data.slotPlace(pop) + slot);
@@ -119,7 +113,7 @@ GlobalShuffle::GlobalShuffle(const CodedData& data, bool genotypes) : Genotypes(
     Paired = Paired && genotypes;
     Total = static_cast<int32_t>(SlotPlace.size());
     Begin.push_back(0);
-    for (int32_t pop = 0; pop < data.populations(); ++pop) {
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
         Begin.push_back(Begin.back() + data.slots(pop) / (Paired ? 2 : 1));
         // A place that no shuffle reaches stays on the one behind its population's last.
         Places.resize(static_cast<std::size_t>(Begin.back()),
@@ -184,10 +178,10 @@ void GlobalShuffle::putPair(int32_t last, int32_t first, int32_t second) {
     }
 }
 
-void GlobalShuffle::count(const CodedLocus& locus, int32_t pop, ShuffleTable& table) const {
-    const auto p = static_cast<std::size_t>(pop);
-    const std::span<const int32_t> sample = std::span(Places).subspan(
-        static_cast<std::size_t>(Begin[p]), static_cast<std::size_t>(Begin[p + 1] - Begin[p]));
+void GlobalShuffle::count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const {
+    const std::span<const int32_t> sample =
+        std::span(Places).subspan(static_cast<std::size_t>(Begin[pop]),
+                                  static_cast<std::size_t>(Begin[pop + 1] - Begin[pop]));
     table.clear();
     if (Paired) {
         table.addPairs(locus, sample);

@@ -27,17 +27,20 @@ struct ShuffleArt {
 // Shuffles of two populations.
 class PairShuffle {
   public:
-    // `data` gives the places; it outlives the object. byRest: the second sample is wanted
-    // for its counts and CalcHetobs alone, so that it need not be counted on its own.
-    PairShuffle(const CodedData& data, const ShuffleArt& art, bool byRest);
+    // `data` gives the places; it outlives the object.
+    PairShuffle(const CodedData& data, const ShuffleArt& art);
 
     // Deals the slots of both populations (from 0) out anew.
-    void deal(int32_t pop1, int32_t pop2);
+    void deal(std::size_t pop1, std::size_t pop2);
+
+    // Whether the places of the last deal are pair places.
+    bool paired() const { return Paired; }
+    // The places of sample 0 or 1 of the last deal.
+    std::span<const int32_t> places(std::size_t sample) const { return Places[sample]; }
 
     // Counts the samples of the last deal at a locus of `data`, or of a data set with the
-    // same places. whole1, whole2: the tables of both populations there.
-    void count(const CodedLocus& locus, const ShuffleTable& whole1, const ShuffleTable& whole2,
-               ShuffleTable& t1, ShuffleTable& t2) const;
+    // same places.
+    void count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const;
 
   private:
     // A population that is dealt, in units (slots or pairs): unit u stands at place Base + u.
@@ -47,15 +50,14 @@ class PairShuffle {
         int32_t Dealt; // the first units, which take part; the others stay at home
     };
 
-    Side slotsOf(int32_t pop) const;
-    Side pairsOf(int32_t pop) const;
+    Side slotsOf(std::size_t pop) const;
+    Side pairsOf(std::size_t pop) const;
     void dealUnits(const Side& a, const Side& b);
     void dealOddPairs(const Side& a, const Side& b);
     void keepTail(std::size_t sample, const Side& side);
 
     const CodedData& Data;
     ShuffleArt Art;
-    bool ByRest;
     bool Paired = false; // of the last deal: Places are pair places
     OrderedPool Pool;
     std::array<std::vector<int32_t>, 2> Places; // of both samples
@@ -70,7 +72,7 @@ class GlobalShuffle {
     void deal();
 
     // Counts the sample of a population (from 0) of the last deal at a locus of `data`.
-    void count(const CodedLocus& locus, int32_t pop, ShuffleTable& table) const;
+    void count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const;
 
   private:
     void dealPairs();

@@ -94,11 +94,11 @@ CodedData::CodedData(const Datensatz& daten) : Loci(daten.Loci.size()) {
         locus.Code.reserve(static_cast<std::size_t>(slotPlaces));
         locus.Weight.reserve(static_cast<std::size_t>(slotPlaces));
         locus.Pairs.resize(static_cast<std::size_t>(pairPlaces));
-        for (int32_t pop = 0; pop < populations(); ++pop) {
+        for (std::size_t pop = 0; pop < populations(); ++pop) {
             for (int32_t slot = 0; slot <= slots(pop); ++slot) { // with the one behind the last
-                locus.Code.push_back(
-                    codeOf(alleles, daten.Loci[l].GetDataChromosom(pop + 1, slot)));
-                locus.Weight.push_back(daten.Loci[l].isHaploid(pop + 1, slot) != 0 ? 1 : 2);
+                const int number = static_cast<int>(pop) + 1;
+                locus.Code.push_back(codeOf(alleles, daten.Loci[l].GetDataChromosom(number, slot)));
+                locus.Weight.push_back(daten.Loci[l].isHaploid(number, slot) != 0 ? 1 : 2);
             }
             locus.pairUp(slotPlace(pop), pairPlace(pop), slots(pop));
         }
@@ -109,8 +109,8 @@ void CodedData::readThrough(const SlotSheet& sheet, CodedData& out) const {
     for (std::size_t l = 0; l < Loci.size(); ++l) {
         const CodedLocus& from = Loci[l];
         CodedLocus& to = out.Loci[l];
-        for (int32_t pop = 0; pop < populations(); ++pop) {
-            const std::vector<long>& sources = sheet[l][static_cast<std::size_t>(pop)];
+        for (std::size_t pop = 0; pop < populations(); ++pop) {
+            const std::vector<long>& sources = sheet[l][pop];
             for (int32_t slot = 0; slot < slots(pop); ++slot) {
                 const long source = sources[static_cast<std::size_t>(slot)];
                 const auto target = static_cast<std::size_t>(slotPlace(pop) + slot);
@@ -139,15 +139,6 @@ void ShuffleTable::resize(int32_t alleles) {
     Order.assign(static_cast<std::size_t>(alleles) + 1, 0);
     Found = 0;
     clear();
-}
-
-void ShuffleTable::clear() {
-    for (const uint32_t code : alleles()) {
-        Count[code] = 0;
-    }
-    Count[kMissing] = 1; // missing data never look like a new allele
-    Found = 0;
-    Sum = {};
 }
 
 void ShuffleTable::addPairs(const CodedLocus& locus, std::span<const int32_t> places) {
@@ -188,36 +179,6 @@ void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> pl
     Sum = sum;
 }
 
-void ShuffleTable::addRest(const ShuffleTable& whole1, const ShuffleTable& whole2,
-                           const ShuffleTable& drawn, const CodedLocus& locus,
-                           std::span<const int32_t> places) {
-    Sum += whole1.Sum;
-    Sum += whole2.Sum;
-    Sum -= drawn.Sum;
-    int32_t open = Sum.Copies; // not yet counted
-    for (const uint32_t code : drawn.alleles()) {
-        const int32_t left = whole1.Count[code] + whole2.Count[code] - drawn.Count[code];
-        Order[Found] = code;
-        Found += left != 0 ? 1 : 0;
-        Count[code] = left;
-        open -= left;
-    }
-    // What is open belongs to alleles that this sample alone has: those without a count.
-    const auto addNew = [&](uint32_t code) {
-        if (Count[code] == 0) {
-            Count[code] = whole1.Count[code] + whole2.Count[code];
-            Order[Found] = code;
-            ++Found;
-            open -= Count[code];
-        }
-    };
-    const CodedPair* const pairs = locus.Pairs.data();
-    for (const int32_t* place = places.data(); open > 0; ++place) {
-        addNew(pairs[*place].First);
-        addNew(pairs[*place].Second);
-    }
-}
-
 void ShuffleTable::addCopies(const ShuffleTable& other) {
     for (const uint32_t code : other.alleles()) {
         Order[Found] = code;
@@ -236,10 +197,6 @@ double ShuffleTable::sumOfSquares() const {
     return sum;
 }
 
-double ShuffleTable::CalcHetobs() const {
-    return Sum.Weight <= 1 || Sum.Typed <= 1 ? -1.0 : Sum.Hetero / (Sum.Typed * 0.5);
-}
-
 double ShuffleTable::CalcHet() const {
     if (Sum.Weight <= 2) {
         return -1.0;
@@ -256,26 +213,62 @@ double ShuffleTable::CalcHetuk() const {
 
 PairEstimator::PairEstimator(HRegel regel, int32_t mostAlleles)
     : Regel(regel), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {
+    Drawn.resize(mostAlleles);
 }
 
 std::optional<Varianz> PairEstimator::components(const ShuffleTable& t1, const ShuffleTable& t2) {
-    std::size_t found = 0;
+    Found = 0;
     for (const uint32_t code : t1.alleles()) {
-        Counts1[found] = t1.count(code);
-        Counts2[found] = t2.count(code);
-        ++found;
+        put(t1.count(code), t2.count(code));
     }
     for (const uint32_t code : t2.alleles()) {
-        Counts1[found] = 0;
-        Counts2[found] = t2.count(code);
-        found += t1.count(code) == 0 ? 1 : 0;
-    }
-    for (; found % kAlleleStep != 0; ++found) {
-        Counts1[found] = 0;
-        Counts2[found] = 0;
+        if (t1.count(code) == 0) {
+            put(0, t2.count(code));
+        }
     }
     const HRegel choice = pairRegel(Regel, t1, t2);
-    return pairComponents({t1.tally().Copies, t2.tally().Copies, sampleH(choice, t1),
-                           sampleH(choice, t2), std::span(Counts1).first(found),
-                           std::span(Counts2).first(found)});
+    return estimate(t1.tally(), t2.tally(), sampleH(choice, t1), sampleH(choice, t2));
+}
+
+std::optional<Varianz> PairEstimator::componentsOfDeal(const CodedLocus& locus,
+                                                       const ShuffleTable& whole1,
+                                                       const ShuffleTable& whole2,
+                                                       std::span<const int32_t> places1,
+                                                       std::span<const int32_t> places2) {
+    Drawn.clear();
+    Drawn.addPairs(locus, places1);
+    Tally rest = whole1.tally();
+    rest += whole2.tally();
+    rest -= Drawn.tally();
+    Found = 0;
+    int32_t open = rest.Copies; // not yet found in the second sample
+    for (const uint32_t code : Drawn.alleles()) {
+        const int32_t left = whole1.count(code) + whole2.count(code) - Drawn.count(code);
+        put(Drawn.count(code), left);
+        open -= left;
+    }
+    // What is open belongs to alleles that the second sample alone has, in their order there.
+    const auto addNew = [&](uint32_t code) {
+        if (Drawn.count(code) == 0) {
+            const int32_t copies = whole1.count(code) + whole2.count(code);
+            put(0, copies);
+            open -= copies;
+            Drawn.mark(code);
+        }
+    };
+    for (const int32_t* place = places2.data(); open > 0; ++place) {
+        const CodedPair& pair = locus.Pairs[static_cast<std::size_t>(*place)];
+        addNew(pair.First);
+        addNew(pair.Second);
+    }
+    return estimate(Drawn.tally(), rest, Drawn.CalcHetobs(), rest.CalcHetobs());
+}
+
+std::optional<Varianz> PairEstimator::estimate(const Tally& t1, const Tally& t2, double H1,
+                                               double H2) {
+    while (Found % kAlleleStep != 0) {
+        put(0, 0);
+    }
+    return pairComponents({t1.Copies, t2.Copies, H1, H2, std::span(Counts1).first(Found),
+                           std::span(Counts2).first(Found)});
 }

@@ -34,6 +34,9 @@ struct Tally {
         Typed -= other.Typed;
         Hetero -= other.Hetero;
     }
+
+    // As AllelCount::CalcHetobs.
+    double CalcHetobs() const { return Weight <= 1 || Typed <= 1 ? -1.0 : Hetero / (Typed * 0.5); }
 };
 
 // Two entries that are counted as one individual.
@@ -67,15 +70,15 @@ class CodedData {
     // this object or an earlier result.
     void readThrough(const SlotSheet& sheet, CodedData& out) const;
 
-    int32_t populations() const { return static_cast<int32_t>(Slots.size()); }
+    std::size_t populations() const { return Slots.size(); }
     std::size_t loci() const { return Loci.size(); }
     const CodedLocus& locus(std::size_t l) const { return Loci[l]; }
-    int32_t slots(int32_t pop) const { return Slots[static_cast<std::size_t>(pop)]; }
+    int32_t slots(std::size_t pop) const { return Slots[pop]; }
 
     // Place of slot 0 of a population; the place behind its last slot reads as missing.
-    int32_t slotPlace(int32_t pop) const { return SlotPlace[static_cast<std::size_t>(pop)]; }
+    int32_t slotPlace(std::size_t pop) const { return SlotPlace[pop]; }
     // Place of the first pair of a population.
-    int32_t pairPlace(int32_t pop) const { return PairPlace[static_cast<std::size_t>(pop)]; }
+    int32_t pairPlace(std::size_t pop) const { return PairPlace[pop]; }
 
     int32_t mostAlleles() const; // of any locus
 
@@ -93,7 +96,14 @@ class ShuffleTable {
     // Room for alleles 1..alleles; empties the table.
     void resize(int32_t alleles);
 
-    void clear();
+    void clear() {
+        for (const uint32_t code : alleles()) {
+            Count[code] = 0;
+        }
+        Count[0] = 1; // missing data never look like a new allele
+        Found = 0;
+        Sum = {};
+    }
 
     // Counts individuals, given by their pair places.
     void addPairs(const CodedLocus& locus, std::span<const int32_t> places);
@@ -102,12 +112,6 @@ class ShuffleTable {
     // once after a clear.
     void addSlots(const CodedLocus& locus, std::span<const int32_t> places);
 
-    // Counts the individuals that `drawn` leaves over of two whole populations, given by their
-    // pair places: what addPairs does, by subtraction. The alleles that `drawn` has come first
-    // and in its order, so of the statistics CalcHetobs alone is that of addPairs.
-    void addRest(const ShuffleTable& whole1, const ShuffleTable& whole2, const ShuffleTable& drawn,
-                 const CodedLocus& locus, std::span<const int32_t> places);
-
     // Counts the gene copies of another table; those of its alleles that are new follow in
     // its order. Individuals are left out, so of the statistics only CalcHetuk remains.
     void addCopies(const ShuffleTable& other);
@@ -115,7 +119,7 @@ class ShuffleTable {
     // --- Statistics, as in AllelCount ---------------------------------------------------
 
     bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
-    double CalcHetobs() const;
+    double CalcHetobs() const { return Sum.CalcHetobs(); }
     double CalcHet() const;
     double CalcHetuk() const;
 
@@ -127,6 +131,13 @@ class ShuffleTable {
     int32_t count(uint32_t code) const { return Count[code]; }
     // Share of an allele; 0 if it is not there. The table is not empty.
     double frequency(uint32_t code) const { return double(count(code)) / Sum.Copies; }
+
+    // Enters an allele that is not counted, so that count() is not 0 until the next clear.
+    void mark(uint32_t code) {
+        Order[Found] = code;
+        ++Found;
+        Count[code] = 1;
+    }
 
   private:
     double sumOfSquares() const;
@@ -145,8 +156,26 @@ class PairEstimator {
 
     std::optional<Varianz> components(const ShuffleTable& t1, const ShuffleTable& t2);
 
+    // The same for two populations that were dealt out anew as whole individuals, given by
+    // their pair places, each once. whole1, whole2: the tables of the populations. The second
+    // sample is not counted: it is what the first one leaves over. The rule must be Hobs.
+    std::optional<Varianz> componentsOfDeal(const CodedLocus& locus, const ShuffleTable& whole1,
+                                            const ShuffleTable& whole2,
+                                            std::span<const int32_t> places1,
+                                            std::span<const int32_t> places2);
+
   private:
+    // Writes the counts of an allele behind those before.
+    void put(int32_t count1, int32_t count2) {
+        Counts1[Found] = count1;
+        Counts2[Found] = count2;
+        ++Found;
+    }
+    std::optional<Varianz> estimate(const Tally& t1, const Tally& t2, double H1, double H2);
+
     HRegel Regel;
+    ShuffleTable Drawn;           // the first sample of a deal
+    std::size_t Found = 0;        // alleles in the lists
     std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step
     std::vector<int32_t> Counts2;
 };

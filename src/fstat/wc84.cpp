@@ -55,28 +55,6 @@ Varianz globalComponents(const GlobalLocus& g, const Sizes& sum) {
     return {a, b, H};
 }
 
-// What does not change from allele to allele.
-struct PairSizes {
-    double n1; // gene copies
-    double n2;
-    double nA; // individuals
-    double nB;
-    double S;
-    double nc;
-};
-
-// What one allele adds to a and to b.
-void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
-    const double p1 = count1 / n.n1;
-    const double p2 = count2 / n.n2;
-    const double pbar = (n.nA * p1 + n.nB * p2) / n.S;
-    const double s2 =
-        2.0 * (n.nA * ((p1 - pbar) * (p1 - pbar)) + n.nB * ((p2 - pbar) * (p2 - pbar))) / n.S;
-    const double x = pbar * (1.0 - pbar) - s2 / 2.0;
-    a = n.S * (s2 - 2.0 * x / (n.S - 2.0)) / (2.0 * n.nc);
-    b = n.S * x / (n.S - 2.0);
-}
-
 } // namespace
 
 HRegel hRegel(uint32_t fstMask) {
@@ -93,49 +71,12 @@ std::optional<double> locusFst(const Varianz& v) {
     return v.a / (v.a + v.b + v.c);
 }
 
-void FSummen::add(const Varianz& v) {
-    A += v.a;
-    B += v.b;
-    C += v.c;
-}
-
 FWerte FSummen::values(double undefined) const {
     if (B == 0.0 && C == 0.0) {
         return {undefined, undefined, undefined};
     }
     const double T = A + B + C;
     return {A / T, 1.0 - C / T, 1.0 - C / (B + C)};
-}
-
-std::optional<Varianz> pairComponents(const PairLocus& locus) {
-    const double nA = locus.copies1 * 0.5;
-    const double nB = locus.copies2 * 0.5;
-    const double S = nA + nB;
-    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
-        locus.counts1.empty()) {
-        return std::nullopt;
-    }
-    const double nc = 2.0 * nA * nB / S;
-    const PairSizes n{double(locus.copies1), double(locus.copies2), nA, nB, S, nc};
-    const int32_t* const counts1 = locus.counts1.data();
-    const int32_t* const counts2 = locus.counts2.data();
-    double a = 0.0;
-    double b = 0.0;
-    for (std::size_t k = 0; k < locus.counts1.size(); k += kAlleleStep) {
-        double termA[kAlleleStep];
-        double termB[kAlleleStep];
-        for (std::size_t m = 0; m < kAlleleStep; ++m) {
-            alleleTerms(n, counts1[k + m], counts2[k + m], termA[m], termB[m]);
-        }
-        for (std::size_t m = 0; m < kAlleleStep; ++m) {
-            a += termA[m];
-            b += termB[m];
-        }
-    }
-    const double H = (nA * locus.H1 + nB * locus.H2) / S;
-    a += S * H / (2.0 * nc * (S - 2.0));
-    b -= (S / (S - 2.0) + 1.0) * H / 2.0;
-    return Varianz{a, b, H};
 }
 
 void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value) {

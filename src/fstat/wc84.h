@@ -54,7 +54,11 @@ std::optional<double> locusFst(const Varianz& v);
 // Sums of the components over loci.
 class FSummen {
   public:
-    void add(const Varianz& v);
+    void add(const Varianz& v) {
+        A += v.a;
+        B += v.b;
+        C += v.c;
+    }
 
     // Fst, Fit, Fis: ratios of the sums. All `undefined` if B and C are both 0; no other
     // division is guarded.
@@ -68,6 +72,8 @@ class FSummen {
 
 // --- Two samples -----------------------------------------------------------------
 
+// The core of the tests' innermost loop, so it is inline.
+
 // Alleles that are computed side by side. A list of counts is filled up with zeros to a
 // multiple of it: an allele that neither sample has adds nothing.
 constexpr std::size_t kAlleleStep = 4;
@@ -78,15 +84,65 @@ struct PairLocus {
     int32_t copies2;
     double H1; // heterozygosity of the samples; negative: cannot be computed
     double H2;
-    std::span<const int32_t>
-        counts1; // copies of each allele to sum over in sample 1; see kAlleleStep
+    std::span<const int32_t> counts1; // copies of each allele to sum over, see kAlleleStep
     std::span<const int32_t> counts2; // ... in sample 2
 };
+
+// What does not change from allele to allele.
+struct PairSizes {
+    double n1; // gene copies
+    double n2;
+    double nA; // individuals
+    double nB;
+    double S;
+    double nc;
+};
+
+// What one allele adds to a and to b.
+inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
+    const double p1 = count1 / n.n1;
+    const double p2 = count2 / n.n2;
+    const double pbar = (n.nA * p1 + n.nB * p2) / n.S;
+    const double s2 =
+        2.0 * (n.nA * ((p1 - pbar) * (p1 - pbar)) + n.nB * ((p2 - pbar) * (p2 - pbar))) / n.S;
+    const double x = pbar * (1.0 - pbar) - s2 / 2.0;
+    a = n.S * (s2 - 2.0 * x / (n.S - 2.0)) / (2.0 * n.nc);
+    b = n.S * x / (n.S - 2.0);
+}
 
 // The components of a pair's locus; a sample of n gene copies has n / 2 individuals, also
 // if it is haploid. Nothing if a sample is empty, both have 2 individuals or fewer
 // together, an H is negative or there are no alleles.
-std::optional<Varianz> pairComponents(const PairLocus& locus);
+inline std::optional<Varianz> pairComponents(const PairLocus& locus) {
+    const double nA = locus.copies1 * 0.5;
+    const double nB = locus.copies2 * 0.5;
+    const double S = nA + nB;
+    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
+        locus.counts1.empty()) {
+        return std::nullopt;
+    }
+    const double nc = 2.0 * nA * nB / S;
+    const PairSizes n{double(locus.copies1), double(locus.copies2), nA, nB, S, nc};
+    const int32_t* const counts1 = locus.counts1.data();
+    const int32_t* const counts2 = locus.counts2.data();
+    double a = 0.0;
+    double b = 0.0;
+    for (std::size_t k = 0; k < locus.counts1.size(); k += kAlleleStep) {
+        double termA[kAlleleStep];
+        double termB[kAlleleStep];
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            alleleTerms(n, counts1[k + m], counts2[k + m], termA[m], termB[m]);
+        }
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            a += termA[m];
+            b += termB[m];
+        }
+    }
+    const double H = (nA * locus.H1 + nB * locus.H2) / S;
+    a += S * H / (2.0 * nc * (S - 2.0));
+    b -= (S / (S - 2.0) + 1.0) * H / 2.0;
+    return Varianz{a, b, H};
+}
 
 // --- Many samples ----------------------------------------------------------------
 
