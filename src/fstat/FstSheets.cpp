@@ -8,6 +8,7 @@
 
 #include "control/AnalyseDataObj.h"
 #include "data/sheet.h"
+#include "distance/distancefile.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ void writeSheetRows(const AnalyseDataObj& lauf, ResultFile& sheet, Cell&& cell) 
 void writeMatrix(const AnalyseDataObj& lauf, ResultFile& file, const CMatrix& matrix) {
     file.print("%d\n", lauf.AnzPop);
     writeRows(
-        lauf, file, [&](const std::string& name) { file.print("%10.10s", name.c_str()); },
+        lauf, file, [&](const std::string& name) { file.text(populationLabel(name)); },
         [&](int32_t row, int32_t column) {
             file.character(' ');
             file.fixed(matrix(row, column), 5, 8);
