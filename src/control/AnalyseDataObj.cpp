@@ -57,6 +57,9 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     if (hasBit(GeneralMask, GeneralBit::IndDistances) && IndDistMask != 0) {
         (void)CalcDistancesInd(bootstraps);
     }
+    if (hasBit(GeneralMask, GeneralBit::FStatistics) && FstMask != 0) {
+        (void)CalcDistancesSpecial(permutations);
+    }
     if (hasBit(GeneralMask, GeneralBit::HetRange)) {
         (void)CalcHetRange();
     }

@@ -12,6 +12,7 @@
 #include "data/allelcount.h"
 #include "data/lociclass.h"
 #include "data/resultfile.h"
+#include "fstat/ftriple.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -169,6 +170,77 @@ class AnalyseDataObj : public AnalyseSettings {
     long IND_DIST_POSA();
 
     // --- F-statistics: fstat/ -----------------------------------------------------------
+    // Populations i and j count from 0 here. A value that cannot be computed is DistFehlerwert.
+
+    // The pass (fstat/FstDrivers.cpp): stores Permutationen, works in "F-Statistic". 0; 2 with
+    // no flag on or for a folder that exists and cannot be entered, 1 for a new one; -4 without
+    // data.
+    int CalcDistancesSpecial(long permutationen);
+
+    // All pairs: estimates, tests and sheets. 0; -1 if a result file cannot be opened.
+    int FST_ALLG();
+
+    // All populations at once: estimates, test and sheets. 0.
+    int FST_ALLGGLOBAL();
+
+    // Fst, Fit and Fis of a pair (Weir and Cockerham 1984), fstat/FstPair.cpp, stored at (i, j)
+    // and (j, i) of f. tab[0]: the alleles to sum over; tab[idx1 + 1], tab[idx2 + 1]: the
+    // samples; each a table per locus. locusFile: takes Fst of each locus if the bit for that is
+    // on; null: not. locusTable: takes them in the column of the pair, if its bits are on. 0.
+    int FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci, long idx1,
+                        long idx2, ResultFile* locusFile, CMatrix& locusTable) const;
+
+    // All pairs of `tab` (as PopAllele), with "Fst_per_locus.xls" if its bit is on. 0; 1 if
+    // `tab` is empty.
+    int FST_PAIR_WC84(FTripel& f, const AllelTabellen& tab, CMatrix& locusTable);
+
+    // Log-likelihood ratio G of a pair, another test statistic beside Fst: stored in all three
+    // matrices. 0.0 where there is nothing to compare. 0.
+    int LOGG_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci,
+                         long idx1, long idx2) const;
+
+    // Permutation test of the observed f of all pairs (fstat/FstPermutation.cpp). p: plain
+    // p-values above, corrected ones (times the number of pairs) below the diagonal. locusTable:
+    // holds values of the last permutation then. Seeds and draws from the random stream. 0.
+    int FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen& tab,
+                   CMatrix& locusTable) const;
+
+    // The same on data thinned anew in each permutation (fstat/FstRandomDiscard.cpp). f: takes
+    // the means of the test statistics. untergrenze, obergrenze: take the limits of Fst, if the
+    // bit for that is on. 0.
+    int FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab, CMatrix& untergrenze,
+                    CMatrix& obergrenze, CMatrix& locusTable) const;
+
+    // Draws one thinned data set: the source of each slot. `sheet` comes with all its cells. 0.
+    int CreateNewDataSheetMix(SlotSheet& sheet) const;
+
+    // Fst, Fit, Fis, Gst, Gst' over all populations (Weir and Cockerham 1984; Nei 1973; Hedrick
+    // 2005), fstat/GlobalFst.cpp. locus: five rows, takes the values of each locus (column). 0; 1
+    // with fewer than two populations and `locus` untouched.
+    int FST_GLOBAL_WC84(double& fst, double& fit, double& fis, double& gst, double& gstStrich,
+                        CMatrix& locus, const AllelTabellen& tab, int nLoci, int nPop) const;
+
+    // Permutation test of the observed values that come in; p-values of Fst, Gst, Gst' over all
+    // loci and, in rows 0 to 2, of each locus. Seeds and draws from the random stream. 0.
+    int FST_GLOBAL_P_WC84(double fst, double gst, double gstStrich, const CMatrix& locus,
+                          double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) const;
+
+    // F-beta of all populations and pairs, with its two sheets (fstat/FBeta.cpp). 0.
+    int F_BETA_ALLG();
+
+    // The references of F-beta, a row a locus, -1.0 where no population has two gene copies:
+    // N gene copies, W weight of the samples, Q diversity within and between them. 0.
+    int F_HELPER(CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) const;
+
+    // beta i into (i, i). mittel: one minus the sum of ratios over loci instead of the ratio of
+    // sums. betaN is not read. 0.
+    int F_Betai_SINGLE(int i, CMatrix& beta, const CMatrix& betaN, const CMatrix& betaW,
+                       const CMatrix& betaQ, bool mittel) const;
+
+    // beta ij into (i, j) and (j, i). A pair without data gives (i, i) and (j, i) DistFehlerwert.
+    // 0; -1 with nothing changed if i is j.
+    int F_Betaij_SINGLE(int i, int j, CMatrix& beta, const CMatrix& betaN, const CMatrix& betaW,
+                        const CMatrix& betaQ, bool mittel) const;
 
     // --- Heterozygosity range: hetrange/CalcHetRange.cpp -------------------------
 
@@ -278,6 +350,7 @@ class AnalyseDataObj : public AnalyseSettings {
     bool OrdnerFehlt = false;    // the last InitPath failed: WriteOutput runs no pass
 
   private:
+    int TestPairs(FTripel& f, CMatrix& locusTable); // last part of FST_ALLG
     void ReportFileFailure(const std::string& name, const std::string& reason);
 };
 

@@ -12,6 +12,7 @@
 #define KVA_DATA_LOCICLASS_H
 
 #include "data/allelcount.h"
+#include "fstat/MakeMix.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -300,6 +301,35 @@ class Datensatz {
     int MakeMigrateLine(int pop, int ind, int repeatMass, std::string& migrate,
                         std::string& arlequin1, std::string& arlequin2,
                         const std::vector<int32_t>& schrittweite) const;
+
+    // --- Shuffled samples (fstat/AllelMix.cpp), populations from 0 ----------------------
+
+    // Fills the tables of one shuffled pair: mix[0] both samples, mix[1] and mix[2] the
+    // drawn ones, each with a table per locus. quelle: the observed tables, entry pop + 1
+    // for population pop; a locus without data in one of the two leaves the tables of the
+    // locus empty and, unless `linked` is 1, draws nothing. sheet: source of each slot.
+    // map1, map2, buffer: scratch of MakeMix2, to which the flags go. 0.
+    int AllelMix(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+                 const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
+                 int linked, int permutation, int jackknife, std::vector<int32_t>& buffer) const;
+
+    // The same with six tables: mix[3] to mix[5] take both populations and each of them
+    // as the sheet gives them, not shuffled.
+    int AllelMixE(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+                  const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
+                  int linked, int permutation, int jackknife, std::vector<int32_t>& buffer) const;
+
+    // Another scheme: draws both samples with replacement, locus by locus, from the slots
+    // (genotypes not 0: individuals) of the two populations. 0.
+    int AllelMix(AllelTabellen& mix, long pop1, long pop2, int genotypes) const;
+
+    // Fills the tables of one shuffle of all populations: tab[0] the pool, tab[p + 1]
+    // population p. The maps have groessen[p] places for each population; they keep what a
+    // shuffle does not deal to them. linked 1: one shuffle for all loci. 0.
+    int CountMixGlobal(AllelTabellen& tab, std::vector<std::vector<int32_t>>& mapSlot,
+                       std::vector<std::vector<int32_t>>& mapPop,
+                       std::span<const int32_t> groessen, int gesamt, std::vector<int32_t>& buffer,
+                       int linked, int genotypes) const;
 
     std::vector<LociObj> Loci; // locus l is Loci[l - 1]
     int32_t AnzLoci = 0;       // always the size of Loci

@@ -1,0 +1,200 @@
+// "LocusFHeterogeneity.xls":
+//
+//      Heterogeneity in F-Statistics among loci
+//      calculated by resampling (with replacement) over all loci
+//
+//      Analysis takes 8 Loci out of 9 Loci total.
+//      KVA made 1000 replikas.
+//
+//      			Fst				Fst
+//      		95% lower	mean	95% upper		99% lower	mean 99%
+//      upper
+//      P01	P02	0.069180	0.130774	0.183466		0.050404
+//      0.130774	0.199873
+#include "fstat/FstHeterogeneity.h"
+
+#include "control/AnalyseDataObj.h"
+#include "fstat/CConfidenz.h"
+#include "fstat/ftriple.h"
+#include "fstat/randsci.h"
+
+#include <array>
+#include <iostream>
+#include <span>
+
+namespace {
+
+constexpr const char* kOfPairs = "made";
+constexpr const char* kOfAll = "makes";
+
+void writeHead(const AnalyseDataObj& lauf, ResultFile& sheet, const char* verb) {
+    sheet.text("Heterogeneity in F-Statistics among loci\n"
+               "calculated by resampling (with replacement) over all loci\n\n");
+    sheet.print("Analysis takes %d Loci out of %d Loci total.\n",
+                lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci), lauf.AnzLoci);
+    sheet.print("KVA %s %d replikas.\n\n", verb, lauf.Replikate);
+}
+
+// Says that a row has no values, since no locus is defined.
+void tellNoLocus(AnalyseDataObj& lauf, const std::string& row) {
+    const std::string line =
+        "No locus with a defined Fst, heterogeneity among loci is n.d.: " + row;
+    std::cout << '\n' << line << std::endl;
+    lauf.LogDatei.text(line + "\n");
+    lauf.LogDatei.flush();
+}
+
+// A locus drawn among those where `value` is defined.
+template <class Value> int32_t drawLocus(const AnalyseDataObj& lauf, Value&& value) {
+    int32_t l = drawIndex(lauf.AnzLoci);
+    while (value(l) == lauf.DistFehlerwert) {
+        l = drawIndex(lauf.AnzLoci);
+    }
+    return l;
+}
+
+template <class Value> bool anyDefined(const AnalyseDataObj& lauf, Value&& value) {
+    for (int32_t l = 0; l < lauf.AnzLoci; ++l) {
+        if (value(l) != lauf.DistFehlerwert) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Limits of one statistic.
+struct Limits {
+    double lower = 0.0;
+    double upper = 0.0;
+};
+
+Limits limits95(const CConfidenz& values) {
+    Limits limits;
+    (void)values.GetIntervall95(limits.upper, limits.lower); // complete by now
+    return limits;
+}
+
+Limits limits99(const CConfidenz& values) {
+    Limits limits;
+    (void)values.GetIntervall99(limits.upper, limits.lower);
+    return limits;
+}
+
+void writeTriple(ResultFile& sheet, const Limits& limits, double mean) {
+    sheet.print("%f\t%f\t%f\t", limits.lower, mean, limits.upper);
+}
+
+// The rest of a row: the 95 % triples of all statistics, then those of 99 %.
+void writeTriples(ResultFile& sheet, std::span<const CConfidenz> values) {
+    for (std::size_t s = 0; s < values.size(); ++s) {
+        sheet.text(s > 0 ? "\t" : "");
+        writeTriple(sheet, limits95(values[s]), values[s].GetMittel());
+    }
+    for (const CConfidenz& value : values) {
+        sheet.character('\t');
+        writeTriple(sheet, limits99(value), value.GetMittel());
+    }
+}
+
+// The rest of a row without values, for `statistics` F-statistics.
+void writeNoTriples(ResultFile& sheet, int statistics) {
+    for (int triple = 0; triple < 2 * statistics; ++triple) {
+        sheet.text(triple > 0 ? "\t" : "");
+        sheet.text("n.d.\tn.d.\tn.d.\t");
+    }
+}
+
+// One pair: replicas of the mean Fst of the drawn loci.
+void writePair(AnalyseDataObj& lauf, ResultFile& sheet, const CMatrix& locusTable, int32_t pair,
+               const std::string& label) {
+    const auto fst = [&](int32_t l) { return locusTable(l, pair); };
+    if (!anyDefined(lauf, fst)) {
+        writeNoTriples(sheet, 1);
+        tellNoLocus(lauf, label);
+        return;
+    }
+    const int32_t loci = lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci);
+    std::array<CConfidenz, 1> values;
+    values[0].Init(lauf.Replikate);
+    for (int32_t replica = 0; replica < lauf.Replikate; ++replica) {
+        double sum = 0.0;
+        for (int32_t n = 0; n < loci; ++n) {
+            sum += fst(drawLocus(lauf, fst));
+        }
+        (void)values[0].DatenUebergabe(sum / loci);
+    }
+    writeTriples(sheet, values);
+}
+
+// All populations: replicas of the mean Fst, Fit and Fis of the drawn loci.
+std::array<CConfidenz, 3> globalReplicas(const AnalyseDataObj& lauf, const CMatrix& locusTable) {
+    const int32_t loci = lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci);
+    std::array<CConfidenz, 3> values;
+    for (CConfidenz& value : values) {
+        value.Init(lauf.Replikate);
+    }
+    for (int32_t replica = 0; replica < lauf.Replikate; ++replica) {
+        FWerte sum = {0.0, 0.0, 0.0};
+        for (int32_t n = 0; n < loci; ++n) {
+            const int32_t locus =
+                drawLocus(lauf, [&](int32_t l) { return locusTable(FZeile::Fst, l); });
+            for (std::size_t s = 0; s < sum.size(); ++s) {
+                sum[s] += locusTable(static_cast<int32_t>(s), locus);
+            }
+        }
+        for (std::size_t s = 0; s < sum.size(); ++s) {
+            (void)values[s].DatenUebergabe(sum[s] / loci);
+        }
+    }
+    return values;
+}
+
+} // namespace
+
+int32_t lociPerReplica(int32_t replikaLoci, int32_t anzLoci) {
+    int32_t loci = replikaLoci < 1 ? replikaLoci + anzLoci : replikaLoci;
+    if (loci > anzLoci) {
+        loci = anzLoci - 1;
+    }
+    if (loci < 1) {
+        loci = anzLoci > 1 ? 2 : 1;
+    }
+    return loci;
+}
+
+void writePairHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet) {
+    writeHead(lauf, sheet, kOfPairs);
+    sheet.text("\t\t\tFst\t\t\t\tFst\n"
+               "\t\t95% lower\tmean\t95% upper\t\t99% lower\tmean\t99% upper");
+    int32_t pair = 0;
+    for (int i = 1; i < lauf.AnzPop; ++i) {
+        for (int j = i + 1; j <= lauf.AnzPop; ++j) {
+            const std::string& first = *lauf.Daten->GetPopName(i);
+            const std::string& second = *lauf.Daten->GetPopName(j);
+            sheet.text("\n" + first + "\t" + second + "\t");
+            writePair(lauf, sheet, locusTable, pair, first + " and " + second);
+            ++pair;
+        }
+    }
+}
+
+void writeGlobalHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet) {
+    if (hasBit(lauf.FstMask, FstBit::NoPairs)) {
+        writeHead(lauf, sheet, kOfAll);
+    }
+    sheet.text("\n\n\t\tFst\t\t\t\tFit\t\t\t\tFis\t\t\t\tFst\t\t\t\tFit\t\t\t\tFis\n");
+    for (const char* const percent : {"95", "99"}) {
+        for (int s = 0; s < 3; ++s) {
+            sheet.text(percent[1] == '5' && s == 0 ? "\t" : "\t\t");
+            sheet.print("%s%% lower\tmean\t%s%% upper", percent, percent);
+        }
+    }
+    sheet.text("\nGlobal:\t");
+    if (anyDefined(lauf, [&](int32_t l) { return locusTable(FZeile::Fst, l); })) {
+        writeTriples(sheet, globalReplicas(lauf, locusTable));
+    } else {
+        writeNoTriples(sheet, 3);
+        tellNoLocus(lauf, "Global");
+    }
+    sheet.character('\n');
+}

@@ -1,0 +1,161 @@
+// Fst, Fit and Fis of population pairs (Weir and Cockerham 1984), and the sheet with
+// Fst per locus and pair:
+//
+//      		fca8	fca23
+//      P01	P02	 0.07821	n.d.
+#include "control/AnalyseDataObj.h"
+#include "data/sheet.h"
+#include "distance/pairindex.h"
+#include "fstat/wc84.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The tables of one locus: the alleles to sum over and the two samples.
+struct PairTables {
+    const AllelCount& pool;
+    const AllelCount& t1;
+    const AllelCount& t2;
+};
+
+PairTables pairTables(const AllelTabellen& tab, long idx1, long idx2, std::size_t l) {
+    return {tab[0][l], tab[static_cast<std::size_t>(idx1) + 1][l],
+            tab[static_cast<std::size_t>(idx2) + 1][l]};
+}
+
+// Copies of an allele; 0 where the sample does not have it.
+int32_t copiesOf(const AllelCount& table, int allel) {
+    return std::max(table.GetAllelCount(table.GetAllelNummer(allel) - 1), 0);
+}
+
+// Room for the copies of each allele of a locus.
+struct AlleleCounts {
+    std::vector<int32_t> sample1;
+    std::vector<int32_t> sample2;
+
+    void read(const PairTables& t) {
+        sample1.clear();
+        sample2.clear();
+        for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
+            const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
+            sample1.push_back(copiesOf(t.t1, allel));
+            sample2.push_back(copiesOf(t.t2, allel));
+        }
+        while (sample1.size() % kAlleleStep != 0) {
+            sample1.push_back(0);
+            sample2.push_back(0);
+        }
+    }
+};
+
+std::optional<Varianz> locusComponents(const PairTables& t, HRegel regel, AlleleCounts& room) {
+    const HRegel choice = pairRegel(regel, t.t1, t.t2);
+    room.read(t);
+    return pairComponents({t.t1.AnzGesamt, t.t2.AnzGesamt, sampleH(choice, t.t1),
+                           sampleH(choice, t.t2), room.sample1, room.sample2});
+}
+
+void writeLocus(ResultFile& sheet, bool defined, double fst) {
+    if (defined) {
+        sheet.character('\t');
+        sheet.fixed(fst, 5, 8);
+    } else {
+        writeTabNd(sheet);
+    }
+}
+
+void storePair(FTripel& f, long i, long j, const FWerte& werte) {
+    for (std::size_t s = 0; s < f.size(); ++s) {
+        f[s](static_cast<int32_t>(i), static_cast<int32_t>(j)) = werte[s];
+        f[s](static_cast<int32_t>(j), static_cast<int32_t>(i)) = werte[s];
+    }
+}
+
+// The log-likelihood ratio of one locus, half of it: sum of c ln(c / (N e)).
+double likelihoodRatio(const PairTables& t) {
+    const double N1 = std::max(t.t1.AnzGesamt, 0);
+    const double N2 = std::max(t.t2.AnzGesamt, 0);
+    double G = 0.0;
+    for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
+        const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
+        const double c1 = copiesOf(t.t1, allel);
+        const double c2 = copiesOf(t.t2, allel);
+        const double e = (c1 + c2) / (N1 + N2);
+        G += c1 > 0.0 ? c1 * std::log(c1 / (N1 * e)) : 0.0;
+        G += c2 > 0.0 ? c2 * std::log(c2 / (N2 * e)) : 0.0;
+    }
+    return G;
+}
+
+} // namespace
+
+int AnalyseDataObj::FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab,
+                                    long nLoci, long idx1, long idx2, ResultFile* locusFile,
+                                    CMatrix& locusTable) const {
+    const HRegel regel = hRegel(FstMask);
+    const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    const bool toFile = locusFile != nullptr && hasBit(FstMask, FstBit::PerLocus);
+    const int32_t column =
+        ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j), static_cast<int>(AnzPop));
+    AlleleCounts room;
+    FSummen sums;
+    for (long l = 0; l < nLoci; ++l) {
+        const std::optional<Varianz> v =
+            locusComponents(pairTables(tab, idx1, idx2, static_cast<std::size_t>(l)), regel, room);
+        const std::optional<double> fst = v ? locusFst(*v) : std::nullopt;
+        if (v) {
+            sums.add(*v);
+        }
+        const double value = fst.value_or(DistFehlerwert);
+        if (toTable) {
+            locusTable(static_cast<int32_t>(l), column) = value;
+        }
+        if (toFile) {
+            writeLocus(*locusFile, fst.has_value(), value);
+        }
+    }
+    storePair(f, i, j, sums.values(DistFehlerwert));
+    return 0;
+}
+
+int AnalyseDataObj::FST_PAIR_WC84(FTripel& f, const AllelTabellen& tab, CMatrix& locusTable) {
+    if (tab.empty()) {
+        return 1;
+    }
+    ResultFile sheet;
+    if (hasBit(FstMask, FstBit::PerLocus)) {
+        sheet = OpenResult("Fst_per_locus.xls", "wb");
+        sheet.character('\t');
+        Daten->LociNamenK(sheet);
+        if (DatenFormat == 2) {
+            sheet.character('\t');
+            Daten->LociNamenK2(sheet);
+        }
+    }
+    for (CMatrix& matrix : f) {
+        matrix.Fill(0.0);
+    }
+    for (int i = 0; i + 1 < AnzPop; ++i) {
+        for (int j = i + 1; j < AnzPop; ++j) {
+            sheet.text(*Daten->GetPopName(i + 1) + "\t" + *Daten->GetPopName(j + 1));
+            (void)FST_SINGLE_WC84(i, j, f, tab, AnzLoci, i, j, &sheet, locusTable);
+            sheet.character('\n');
+        }
+    }
+    return 0;
+}
+
+int AnalyseDataObj::LOGG_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab,
+                                     long nLoci, long idx1, long idx2) const {
+    double G = 0.0;
+    for (long l = 0; l < nLoci; ++l) {
+        const PairTables t = pairTables(tab, idx1, idx2, static_cast<std::size_t>(l));
+        if (t.t1.AnzAllele > 0 && t.t2.AnzAllele > 0) {
+            G += likelihoodRatio(t);
+        }
+    }
+    storePair(f, i, j, {2.0 * G, 2.0 * G, 2.0 * G});
+    return 0;
+}

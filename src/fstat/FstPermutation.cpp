@@ -1,0 +1,157 @@
+// The permutation test of population pairs: both populations are pooled, dealt out anew
+// into samples of the same sizes, and the p-value is the share of deals whose statistic
+// reaches the observed one.
+#include "fstat/FstPermutation.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "distance/pairindex.h"
+#include "fstat/randsci.h"
+
+#include <numeric>
+
+// --- What both tests share ---------------------------------------------------------------
+
+CodedSample::CodedSample(const CodedData& data) : Data(data) {
+    for (std::size_t l = 0; l < data.loci(); ++l) {
+        for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+            Tables.emplace_back().resize(data.locus(l).Alleles);
+        }
+    }
+    count();
+}
+
+void CodedSample::readThrough(const CodedData& data, const SlotSheet& sheet) {
+    data.readThrough(sheet, Data);
+    count();
+}
+
+void CodedSample::count() {
+    std::size_t table = 0;
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        for (std::size_t pop = 0; pop < Data.populations(); ++pop, ++table) {
+            Places.resize(static_cast<std::size_t>(Data.slots(pop)));
+            std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
+            Tables[table].clear();
+            Tables[table].addSlots(Data.locus(l), Places);
+        }
+    }
+}
+
+PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask,
+                   double undefined)
+    : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined),
+      ByRest(Art.Permutation && hRegel(fstMask) == HRegel::Hobs), Shuffle(Data, Art),
+      Estimator(hRegel(fstMask), Data.mostAlleles()) {
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        for (std::size_t pop = 1; pop < tab.size(); ++pop) {
+            HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
+        }
+    }
+    for (ShuffleTable& table : Tables) {
+        table.resize(Data.mostAlleles());
+    }
+}
+
+// The components of a locus in the last deal.
+std::optional<Varianz> PairTest::components(std::size_t i, std::size_t j, const CodedSample& sample,
+                                            std::size_t l) {
+    if (ByRest && Shuffle.paired()) {
+        return Estimator.componentsOfDeal(sample.locus(l), sample.table(i, l), sample.table(j, l),
+                                          Shuffle.places(0), Shuffle.places(1));
+    }
+    Shuffle.count(sample.locus(l), Tables[0], Tables[1]);
+    return Estimator.components(Tables[0], Tables[1]);
+}
+
+FWerte PairTest::shuffled(std::size_t i, std::size_t j, const CodedSample& sample,
+                          CMatrix* locusTable) {
+    const int32_t column = ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j),
+                                             static_cast<int>(Data.populations()));
+    FSummen sums;
+    if (Art.Linked) {
+        Shuffle.deal(i, j);
+    }
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        std::optional<Varianz> v;
+        if (hasBoth(l, i, j)) {
+            if (!Art.Linked) {
+                Shuffle.deal(i, j);
+            }
+            v = components(i, j, sample, l);
+        }
+        if (v) {
+            sums.add(*v);
+        }
+        if (locusTable != nullptr) {
+            const std::optional<double> fst = v ? locusFst(*v) : std::nullopt;
+            (*locusTable)(static_cast<int32_t>(l), column) = fst.value_or(Undefined);
+        }
+    }
+    return sums.values(Undefined);
+}
+
+FWerte PairTest::unshuffled(std::size_t i, std::size_t j, const CodedSample& sample) {
+    FSummen sums;
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        if (!hasBoth(l, i, j)) {
+            continue;
+        }
+        const std::optional<Varianz> v =
+            Estimator.components(sample.table(i, l), sample.table(j, l));
+        if (v) {
+            sums.add(*v);
+        }
+    }
+    return sums.values(Undefined);
+}
+
+void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed,
+               const FWerte& permuted) {
+    for (std::size_t s = 0; s < hits.size(); ++s) {
+        if (observed[s] <= permuted[s]) { // a tie counts for the permutation
+            hits[s](i, j) += 1.0;
+        }
+    }
+}
+
+void hitsToPValues(FTripel& p, int32_t i, int32_t j, double pairs, double n) {
+    for (CMatrix& matrix : p) {
+        const double hits = matrix(i, j) != 0.0 ? matrix(i, j) : 1.0;
+        matrix(j, i) = pairs * hits / n;
+        matrix(i, j) = hits / n;
+    }
+}
+
+double pairNumber(int32_t n) {
+    return (double(n) * n - n) * 0.5;
+}
+
+// --- The test -------------------------------------------------------------------------------
+
+int AnalyseDataObj::FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen& tab,
+                               CMatrix& locusTable) const {
+    const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    PairTest test(*Daten, tab, FstMask, DistFehlerwert);
+    const CodedSample sample(test.data());
+    for (CMatrix& matrix : p) {
+        matrix.Fill(0.0);
+    }
+    InternStartRDGen();
+    for (int32_t k = 0; k < Permutationen; ++k) {
+        AUSGABE(57, k);
+        if (k % kPairSeedEvery == 0) {
+            InternStartRDGen();
+        }
+        // Each permutation overwrites the locus table, so that only the last one shows.
+        CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
+        forEachPair(AnzPop, [&](int32_t i, int32_t j) {
+            const FWerte observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
+            countHits(p, i, j, observed, test.shuffled(i, j, sample, table));
+        });
+    }
+    forEachPair(AnzPop, [&](int32_t i, int32_t j) {
+        hitsToPValues(p, i, j, pairNumber(AnzPop), Permutationen);
+    });
+    return 0;
+}

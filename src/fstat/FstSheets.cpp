@@ -1,0 +1,215 @@
+// Sheets of F-statistics. "FST_WC84.txt" has the shape of a distance matrix:
+//
+//      3
+//             P01  0.00000  0.13077 -32767.00000
+//
+// the .xls sheets hold a row a population, name first, "n.d." where there is no value.
+#include "fstat/FstSheets.h"
+
+#include "control/AnalyseDataObj.h"
+#include "data/sheet.h"
+#include "distance/distancefile.h"
+
+namespace {
+
+constexpr double kSignificant = 0.05; // largest corrected p-value that is shown
+
+// Calls cell(row, column) for all cells of a sheet with a row a population; `label` writes
+// the head of a row.
+template <class Label, class Cell>
+void writeRows(const AnalyseDataObj& lauf, ResultFile& sheet, Label&& label, Cell&& cell) {
+    for (int32_t row = 0; row < lauf.AnzPop; ++row) {
+        label(*lauf.Daten->GetPopName(row + 1));
+        for (int32_t column = 0; column < lauf.AnzPop; ++column) {
+            cell(row, column);
+        }
+        sheet.character('\n');
+    }
+}
+
+// Rows of a sheet: the whole name, then the cells.
+template <class Cell>
+void writeSheetRows(const AnalyseDataObj& lauf, ResultFile& sheet, Cell&& cell) {
+    writeRows(
+        lauf, sheet, [&](const std::string& name) { sheet.text(name); }, cell);
+}
+
+// A matrix: the number of populations, then rows of the name cut to 10 characters and the cells.
+void writeMatrix(const AnalyseDataObj& lauf, ResultFile& file, const CMatrix& matrix) {
+    file.print("%d\n", lauf.AnzPop);
+    writeRows(
+        lauf, file, [&](const std::string& name) { file.text(populationLabel(name)); },
+        [&](int32_t row, int32_t column) {
+            file.character(' ');
+            file.fixed(matrix(row, column), 5, 8);
+        });
+}
+
+void writeTabValue(ResultFile& sheet, bool defined, double value) {
+    if (defined) {
+        writeTabReal(sheet, value);
+    } else {
+        writeTabNd(sheet);
+    }
+}
+
+// A sheet of means: a cell is undefined where it is so in `tester`.
+void writeMeanSheet(const AnalyseDataObj& lauf, ResultFile sheet, const CMatrix& matrix,
+                    const CMatrix& tester) {
+    sheet.print("%d\n", lauf.AnzPop);
+    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
+        writeTabValue(sheet, tester(row, column) != lauf.DistFehlerwert, matrix(row, column));
+    });
+    sheet.character('\n');
+}
+
+// The cell of a p-value: below the diagonal stands the corrected one.
+void writePCell(ResultFile& sheet, int32_t row, int32_t column, double p) {
+    if (column < row && p > kSignificant) {
+        sheet.text("\tn.s.");
+    } else {
+        writeTabReal(sheet, p);
+    }
+}
+
+// A row of "GlobFst.xls": its words over all loci and for one locus, its places in the tables.
+struct GlobalZeile {
+    const char* allLoci;
+    const char* oneLocus;
+    std::size_t wert;
+    int pWert; // -1: none
+};
+
+constexpr GlobalZeile kGlobalZeilen[] = {
+    {"global Fst over all loci:", "global Fst:", FZeile::Fst, 0},
+    {"global Fit over all loci:", "global Fit: ", FZeile::Fit, -1},
+    {"global Fis over all loci:", "global Fis: ", FZeile::Fis, -1},
+    {"Gst over all loci:", "Gst:", FZeile::Gst, 1},
+    {"Gst' over all loci:", "Gst':", FZeile::GstStrich, 2},
+};
+
+// Writes "\tvalue", with permutations also "\tp", and the line end.
+class GlobalRowEnd {
+  public:
+    GlobalRowEnd(const AnalyseDataObj& lauf, ResultFile& sheet) : lauf_(lauf), sheet_(sheet) {}
+
+    template <class PValue> void write(const GlobalZeile& zeile, double wert, PValue&& pWert) {
+        writeTabReal(sheet_, wert);
+        if (lauf_.Permutationen > 0 && zeile.pWert >= 0) {
+            const double p = pWert(zeile.pWert);
+            writeTabValue(sheet_, p != lauf_.DistFehlerwert, p);
+        }
+        sheet_.character('\n');
+    }
+
+  private:
+    const AnalyseDataObj& lauf_;
+    ResultFile& sheet_;
+};
+
+void writeGlobalLocus(const AnalyseDataObj& lauf, ResultFile& sheet, const GlobalErgebnis& ergebnis,
+                      int32_t l) {
+    const std::string& name = *lauf.Daten->GetLociName(l + 1);
+    sheet.text("Locus: " + name);
+    if (lauf.DatenFormat == 2) {
+        sheet.text("  /  " + *lauf.Daten->GetLociName2OrFirst(l + 1));
+    }
+    sheet.character('\n');
+    for (const GlobalZeile& zeile : kGlobalZeilen) {
+        sheet.text(name + "\t" + zeile.oneLocus);
+        GlobalRowEnd(lauf, sheet)
+            .write(zeile, ergebnis.locus(static_cast<int32_t>(zeile.wert), l),
+                   [&](int p) { return ergebnis.pLocus(p, l); });
+    }
+}
+
+} // namespace
+
+bool writeFstMatrices(AnalyseDataObj& lauf, const FTripel& f) {
+    const char* const names[] = {"FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt"};
+    for (std::size_t s = 0; s < f.size(); ++s) {
+        ResultFile file = lauf.OpenResult(names[s], "wb+");
+        if (s == 0 && !file.isOpen()) {
+            return false;
+        }
+        writeMatrix(lauf, file, f[s]);
+        file.character('\n');
+    }
+    return true;
+}
+
+bool writeFstMeans(AnalyseDataObj& lauf, const FTripel& f, const CMatrix& untergrenze,
+                   const CMatrix& obergrenze) {
+    const char* const names[] = {"FST_WC84_MEAN.xls", "FIT_WC84_MEAN.xls", "FIS_WC84_MEAN.xls"};
+    for (std::size_t s = 0; s < f.size(); ++s) {
+        ResultFile sheet = lauf.OpenResult(names[s], "wb+");
+        if (s == 0 && !sheet.isOpen()) {
+            return false;
+        }
+        writeMeanSheet(lauf, std::move(sheet), f[s], f[s]);
+    }
+    if (hasBit(lauf.FstMask, FstBit::Confidence)) {
+        writeMeanSheet(lauf, lauf.OpenResult("FST_WC84_OG.xls", "wb+"), obergrenze, f[0]);
+        writeMeanSheet(lauf, lauf.OpenResult("FST_WC84_UG.xls", "wb+"), untergrenze, f[0]);
+    }
+    return true;
+}
+
+bool writeFstPValues(AnalyseDataObj& lauf, const FTripel& f, const FTripel& p) {
+    ResultFile sheet = lauf.OpenResult("FST_WC84-pValue.xls", "wb+");
+    if (!sheet.isOpen()) {
+        return false;
+    }
+    const CMatrix& fst = f[0];
+    sheet.text("Fst-values:\n");
+    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
+        writeTabValue(sheet, fst(row, column) != lauf.DistFehlerwert, fst(row, column));
+    });
+    sheet.text("\n\nP-values:\n");
+    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
+        if (fst(row, column) == lauf.DistFehlerwert) {
+            writeTabNd(sheet);
+        } else {
+            writePCell(sheet, row, column, p[0](row, column));
+        }
+    });
+    sheet.character('\n');
+    return true;
+}
+
+void writeGlobalFst(AnalyseDataObj& lauf, const GlobalErgebnis& ergebnis) {
+    const bool tested = lauf.Permutationen > 0;
+    ResultFile sheet = lauf.OpenResult("GlobFst.xls", "wb+");
+    sheet.text("Global Fst of Datafile: " + lauf.DateiKurzName + "\n");
+    if (tested) {
+        sheet.print("Number of permutations is: %d\n", lauf.Permutationen);
+    }
+    sheet.character('\n');
+    sheet.text(tested ? "\tValues\tp-Values\n" : "");
+    for (const GlobalZeile& zeile : kGlobalZeilen) {
+        sheet.text(zeile.allLoci);
+        GlobalRowEnd(lauf, sheet).write(zeile, ergebnis.werte[zeile.wert], [&](int p) {
+            return ergebnis.pWerte[static_cast<std::size_t>(p)];
+        });
+    }
+    sheet.text(tested ? "\t\tValues\tp-Values\n" : "");
+    for (int32_t l = 0; l < lauf.AnzLoci; ++l) {
+        writeGlobalLocus(lauf, sheet, ergebnis, l);
+    }
+}
+
+void writeBetaSheets(AnalyseDataObj& lauf, const CMatrix& beta) {
+    ResultFile sheet = lauf.OpenResult("Beta_POP.xls", "wb+");
+    ResultFile file = lauf.OpenResult("Betaij_POP.txt", "wb+");
+    for (int pop = 1; pop <= lauf.AnzPop; ++pop) {
+        sheet.text("\t" + *lauf.Daten->GetPopName(pop));
+    }
+    sheet.character('\n');
+    writeSheetRows(lauf, sheet,
+                   [&](int32_t row, int32_t column) { writeTabReal(sheet, beta(row, column)); });
+    CMatrix pairs = beta;
+    for (int32_t pop = 0; pop < lauf.AnzPop; ++pop) {
+        pairs(pop, pop) = 0.0;
+    }
+    writeMatrix(lauf, file, pairs);
+}

@@ -1,0 +1,40 @@
+// The result files of the F-statistics pass but for heterogeneity among loci. All lie in
+// the current folder, "F-Statistic".
+#ifndef KVA_FSTAT_FSTSHEETS_H
+#define KVA_FSTAT_FSTSHEETS_H
+
+#include "fstat/ftriple.h"
+#include "fstat/wc84.h"
+
+#include <array>
+
+class AnalyseDataObj;
+
+// Writes "FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt". False if the first cannot be
+// opened; the others are not tested.
+bool writeFstMatrices(AnalyseDataObj& lauf, const FTripel& f);
+
+// Writes "FST_WC84_MEAN.xls" and its kin for Fit and Fis; with the bit for limits also
+// "FST_WC84_OG.xls" (upper) and "FST_WC84_UG.xls" (lower). False as above.
+bool writeFstMeans(AnalyseDataObj& lauf, const FTripel& f, const CMatrix& untergrenze,
+                   const CMatrix& obergrenze);
+
+// Writes "FST_WC84-pValue.xls": Fst, then plain p-values above and corrected ones below the
+// diagonal. False as above.
+bool writeFstPValues(AnalyseDataObj& lauf, const FTripel& f, const FTripel& p);
+
+// What stands in "GlobFst.xls". The p-values are of Fst, Gst, Gst'.
+struct GlobalErgebnis {
+    std::array<double, 5> werte;  // Fst, Fit, Fis, Gst, Gst' over all loci
+    CMatrix locus;                // the same, row by row, of each locus (column)
+    std::array<double, 3> pWerte; // over all loci
+    CMatrix pLocus;               // of each locus (column)
+};
+
+// Writes "GlobFst.xls"; the p-values only if there were permutations.
+void writeGlobalFst(AnalyseDataObj& lauf, const GlobalErgebnis& ergebnis);
+
+// Writes "Beta_POP.xls" and "Betaij_POP.txt".
+void writeBetaSheets(AnalyseDataObj& lauf, const CMatrix& beta);
+
+#endif

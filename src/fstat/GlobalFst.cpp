@@ -1,0 +1,249 @@
+// F-statistics over all populations (Weir and Cockerham 1984), with Gst and Gst', and
+// their permutation test: the slots of all populations are dealt out anew.
+#include "control/AnalyseDataObj.h"
+#include "control/Ausgabe.h"
+#include "fstat/Shuffle.h"
+#include "fstat/randsci.h"
+#include "fstat/wc84.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double kLeastIndividuals = 1.0; // of a population that counts at a locus
+constexpr int32_t kFewestAlleles = 2;     // in the pool
+constexpr int32_t kFewestPops = 2;
+constexpr int32_t kSeedEvery = 1000; // permutations after which the stream is seeded again
+
+// Whether a population of so many gene copies counts at a locus.
+bool hasIndividual(int32_t copies) {
+    return copies * 0.5 >= kLeastIndividuals;
+}
+
+// The figures of one locus for GlobalSummen, and the room for them.
+struct LocusFigures {
+    // Table: AllelCount or ShuffleTable.
+    template <class Table> void addSample(const Table& t, int32_t copies, HRegel regel) {
+        if (hasIndividual(copies)) {
+            samples.push_back({copies * 0.5, t.CalcHetuk(), sampleH(regel, t)});
+        }
+    }
+    void clear() {
+        samples.clear();
+        pbar.clear();
+        p.clear();
+    }
+    GlobalLocus figures(double Ht) const { return {Ht, samples, pbar, p}; }
+
+    std::vector<GlobalSample> samples;
+    std::vector<double> pbar;
+    std::vector<double> p; // [allele x samples + sample]
+};
+
+// --- From AllelCount ----------------------------------------------------------------------
+
+void readFigures(LocusFigures& figures, const AllelTabellen& tab, std::size_t l, int nPop,
+                 HRegel regel) {
+    figures.clear();
+    for (std::size_t k = 1; k <= static_cast<std::size_t>(nPop); ++k) {
+        figures.addSample(tab[k][l], tab[k][l].AnzGesamt, regel);
+    }
+    const AllelCount& pool = tab[0][l];
+    for (int32_t row = 0; row < pool.AnzAllele; ++row) {
+        const int32_t allel = pool.Allele[static_cast<std::size_t>(row)].Nummer;
+        figures.pbar.push_back(pool.GetFrequenz(row));
+        for (std::size_t k = 1; k <= static_cast<std::size_t>(nPop); ++k) {
+            const AllelCount& t = tab[k][l];
+            if (hasIndividual(t.AnzGesamt)) {
+                figures.p.push_back(std::max(t.GetFrequenz(t.GetAllelNummer(allel) - 1), 0.0));
+            }
+        }
+    }
+}
+
+GlobalWerte globalValues(const AllelTabellen& tab, CMatrix& locus, int nLoci, int nPop,
+                         HRegel regel, double undefined) {
+    GlobalSummen sums;
+    LocusFigures figures;
+    for (int32_t l = 0; l < nLoci; ++l) {
+        const auto place = static_cast<std::size_t>(l);
+        if (tab[0][place].AnzAllele < kFewestAlleles) {
+            fillColumn(locus, FZeile::Fst, FZeile::GstStrich, l, undefined);
+            continue;
+        }
+        readFigures(figures, tab, place, nPop, regel);
+        sums.add(figures.figures(tab[0][place].CalcHetuk()), locus, l, undefined);
+    }
+    return sums.values(undefined);
+}
+
+// --- From shuffled tables -------------------------------------------------------------------
+
+// The statistics of one shuffle of all populations; twin of Datensatz::CountMixGlobal
+// followed by AnalyseDataObj::FST_GLOBAL_WC84, with the same draws and the same numbers.
+class GlobalTest {
+  public:
+    GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)
+        : data(daten), linked(hasBit(fstMask, FstBit::Linked)), regel(hRegel(fstMask)),
+          undefined_(undefined), shuffle(data, hasBit(fstMask, FstBit::Genotypes)),
+          tables(data.populations()), rowOf(static_cast<std::size_t>(data.mostAlleles()) + 1) {
+        pool.resize(data.mostAlleles());
+        for (ShuffleTable& table : tables) {
+            table.resize(data.mostAlleles());
+        }
+    }
+
+    // locus: five rows; keeps what a locus without a value there held.
+    GlobalWerte shuffled(CMatrix& locus) {
+        GlobalSummen sums;
+        if (linked) {
+            shuffle.deal();
+        }
+        for (std::size_t l = 0; l < data.loci(); ++l) {
+            if (!linked) {
+                shuffle.deal();
+            }
+            if (tables.size() < std::size_t{kFewestPops}) {
+                continue; // drawn all the same
+            }
+            count(data.locus(l));
+            const auto column = static_cast<int32_t>(l);
+            if (pool.alleles().size() < static_cast<std::size_t>(kFewestAlleles)) {
+                fillColumn(locus, FZeile::Fst, FZeile::GstStrich, column, undefined_);
+                continue;
+            }
+            readFigures();
+            sums.add(figures.figures(pool.CalcHetuk()), locus, column, undefined_);
+        }
+        return sums.values(undefined_);
+    }
+
+  private:
+    void count(const CodedLocus& locus) {
+        pool.clear();
+        for (std::size_t pop = 0; pop < tables.size(); ++pop) {
+            shuffle.count(locus, pop, tables[pop]);
+            pool.addCopies(tables[pop]);
+        }
+    }
+
+    void readFigures() {
+        figures.clear();
+        for (const ShuffleTable& t : tables) {
+            figures.addSample(t, t.tally().Copies, regel);
+        }
+        const std::size_t counted = figures.samples.size();
+        for (const uint32_t code : pool.alleles()) {
+            rowOf[code] = figures.pbar.size();
+            figures.pbar.push_back(pool.frequency(code));
+        }
+        figures.p.assign(figures.pbar.size() * counted, 0.0);
+        std::size_t sample = 0;
+        for (const ShuffleTable& t : tables) {
+            if (hasIndividual(t.tally().Copies)) {
+                for (const uint32_t code : t.alleles()) {
+                    figures.p[rowOf[code] * counted + sample] = t.frequency(code);
+                }
+                ++sample;
+            }
+        }
+    }
+
+    CodedData data;
+    bool linked;
+    HRegel regel;
+    double undefined_;
+    GlobalShuffle shuffle;
+    ShuffleTable pool;
+    std::vector<ShuffleTable> tables; // of each population
+    std::vector<std::size_t> rowOf;   // place of each allele code in the pool
+    LocusFigures figures;
+};
+
+// --- Counting the test ------------------------------------------------------------------------
+
+// Hits of one statistic among its valid permutations.
+struct Treffer {
+    int32_t hits = 0;
+    int32_t valid = 0;
+
+    // The p-value; no hit counts as one.
+    double pValue(double undefined) const {
+        return valid < 1 ? undefined : double(std::max(hits, 1)) / valid;
+    }
+};
+
+// Hits of Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid together.
+struct TrefferSatz {
+    std::array<Treffer, 3> of;
+
+    void count(const std::array<double, 3>& observed, const std::array<double, 3>& permuted,
+               double undefined) {
+        for (std::size_t s = 0; s < of.size(); ++s) {
+            if (permuted[std::min(s, std::size_t{1})] != undefined) {
+                ++of[s].valid;
+                of[s].hits += observed[s] <= permuted[s] ? 1 : 0; // a tie counts as a hit
+            }
+        }
+    }
+};
+
+std::array<double, 3> testedValues(const GlobalWerte& werte) {
+    return {werte.f[0], werte.gst, werte.gstStrich};
+}
+
+std::array<double, 3> testedValues(const CMatrix& locus, int32_t l) {
+    return {locus(FZeile::Fst, l), locus(FZeile::Gst, l), locus(FZeile::GstStrich, l)};
+}
+
+} // namespace
+
+int AnalyseDataObj::FST_GLOBAL_WC84(double& fst, double& fit, double& fis, double& gst,
+                                    double& gstStrich, CMatrix& locus, const AllelTabellen& tab,
+                                    int nLoci, int nPop) const {
+    fst = fit = fis = gst = gstStrich = DistFehlerwert;
+    if (nPop < kFewestPops) {
+        return 1;
+    }
+    const GlobalWerte werte =
+        globalValues(tab, locus, nLoci, nPop, hRegel(FstMask), DistFehlerwert);
+    fst = werte.f[FZeile::Fst];
+    fit = werte.f[FZeile::Fit];
+    fis = werte.f[FZeile::Fis];
+    gst = werte.gst;
+    gstStrich = werte.gstStrich;
+    return 0;
+}
+
+int AnalyseDataObj::FST_GLOBAL_P_WC84(double fst, double gst, double gstStrich,
+                                      const CMatrix& locus, double& pFst, double& pGst,
+                                      double& pGstStrich, CMatrix& pLocus) const {
+    GlobalTest test(*Daten, FstMask, DistFehlerwert);
+    CMatrix permutedLocus;
+    permutedLocus.Resize(FZeile::Anzahl, AnzLoci);
+    permutedLocus.Fill(AnzPop < kFewestPops ? DistFehlerwert : 0.0);
+    TrefferSatz all;
+    std::vector<TrefferSatz> ofLocus(static_cast<std::size_t>(AnzLoci));
+    for (int32_t k = 0; k < Permutationen; ++k) {
+        AUSGABE(76, k);
+        if (k % kSeedEvery == 0) {
+            InternStartRDGen();
+        }
+        const GlobalWerte permuted = test.shuffled(permutedLocus);
+        all.count({fst, gst, gstStrich}, testedValues(permuted), DistFehlerwert);
+        for (int32_t l = 0; l < AnzLoci; ++l) {
+            ofLocus[static_cast<std::size_t>(l)].count(
+                testedValues(locus, l), testedValues(permutedLocus, l), DistFehlerwert);
+        }
+    }
+    pFst = all.of[0].pValue(DistFehlerwert);
+    pGst = all.of[1].pValue(DistFehlerwert);
+    pGstStrich = all.of[2].pValue(DistFehlerwert);
+    for (int32_t l = 0; l < AnzLoci; ++l) {
+        for (std::size_t s = 0; s < 3; ++s) {
+            pLocus(static_cast<int32_t>(s), l) =
+                ofLocus[static_cast<std::size_t>(l)].of[s].pValue(DistFehlerwert);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,58 @@
+// The shuffles of the permutation tests: which source slot goes to which place of
+// the drawn samples. Populations and slots count from 0.
+//
+// These functions are the plain reading; the tests of all pairs and of all
+// populations run on the faster Shuffle.h, which makes the same draws.
+#ifndef KVA_FSTAT_MAKEMIX_H
+#define KVA_FSTAT_MAKEMIX_H
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+// A drawn sample: for place c, [0][c] is the source slot and [1][c] its population.
+// Slot -1: nothing was dealt to the place, or the source has no such slot; it reads
+// as missing data.
+using SampleMap = std::array<std::vector<int32_t>, 2>;
+
+// Redirects slots before a shuffle: [locus][population][slot] is the source slot in
+// the same population; -1: the slot counts as missing.
+using SlotSheet = std::vector<std::vector<std::vector<long>>>;
+
+// The source of `slot` in a sheet; -1 for a slot outside the population.
+long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot);
+
+// The slots of a population of `slots` that take part in a shuffle under jackknifing:
+// all but those of a tenth of the individuals, of 1 to 79. Populations of 5 slots or
+// fewer keep all.
+long jackknifedSlots(long slots);
+
+// Deals the slots of two populations of nA and nB slots into two maps of the same
+// sizes. Each map has room for its sample.
+// permutation 1: each slot once; else every place is drawn from all slots.
+// genotypes 1: slots go in pairs; the population of a pair is that of its first slot.
+// jackknife 1: the tails of both populations stay at home (see jackknifedSlots).
+// linked: not used. buffer: scratch, nA + nB ints. One draw a slot or pair. 0.
+int MakeMix2(int permutation, int genotypes, int linked, int jackknife, long nA, long nB, long pop1,
+             long pop2, SampleMap& map1, SampleMap& map2, std::vector<int32_t>& buffer);
+
+// Another scheme, beside MakeMix2: walks each population in a circle from a random
+// start and sends each slot (genotypes 1: pair) to sample 1 or 2 by chance, in the
+// shares nB : nA; to the other sample when the chosen one is full. Does nothing unless
+// `permutation` is 1. linked: not used. 0.
+int MakeMix(int permutation, int genotypes, int linked, long nA, long nB, long pop1, long pop2,
+            SampleMap& map1, SampleMap& map2);
+
+// Deals the slots of all populations to places of populations of the same sizes, from
+// the last place down. mapSlot[p][c], mapPop[p][c]: source of place c of population p.
+// groessen: slots of each population, `gesamt` their sum; buffer: scratch, `gesamt`
+// ints. genotypes not 0: slots go in pairs. A place outside a population is dropped.
+//
+// Wanted: without genotypes the last slot goes to flat place 1, over the one dealt
+// there, and flat place 0 keeps what it held: one allele drops out of each shuffle. 0.
+int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
+                  std::vector<std::vector<int32_t>>& mapPop, std::span<const int32_t> groessen,
+                  int gesamt, std::vector<int32_t>& buffer, int genotypes);
+
+#endif

@@ -1,0 +1,57 @@
+// OrderedPool: items 0..n-1 from which the r-th remaining one is taken again and
+// again, order kept: what a shuffle without replacement needs.
+//
+// A small pool closes the gap by moving the items behind; a large one keeps the number
+// of remaining items in a binary indexed tree (Fenwick 1994), so that a whole deal costs
+// n log n. Both give the same items.
+#ifndef KVA_FSTAT_ORDEREDPOOL_H
+#define KVA_FSTAT_ORDEREDPOOL_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+class OrderedPool {
+  public:
+    static constexpr int32_t kTreeFrom = 2048; // items from which the tree is used
+
+    // Holds items 0..n-1 again.
+    void fill(int32_t n);
+
+    // Removes and returns the r-th remaining item, r from 0.
+    int32_t take(int32_t r) { return InTree ? takeFromTree(r) : takeFromList(r); }
+
+  private:
+    // Items that are moved at once, and the largest number that is moved that way. Behind the
+    // last item lies room for a block.
+    using Block = std::array<uint16_t, 8>;
+    static constexpr std::ptrdiff_t kMostByBlock = 64;
+
+    int32_t takeFromList(int32_t r) {
+        uint16_t* const end = List.data() + --Remaining;
+        uint16_t* place = List.data() + r;
+        const int32_t item = *place;
+        if (end - place > kMostByBlock) {
+            std::memmove(place, place + 1, static_cast<std::size_t>(end - place) * sizeof *place);
+            return item;
+        }
+        for (; place < end; place += Block().size()) {
+            Block block;
+            std::memcpy(&block, place + 1, sizeof block);
+            std::memcpy(place, &block, sizeof block);
+        }
+        return item;
+    }
+    int32_t takeFromTree(int32_t r);
+    void fillTree(int32_t n);
+
+    std::vector<uint16_t> List; // list: the remaining items in order, then room
+    std::vector<int32_t> Tree;  // tree: node k counts the items left in its range, k from 1
+    int32_t Remaining = 0;      // items in the list
+    int32_t Width = 0;          // leaves of the tree, a power of two
+    bool InTree = false;
+};
+
+#endif

@@ -1,0 +1,191 @@
+#include "fstat/Shuffle.h"
+
+#include "control/settings.h"
+#include "fstat/randsci.h"
+
+#include <algorithm>
+#include <numeric>
+
+ShuffleArt ShuffleArt::of(uint32_t fstMask) {
+    return {hasBit(fstMask, FstBit::Genotypes), hasBit(fstMask, FstBit::Linked),
+            hasBit(fstMask, FstBit::Permutation), hasBit(fstMask, FstBit::Jackknife)};
+}
+
+// --- Two populations -----------------------------------------------------------------------
+
+PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art) : Data(data), Art(art) {}
+
+PairShuffle::Side PairShuffle::slotsOf(std::size_t pop) const {
+    const int32_t size = Data.slots(pop);
+    return {Data.slotPlace(pop), size,
+            Art.Jackknife ? static_cast<int32_t>(jackknifedSlots(size)) : size};
+}
+
+PairShuffle::Side PairShuffle::pairsOf(std::size_t pop) const {
+    const Side slots = slotsOf(pop);
+    return {Data.pairPlace(pop), slots.Size / 2, slots.Dealt / 2};
+}
+
+void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
+    Paired = Art.Genotypes && Data.slots(pop1) % 2 == 0 && Data.slots(pop2) % 2 == 0;
+    if (Paired) {
+        dealUnits(pairsOf(pop1), pairsOf(pop2));
+    } else if (Art.Genotypes) {
+        dealOddPairs(slotsOf(pop1), slotsOf(pop2));
+    } else {
+        dealUnits(slotsOf(pop1), slotsOf(pop2));
+    }
+}
+
+void PairShuffle::dealUnits(const Side& a, const Side& b) {
+    const int32_t all = a.Dealt + b.Dealt;
+    const std::array<const Side*, 2> sides = {&a, &b};
+    int32_t rest = all;
+    if (Art.Permutation) {
+        Pool.fill(all);
+    }
+    for (std::size_t s = 0; s < sides.size(); ++s) {
+        Places[s].resize(static_cast<std::size_t>(sides[s]->Size));
+        int32_t* const places = Places[s].data();
+        for (int32_t c = 0; c < sides[s]->Dealt; ++c) {
+            const int32_t unit = Art.Permutation ? Pool.take(drawIndex(rest--)) : drawIndex(all);
+            places[c] = unit < a.Dealt ? a.Base + unit : b.Base + unit - a.Dealt;
+        }
+        keepTail(s, *sides[s]);
+    }
+}
+
+// A population has an odd number of slots. A pair can reach over the edge between the two,
+// and belongs to the population of its first slot; a single slot is left for the end.
+void PairShuffle::dealOddPairs(const Side& a, const Side& b) {
+    const int32_t all = a.Dealt + b.Dealt;
+    const std::array<const Side*, 2> sides = {&a, &b};
+    std::array<int32_t, 2> next = {0, 0};
+    for (std::size_t s = 0; s < sides.size(); ++s) {
+        Places[s].assign(static_cast<std::size_t>(sides[s]->Size), sides[s]->Base + sides[s]->Size);
+    }
+    Pool.fill(all / 2);
+    for (int32_t dealt = 0; dealt < all; dealt += 2) {
+        const int32_t pairs = Art.Permutation ? (all - dealt) / 2 : all / 2;
+        const int32_t r = std::max(drawIndex(pairs), 0);
+        const int32_t pair = Art.Permutation && pairs > 0 ? Pool.take(r) : r;
+        const int32_t first = pairs > 0 ? 2 * pair : all - 1;
+        const Side& from = first < a.Dealt ? a : b;
+        const int32_t place = from.Base + first - (first < a.Dealt ? 0 : a.Dealt);
+        const int32_t missing = from.Base + from.Size;
+        const std::size_t s = dealt < a.Dealt ? 0 : 1;
+        for (const int32_t source : {place, first + 1 < all ? place + 1 : missing}) {
+            if (next[s] < sides[s]->Dealt) {
+                Places[s][static_cast<std::size_t>(next[s])] = source;
+            }
+            ++next[s];
+        }
+    }
+    keepTail(0, a);
+    keepTail(1, b);
+}
+
+void PairShuffle::keepTail(std::size_t sample, const Side& side) {
+    std::iota(Places[sample].begin() + side.Dealt, Places[sample].end(), side.Base + side.Dealt);
+}
+
+void PairShuffle::count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const {
+    t1.clear();
+    t2.clear();
+    if (Paired) {
+        t1.addPairs(locus, Places[0]);
+        t2.addPairs(locus, Places[1]);
+    } else {
+        t1.addSlots(locus, Places[0]);
+        t2.addSlots(locus, Places[1]);
+    }
+}
+
+// --- All populations -----------------------------------------------------------------------
+
+GlobalShuffle::GlobalShuffle(const CodedData& data, bool genotypes) : Genotypes(genotypes) {
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+        Paired = Paired && data.slots(pop) % 2 == 0;
+        for (int32_t slot = 0; slot < data.slots(pop); ++slot) {
+            SlotPlace.push_back(data.slotPlace(pop) + slot);
+        }
+    }
+    Paired = Paired && genotypes;
+    Total = static_cast<int32_t>(SlotPlace.size());
+    Begin.push_back(0);
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+        Begin.push_back(Begin.back() + data.slots(pop) / (Paired ? 2 : 1));
+        // A place that no shuffle reaches stays on the one behind its population's last.
+        Places.resize(static_cast<std::size_t>(Begin.back()),
+                      data.slotPlace(pop) + data.slots(pop));
+    }
+}
+
+void GlobalShuffle::deal() {
+    if (Paired) {
+        dealPairs();
+    } else if (Genotypes) {
+        dealOddPairs();
+    } else {
+        dealSlots();
+    }
+}
+
+void GlobalShuffle::dealPairs() {
+    const int32_t pairs = Total / 2;
+    Pool.fill(pairs);
+    for (int32_t rest = pairs; rest > 1; --rest) {
+        Places[static_cast<std::size_t>(rest) - 1] = Pool.take(drawIndex(2 * rest) / 2);
+    }
+    if (pairs > 0) {
+        Places[0] = Pool.take(0);
+    }
+}
+
+void GlobalShuffle::dealSlots() {
+    Pool.fill(Total);
+    for (int32_t rest = Total; rest > 1; --rest) {
+        Places[static_cast<std::size_t>(rest) - 1] =
+            SlotPlace[static_cast<std::size_t>(Pool.take(drawIndex(rest)))];
+    }
+    if (Total > 1) { // wanted: the last slot goes to place 1, and place 0 keeps what it held
+        Places[1] = SlotPlace[static_cast<std::size_t>(Pool.take(0))];
+    }
+}
+
+// A population has an odd number of slots. The source of a pair is read from the slot that
+// was drawn, so that its partner can lie behind or before the population: both read as missing.
+void GlobalShuffle::dealOddPairs() {
+    Pool.fill((Total + 1) / 2);
+    for (int32_t rest = Total; rest > 2; rest -= 2) {
+        const int32_t r = drawIndex(rest);
+        const int32_t drawn = 2 * Pool.take(r / 2) + r % 2;
+        const int32_t second = SlotPlace[static_cast<std::size_t>(drawn)] + (r % 2 == 0 ? 1 : 0);
+        putPair(rest - 1, second - 1, second);
+    }
+    if (Total > 1) {
+        const int32_t first = SlotPlace[static_cast<std::size_t>(2 * Pool.take(0))];
+        putPair(1, first, first + 1);
+    }
+}
+
+// Puts a pair on flat place `last` and the one before it, unless that lies in another population.
+void GlobalShuffle::putPair(int32_t last, int32_t first, int32_t second) {
+    const auto place = static_cast<std::size_t>(last);
+    Places[place] = second;
+    if (SlotPlace[place] - SlotPlace[place - 1] == 1) {
+        Places[place - 1] = first;
+    }
+}
+
+void GlobalShuffle::count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const {
+    const std::span<const int32_t> sample =
+        std::span(Places).subspan(static_cast<std::size_t>(Begin[pop]),
+                                  static_cast<std::size_t>(Begin[pop + 1] - Begin[pop]));
+    table.clear();
+    if (Paired) {
+        table.addPairs(locus, sample);
+    } else {
+        table.addSlots(locus, sample);
+    }
+}

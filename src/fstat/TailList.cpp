@@ -1,0 +1,30 @@
+#include "fstat/TailList.h"
+
+#include <algorithm>
+
+void TailList::add(double v) {
+    if (v < (Untere.size() < K ? kStartUnten : Untere.back())) {
+        if (Untere.size() == K) {
+            Untere.pop_back();
+        }
+        Untere.insert(std::upper_bound(Untere.begin(), Untere.end(), v), v);
+    }
+    if (v > (Obere.size() < K ? kStartOben : Obere.front())) {
+        if (Obere.size() < K) {
+            Obere.insert(std::lower_bound(Obere.begin(), Obere.end(), v), v);
+        } else {
+            const auto place = std::lower_bound(Obere.begin() + 1, Obere.end(), v);
+            Obere.front() = v;
+            std::rotate(Obere.begin(), Obere.begin() + 1, place);
+        }
+    }
+}
+
+double TailList::lower() const {
+    return K - 2 < Untere.size() ? Untere[K - 2] : kStartUnten;
+}
+
+double TailList::upper() const {
+    const std::size_t fillers = K - Obere.size();
+    return fillers < 2 ? Obere[1 - fillers] : kStartOben;
+}

@@ -1,0 +1,124 @@
+#include "fstat/wc84.h"
+
+#include "control/settings.h"
+
+#include <cstddef>
+
+namespace {
+
+constexpr double kLeastHt = 1e-06; // below it a pool counts as monomorphic
+
+// Sizes of the populations at a locus, summed up.
+struct Sizes {
+    double s = 0.0;     // populations
+    double sumN = 0.0;  // individuals
+    double sumN2 = 0.0; // squares
+    double sumHs = 0.0; // heterozygosities
+    double sumNH = 0.0; // H, weighted by individuals
+};
+
+Sizes addUp(std::span<const GlobalSample> samples) {
+    Sizes sum;
+    sum.s = static_cast<double>(samples.size());
+    for (const GlobalSample& sample : samples) {
+        sum.sumN += sample.n;
+        sum.sumN2 += sample.n * sample.n;
+        sum.sumHs += sample.hetuk;
+        sum.sumNH += sample.n * sample.hetero;
+    }
+    return sum;
+}
+
+Varianz globalComponents(const GlobalLocus& g, const Sizes& sum) {
+    const double s = sum.s;
+    const double sumN = sum.sumN;
+    const double nbar = sumN / s;
+    const double nc = (sumN - sum.sumN2 / sumN) / (s - 1.0); // not a number for one population
+    const double H = sum.sumNH / sumN;
+    double a = 0.0;
+    double b = 0.0;
+    const double* p = g.p.data();
+    for (const double pbar : g.pbar) {
+        double ss = 0.0;
+        for (const GlobalSample& sample : g.samples) {
+            const double deviation = *p - pbar;
+            ss += sample.n * (deviation * deviation);
+            ++p;
+        }
+        const double s2 = ss / nbar / (s - 1.0);
+        const double x = pbar * (1.0 - pbar) - (s - 1.0) * s2 / s;
+        a += nbar * (s2 - x / (nbar - 1.0)) / nc;
+        b += nbar * x / (nbar - 1.0);
+    }
+    a += nbar * H / (2.0 * nc * (nbar - 1.0));
+    b -= H * (sumN / (sumN - s) + 1.0) / 2.0;
+    return {a, b, H};
+}
+
+} // namespace
+
+HRegel hRegel(uint32_t fstMask) {
+    if (hasBit(fstMask, FstBit::HObs)) {
+        return HRegel::Hobs;
+    }
+    return hasBit(fstMask, FstBit::HExp) ? HRegel::Hexp : HRegel::Auto;
+}
+
+std::optional<double> locusFst(const Varianz& v) {
+    if (v.a == 0.0 && v.b == 0.0 && v.c == 0.0) {
+        return std::nullopt;
+    }
+    return v.a / (v.a + v.b + v.c);
+}
+
+FWerte FSummen::values(double undefined) const {
+    if (B == 0.0 && C == 0.0) {
+        return {undefined, undefined, undefined};
+    }
+    const double T = A + B + C;
+    return {A / T, 1.0 - C / T, 1.0 - C / (B + C)};
+}
+
+void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value) {
+    for (int32_t row = first; row <= last; ++row) {
+        table(row, l) = value;
+    }
+}
+
+void GlobalSummen::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined) {
+    const Sizes sizes = addUp(g.samples);
+    fillColumn(locus, FZeile::Fst, FZeile::Fis, l, undefined);
+    if (g.samples.empty()) {
+        return;
+    }
+    const double hs = sizes.sumHs / sizes.s;
+    const double hmax = (sizes.s - 1.0 + hs) / sizes.s;
+    TotHt += g.Ht;
+    TotHs += hs;
+    TotHmax += hmax;
+    const bool varies = g.Ht >= kLeastHt;
+    const double gst = varies ? 1.0 - hs / g.Ht : undefined;
+    locus(FZeile::Gst, l) = gst;
+    locus(FZeile::GstStrich, l) = varies ? gst / (1.0 - hs / hmax) : undefined;
+    if (sizes.sumN <= sizes.s) {
+        return; // every population has one individual
+    }
+    const Varianz v = globalComponents(g, sizes);
+    f.add(v);
+    if (v.b == 0.0 && v.c == 0.0) {
+        return;
+    }
+    const double T = v.a + v.b + v.c;
+    locus(FZeile::Fst, l) = v.a / T;
+    locus(FZeile::Fit, l) = 1.0 - v.c / T;
+    locus(FZeile::Fis, l) = 1.0 - v.c / (v.b + v.c);
+}
+
+GlobalWerte GlobalSummen::values(double undefined) const {
+    GlobalWerte werte{f.values(undefined), undefined, undefined};
+    if (TotHt >= kLeastHt) {
+        werte.gst = 1.0 - TotHs / TotHt;
+        werte.gstStrich = werte.gst / (1.0 - TotHs / TotHmax);
+    }
+    return werte;
+}

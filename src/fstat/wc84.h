@@ -1,0 +1,191 @@
+// The numeric core of the F-statistics: variance components of Weir and Cockerham
+// (1984, Evolution 38:1358-1370) for two samples and for many, Gst and Gst' beside
+// them. It knows frequencies and sample sizes, no tables, no files.
+//
+// The order of the floating-point operations decides ties between an observed and a
+// permuted value, so it is part of the result: sums run over the alleles in the order
+// given, products and quotients from left to right.
+#ifndef KVA_FSTAT_WC84_H
+#define KVA_FSTAT_WC84_H
+
+#include "fstat/ftriple.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+// Which heterozygosity stands for H in the estimators.
+enum class HRegel {
+    Hobs, // the observed one, also for inbred data
+    Hexp, // the expected one
+    Auto  // the expected one for inbred data only
+};
+
+// The rule of the word of flags. With both bits on the observed one wins; with neither
+// the choice is automatic, and the bit for that is not looked at.
+HRegel hRegel(uint32_t fstMask);
+
+// H of one sample. Table: AllelCount or ShuffleTable.
+template <class Table> double sampleH(HRegel regel, const Table& t) {
+    const bool expected = regel == HRegel::Hexp || (regel == HRegel::Auto && t.isHaploid());
+    return expected ? t.CalcHet() : t.CalcHetobs();
+}
+
+// The rule for a pair: one haploid sample turns both to the expected heterozygosity.
+template <class Table> HRegel pairRegel(HRegel regel, const Table& t1, const Table& t2) {
+    if (regel != HRegel::Auto) {
+        return regel;
+    }
+    return t1.isHaploid() || t2.isHaploid() ? HRegel::Hexp : HRegel::Hobs;
+}
+
+// Components of variance of one locus: between populations, between individuals within
+// populations, within individuals.
+struct Varianz {
+    double a;
+    double b;
+    double c;
+};
+
+// Fst of a single locus; nothing if all three components are 0.
+std::optional<double> locusFst(const Varianz& v);
+
+// Sums of the components over loci.
+class FSummen {
+  public:
+    void add(const Varianz& v) {
+        A += v.a;
+        B += v.b;
+        C += v.c;
+    }
+
+    // Fst, Fit, Fis: ratios of the sums. All `undefined` if B and C are both 0; no other
+    // division is guarded.
+    FWerte values(double undefined) const;
+
+  private:
+    double A = 0.0;
+    double B = 0.0;
+    double C = 0.0;
+};
+
+// --- Two samples -----------------------------------------------------------------
+
+// The core of the tests' innermost loop, so it is inline.
+
+// Alleles that are computed side by side. A list of counts is filled up with zeros to a
+// multiple of it: an allele that neither sample has adds nothing.
+constexpr std::size_t kAlleleStep = 4;
+
+// One locus of two samples.
+struct PairLocus {
+    int32_t copies1; // gene copies of the samples; -1 or 0: none
+    int32_t copies2;
+    double H1; // heterozygosity of the samples; negative: cannot be computed
+    double H2;
+    std::span<const int32_t> counts1; // copies of each allele to sum over, see kAlleleStep
+    std::span<const int32_t> counts2; // ... in sample 2
+};
+
+// What does not change from allele to allele.
+struct PairSizes {
+    double n1; // gene copies
+    double n2;
+    double nA; // individuals
+    double nB;
+    double S;
+    double nc;
+};
+
+// What one allele adds to a and to b.
+inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
+    const double p1 = count1 / n.n1;
+    const double p2 = count2 / n.n2;
+    const double pbar = (n.nA * p1 + n.nB * p2) / n.S;
+    const double s2 =
+        2.0 * (n.nA * ((p1 - pbar) * (p1 - pbar)) + n.nB * ((p2 - pbar) * (p2 - pbar))) / n.S;
+    const double x = pbar * (1.0 - pbar) - s2 / 2.0;
+    a = n.S * (s2 - 2.0 * x / (n.S - 2.0)) / (2.0 * n.nc);
+    b = n.S * x / (n.S - 2.0);
+}
+
+// The components of a pair's locus; a sample of n gene copies has n / 2 individuals, also
+// if it is haploid. Nothing if a sample is empty, both have 2 individuals or fewer
+// together, an H is negative or there are no alleles.
+inline std::optional<Varianz> pairComponents(const PairLocus& locus) {
+    const double nA = locus.copies1 * 0.5;
+    const double nB = locus.copies2 * 0.5;
+    const double S = nA + nB;
+    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
+        locus.counts1.empty()) {
+        return std::nullopt;
+    }
+    const double nc = 2.0 * nA * nB / S;
+    const PairSizes n{double(locus.copies1), double(locus.copies2), nA, nB, S, nc};
+    const int32_t* const counts1 = locus.counts1.data();
+    const int32_t* const counts2 = locus.counts2.data();
+    double a = 0.0;
+    double b = 0.0;
+    for (std::size_t k = 0; k < locus.counts1.size(); k += kAlleleStep) {
+        double termA[kAlleleStep];
+        double termB[kAlleleStep];
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            alleleTerms(n, counts1[k + m], counts2[k + m], termA[m], termB[m]);
+        }
+        for (std::size_t m = 0; m < kAlleleStep; ++m) {
+            a += termA[m];
+            b += termB[m];
+        }
+    }
+    const double H = (nA * locus.H1 + nB * locus.H2) / S;
+    a += S * H / (2.0 * nc * (S - 2.0));
+    b -= (S / (S - 2.0) + 1.0) * H / 2.0;
+    return Varianz{a, b, H};
+}
+
+// --- Many samples ----------------------------------------------------------------
+
+// A population that counts at a locus: it has at least one individual there.
+struct GlobalSample {
+    double n;      // individuals: gene copies / 2
+    double hetuk;  // expected heterozygosity, uncorrected
+    double hetero; // H by the rule; a negative one is not left out
+};
+
+// One locus of many samples, with at least two alleles in the pool.
+struct GlobalLocus {
+    double Ht;                             // expected heterozygosity of the pool, uncorrected
+    std::span<const GlobalSample> samples; // the s populations that count
+    std::span<const double> pbar;          // frequency of each allele in the pool
+    std::span<const double> p;             // [allele x s + sample]
+};
+
+// Fst, Fit, Fis, Gst, Gst' over all loci.
+struct GlobalWerte {
+    FWerte f;
+    double gst;
+    double gstStrich;
+};
+
+// Sums over loci for many samples.
+class GlobalSummen {
+  public:
+    // Adds a locus and writes its five values to column l of `locus` (five rows);
+    // `undefined` where there is none. Rows Gst and Gst' keep what they held if no
+    // population counts.
+    void add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined);
+
+    GlobalWerte values(double undefined) const;
+
+  private:
+    FSummen f;
+    double TotHt = 0.0;   // heterozygosity of the pool
+    double TotHs = 0.0;   // mean heterozygosity within populations
+    double TotHmax = 0.0; // largest heterozygosity of the pool for that
+};
+
+// Sets rows first to last of column l.
+void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value);
+
+#endif

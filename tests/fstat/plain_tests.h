@@ -1,0 +1,31 @@
+// The permutation tests once more, slow and obvious: allele tables made slot by slot, one
+// estimate after the other, every list whole. The tests of the program must give the same bits.
+#ifndef KVA_TESTS_FSTAT_PLAIN_TESTS_H
+#define KVA_TESTS_FSTAT_PLAIN_TESTS_H
+
+#include "control/AnalyseDataObj.h"
+
+namespace kva_test {
+
+// As AnalyseDataObj::FST_P_WC84.
+void plainPairTest(const AnalyseDataObj& obj, FTripel& p, const FTripel& f, CMatrix& locusTable);
+
+// As AnalyseDataObj::FST_RD_WC84.
+void plainDiscardTest(const AnalyseDataObj& obj, FTripel& p, FTripel& f, CMatrix& untergrenze,
+                      CMatrix& obergrenze, CMatrix& locusTable);
+
+// What the test over all populations gives.
+struct GlobalP {
+    double fst = 0.0;
+    double gst = 0.0;
+    double gstStrich = 0.0;
+    CMatrix locus; // three rows
+};
+
+// As AnalyseDataObj::FST_GLOBAL_P_WC84; `observed` are the three values over all loci.
+GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& observed,
+                        const CMatrix& observedLocus);
+
+} // namespace kva_test
+
+#endif
