@@ -21,46 +21,63 @@ int individuals(const Datensatz& daten, int pop, Walk walk) {
     return walk == Walk::pairs ? slots / 2 : (slots + 1) / 2;
 }
 
-// An individual as rows of a table, for AllelCount::RDAktuell.
-struct Pair {
-    int32_t row1;
-    int32_t row2; // kAlone: the other allele is missing, so nothing is drawn
-};
-constexpr int32_t kAlone = -1;
+// The individuals of a table for its replicates, the alleles looked up as rows once. A replicate is
+// AllelCount::AddHaploidSet for all individuals in order: the same draws, in one go, and the same
+// counts.
+class Thinning {
+  public:
+    // For a complete table.
+    explicit Thinning(AllelCount& table)
+        : Table(table), Alone(static_cast<std::size_t>(table.AnzAllele) + 1, 0) {}
 
-// The individuals of one population that have an allele, as rows of `table`. An allele that the
-// table lacks stands as the row behind the last.
-void addPairs(std::vector<Pair>& pairs, const AllelCount& table, const Datensatz& daten, int pop,
-              int locus, Walk walk) {
-    const auto rowOf = [&table](int allel) {
-        const int place = table.GetAllelNummer(allel);
-        return place > 0 ? place - 1 : table.AnzAllele;
+    void addPopulation(const Datensatz& daten, int pop, int locus, Walk walk);
+    void run();
+
+  private:
+    struct Pair {
+        int32_t row1;
+        int32_t row2;
     };
+
+    // An allele that the table lacks stands as the row behind the last.
+    int32_t rowOf(int allel) const {
+        const int place = Table.GetAllelNummer(allel);
+        return place > 0 ? place - 1 : Table.AnzAllele;
+    }
+
+    AllelCount& Table;
+    std::vector<Pair> Pairs;    // individuals with two alleles, one draw each
+    std::vector<int32_t> Alone; // by row: individuals with one allele, no draw
+    int32_t AnzAlone = 0;       // their number
+    std::vector<float> Draws;   // of the running replicate, one for each pair
+    std::vector<int32_t> Kept;  // by row: alleles kept in the running replicate
+};
+
+void Thinning::addPopulation(const Datensatz& daten, int pop, int locus, Walk walk) {
     for (int tier = 0; tier < individuals(daten, pop, walk); ++tier) {
         int allel1 = -1;
         int allel2 = -1;
         (void)daten.GetTierDaten(locus, pop, tier, allel1, allel2); // a bad locus stays missing
         if (allel1 >= 0 && allel2 >= 0) {
-            pairs.push_back({rowOf(allel1), rowOf(allel2)});
+            Pairs.push_back({rowOf(allel1), rowOf(allel2)});
         } else if (allel1 >= 0 || allel2 >= 0) {
-            pairs.push_back({rowOf(std::max(allel1, allel2)), kAlone});
+            ++Alone[static_cast<std::size_t>(rowOf(std::max(allel1, allel2)))];
+            ++AnzAlone;
         }
     }
+    Draws.resize(Pairs.size());
 }
 
-// AllelCount::AddHaploidSet for all individuals of a replicate, with the alleles looked up
-// beforehand: the same draws and counts, and no search in each of the replicates.
-void thin(AllelCount& table, const std::vector<Pair>& pairs) {
-    const auto rows = static_cast<int32_t>(table.RDAktuell.size());
-    for (const Pair& pair : pairs) {
-        int32_t row = pair.row1;
-        if (pair.row2 != kAlone) {
-            row = InternRand() <= 0.5F ? pair.row1 : pair.row2;
-        }
-        ++table.RDGroesse;
-        if (row < rows) {
-            ++table.RDAktuell[static_cast<std::size_t>(row)].Anzahl;
-        }
+void Thinning::run() {
+    rand2Fill(Draws);
+    Kept = Alone;
+    for (std::size_t i = 0; i < Pairs.size(); ++i) {
+        const int32_t row = Draws[i] <= 0.5F ? Pairs[i].row1 : Pairs[i].row2;
+        ++Kept[static_cast<std::size_t>(row)];
+    }
+    Table.RDGroesse += AnzAlone + static_cast<int32_t>(Pairs.size());
+    for (std::size_t row = 0; row < Table.RDAktuell.size(); ++row) {
+        Table.RDAktuell[row].Anzahl += Kept[row];
     }
 }
 
@@ -72,15 +89,15 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
     if (table.RDDurchlauf != 0 || !table.isHaploid()) {
         return table;
     }
-    std::vector<Pair> pairs;
+    Thinning thinning(table);
     const int first = pop >= 1 ? pop : 1;
     const int last = pop >= 1 ? pop : daten.GetPopAnzahl();
     for (int population = first; population <= last; ++population) {
-        addPairs(pairs, table, daten, population, locus, walk);
+        thinning.addPopulation(daten, population, locus, walk);
     }
     table.StartRD(replikate);
     do {
-        thin(table, pairs);
+        thinning.run();
     } while (table.RDEnd() == 1);
     return table;
 }

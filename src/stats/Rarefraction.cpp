@@ -12,6 +12,7 @@
 #include "data/allelcount.h"
 #include "stats/CFactorial.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -30,11 +31,11 @@ struct Draw {
 };
 
 // Products of k consecutive numbers ending at N - s, where s copies are left out. They depend on
-// s alone, which few pairs of alleles do not share, so each is multiplied once.
+// s alone, which many pairs of alleles share, so each is multiplied once and a pair costs the same
+// whatever k is. The plain form stands in the tests.
 class Windows {
   public:
-    explicit Windows(const Draw& draw)
-        : N(draw.N), k(draw.k), Known(static_cast<std::size_t>(draw.N) + 1, kUnknown) {}
+    explicit Windows(const Draw& draw) : N(draw.N), k(draw.k), Known(cells(draw), kUnknown) {}
 
     long double without(int s) {
         long double& product = Known[static_cast<std::size_t>(s)];
@@ -49,6 +50,12 @@ class Windows {
 
   private:
     static constexpr long double kUnknown = -1.0L;
+
+    // Room for the copies of any two alleles.
+    static std::size_t cells(const Draw& draw) {
+        const int largest = *std::max_element(draw.c.begin(), draw.c.end());
+        return static_cast<std::size_t>(std::min(int64_t{draw.N}, 2 * int64_t{largest})) + 1;
+    }
 
     int N;
     int k;
@@ -156,6 +163,9 @@ double pairsByWindows(const Draw& draw, Windows& windows) {
             const int copies = i->c + j->c;
             const long double both = windows.exists(copies) ? windows.without(copies) / B : 0.0L;
             D = static_cast<double>(D + (both - i->q * j->q));
+            if (std::isnan(D)) { // after an overflow it stays so, and the processor is slow with it
+                return D;
+            }
         }
     }
     return D;

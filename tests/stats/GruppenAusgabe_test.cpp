@@ -27,11 +27,7 @@ const std::vector<std::string> kSheets = {"Hetexpgroup", "Vargroup",         "He
 // A data set whose overview and group tables were written.
 class Written {
   public:
-    explicit Written(std::string_view text) : Run(text) {
-        const StdoutCapture swallowed;
-        Run->Uebersicht();
-        Result = Run->GruppenAusgabe();
-    }
+    explicit Written(std::string_view text) : Run(text), Result(write()) {}
 
     std::string sheet(const std::string& name) const {
         return Run.resultFile("Group_data/" + name + ".xls");
@@ -41,7 +37,14 @@ class Written {
     }
 
     LoadedRun Run;
-    int Result = -99;
+    int Result;
+
+  private:
+    int write() {
+        const StdoutCapture swallowed;
+        Run->Uebersicht();
+        return Run->GruppenAusgabe();
+    }
 };
 
 // kTwoPops with both populations in group 1, and a third, 100/100 and 200/208, in group 2.

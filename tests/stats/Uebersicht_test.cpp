@@ -24,11 +24,8 @@ namespace {
 // A data set whose overview was written, by default with the minimal sample as reference.
 class Written {
   public:
-    explicit Written(std::string_view text, int32_t richnessRef = -1) : Run(text) {
-        const StdoutCapture swallowed;
-        Run->RichnessRef = richnessRef;
-        Result = Run->Uebersicht();
-    }
+    explicit Written(std::string_view text, int32_t richnessRef = -1)
+        : Run(text), Result(write(richnessRef)) {}
 
     std::string sheet(const std::string& name) const {
         return Run.resultFile("Single_data/" + name + ".xls");
@@ -39,7 +36,14 @@ class Written {
     }
 
     LoadedRun Run;
-    int Result = -99;
+    int Result;
+
+  private:
+    int write(int32_t richnessRef) {
+        const StdoutCapture swallowed;
+        Run->RichnessRef = richnessRef;
+        return Run->Uebersicht();
+    }
 };
 
 // The sheet of kTwoPops with the given cells of Total, A and B.
