@@ -98,13 +98,6 @@ class NumberAhead {
 
 // --- Cells -----------------------------------------------------------------
 
-// Takes the text up to the next tab off the front of `rest`.
-std::string_view takeCell(std::string_view& rest) {
-    const std::string_view cell = rest.substr(0, rest.find('\t'));
-    rest.remove_prefix(std::min(cell.size() + 1, rest.size()));
-    return cell;
-}
-
 // Takes a locus name off the front of `rest`. One control character behind it is cut: in a
 // file with CR LF the last name has its CR there.
 std::string takeName(std::string_view& rest) {
@@ -569,7 +562,7 @@ int AnalyseDataObj::GetDataFile(std::FILE* stream) {
     if (!walk.next()) {
         return -1;
     }
-    if ((int64_t{AnzLoci} * 4 + 4) * DatenFormat + 211 > kBlockSize) {
+    if (rowTooLong(AnzLoci, DatenFormat)) {
         AUSGABE(60, nullptr);
         return -1;
     }

@@ -32,6 +32,14 @@ std::size_t findTextEnd(std::string_view text, std::size_t from) {
 
 } // namespace
 
+// --- Cells ---------------------------------------------------------------------------
+
+std::string_view takeCell(std::string_view& rest) {
+    const std::string_view cell = rest.substr(0, rest.find('\t'));
+    rest.remove_prefix(std::min(cell.size() + 1, rest.size()));
+    return cell;
+}
+
 // --- DataWindow ------------------------------------------------------------
 
 DataWindow::DataWindow(std::FILE* stream)

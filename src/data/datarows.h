@@ -20,6 +20,15 @@
 
 constexpr int64_t kBlockSize = 200000; // bytes
 
+// True if a row may not fit in a block: 4 bytes for each allele, and 211 for the rest.
+// `columns`: columns per locus, 1 or 2.
+constexpr bool rowTooLong(int64_t loci, int64_t columns) {
+    return (loci * 4 + 4) * columns + 211 > kBlockSize;
+}
+
+// Takes the text up to the next tab, or to the end, off the front of `rest`, and the tab too.
+std::string_view takeCell(std::string_view& rest);
+
 // A file as blocks, through one buffer that slides along it: each byte is read once, and no
 // more than the buffer is held, whatever the size of the file.
 class DataWindow {

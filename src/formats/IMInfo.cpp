@@ -25,13 +25,6 @@ namespace {
 constexpr double kNoValue = -1.0;
 constexpr int kLeadingCells = 3; // cells of a row in front of the values
 
-// Takes the text up to the next tab, or to the end, off the front of `rest`.
-std::string_view takeCell(std::string_view& rest) {
-    const std::string_view cell = rest.substr(0, rest.find('\t'));
-    rest.remove_prefix(std::min(cell.size() + 1, rest.size()));
-    return cell;
-}
-
 double toValue(std::string_view cell) {
     if (cell.empty()) {
         return kNoValue;
@@ -80,11 +73,6 @@ std::optional<std::size_t> beforeFirstRow(std::string_view block, int headRows, 
         }
     }
     return place;
-}
-
-// True if a row of the data set could be longer than a block.
-bool rowTooLong(int64_t loci, int64_t columns) {
-    return (loci * 4 + 4) * columns + 211 > kBlockSize;
 }
 
 // Reads the rows, the first of which begins behind the byte at `position`.

@@ -105,14 +105,14 @@ long writeMigrateAndArlequin(AnalyseDataObj& lauf, const std::vector<int32_t>& s
         const std::string& name = *data.GetPopName(pop + 1);
         const int individuals = data.GetAnzTiere(pop + 1);
         migrate.print("%d %s\n", individuals, name.c_str());
-        (void)lauf.WriteArlequinPopStart(arlequin, individuals, name);
+        (void)AnalyseDataObj::WriteArlequinPopStart(arlequin, individuals, name);
         for (int ind = 0; ind < individuals; ++ind) {
             data.MakeMigrateLine(pop, ind, repeatMass, texte.Migrate, texte.Arlequin1,
                                  texte.Arlequin2, schrittweite);
             writeMigrateRow(migrate, pop, ind, texte.Migrate);
             writeArlequinRows(arlequin, name, ind, texte);
         }
-        (void)lauf.WriteArlequinPopEnd(arlequin);
+        (void)AnalyseDataObj::WriteArlequinPopEnd(arlequin);
     }
     (void)lauf.WriteArlequinEnde(arlequin); // -1 tells only that there are no groups
     return 0;

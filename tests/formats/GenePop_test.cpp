@@ -544,12 +544,16 @@ TEST(MakeGenePop, AllFilesHoldTheSameChoices) {
         if (line == "POP") {
             std::getline(genepop, line);
         }
-        const std::string a = allele(line.substr(3, 2));
-        const std::string b = allele(line.substr(8, 2));
+        const char* const a = allele(line.substr(3, 2));
+        const char* const b = allele(line.substr(8, 2));
+        std::ostringstream sheet;
+        sheet << "\th\t0\t" << a << '\t' << a << '\t' << b << '\t' << b;
+        std::ostringstream row;
+        row << '\t' << a << '\t' << b;
         std::getline(twoColumns, line);
-        EXPECT_EQ(line.substr(1), "\th\t0\t" + a + "\t" + a + "\t" + b + "\t" + b);
+        EXPECT_EQ(line.substr(1), sheet.str());
         std::getline(structure, line);
-        EXPECT_EQ(line.substr(4), "\t" + a + "\t" + b);
+        EXPECT_EQ(line.substr(4), row.str());
         std::getline(structure, line);
         EXPECT_EQ(line.substr(4), "\t-9\t-9");
     }

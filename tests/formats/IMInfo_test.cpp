@@ -313,18 +313,15 @@ class PlainReading {
   public:
     PlainReading(const AnalyseDataObj& obj, std::string bytes)
         : file(std::move(bytes)), headRows(obj.KopfZeilen), loci(obj.AnzLoci),
-          columns(obj.DatenFormat), scalars(scalarsOf(obj)), rates(ratesOf(obj)) {
-        result = read();
-    }
-
-    long result = 0;
+          columns(obj.DatenFormat), scalars(scalarsOf(obj)), rates(ratesOf(obj)), result(read()) {}
 
   private:
     std::string blockAt(std::size_t position) const {
         if (position >= file.size()) {
             return {};
         }
-        return {file.substr(position, 200000).c_str()}; // ends at a NUL byte
+        const std::string block = file.substr(position, 200000);
+        return block.substr(0, block.find('\0'));
     }
 
     long read() {
@@ -400,6 +397,7 @@ class PlainReading {
   public:
     Values scalars;
     Values rates;
+    long result; // of the whole reading
 };
 
 std::string randomBytes(int count) {

@@ -13,7 +13,8 @@ struct Texts {
     std::string arlequin2;
 };
 
-Texts textsOf(LoadedRun& run, int pop, int ind, int repeatMass, std::vector<int32_t> widths) {
+Texts textsOf(LoadedRun& run, int pop, int ind, int repeatMass,
+              const std::vector<int32_t>& widths) {
     Texts texts;
     EXPECT_EQ(run->Daten->MakeMigrateLine(pop, ind, repeatMass, texts.migrate, texts.arlequin1,
                                           texts.arlequin2, widths),
