@@ -5,6 +5,7 @@
 #include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -12,6 +13,16 @@
 using kva_test::Typed;
 
 namespace {
+
+// A row of a table goes by what is typed in it.
+template <class Row>
+concept TypedRow = requires(const Row& row) {
+    row.typed;
+};
+
+template <TypedRow Row> std::ostream& operator<<(std::ostream& out, const Row& row) {
+    return out << testing::PrintToString(std::string(row.typed));
+}
 
 // --- Whole numbers -------------------------------------------------------------------------
 

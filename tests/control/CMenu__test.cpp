@@ -34,7 +34,7 @@ struct State {
 };
 
 std::ostream& operator<<(std::ostream& out, const State& state) {
-    return out << state.now;
+    return out << testing::PrintToString(std::string(state.now));
 }
 
 class MenuState : public testing::TestWithParam<State> {};

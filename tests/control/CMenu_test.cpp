@@ -60,7 +60,7 @@ struct Keys {
 };
 
 std::ostream& operator<<(std::ostream& out, const Keys& row) {
-    return out << "menu " << row.menu << " " << row.keys;
+    return out << "menu " << row.menu << " " << testing::PrintToString(std::string(row.keys));
 }
 
 class MenuKeys : public testing::TestWithParam<Keys> {};
