@@ -1,4 +1,5 @@
 // The entry of the program: picks the front end, and its result is the exit status.
+#include "control/CMenu.h"
 #include "control/cczkva.h"
 
 #include <exception>
@@ -8,6 +9,11 @@ namespace {
 
 constexpr int kError = -1; // the system makes 255 of it
 
+int runMenu() {
+    CMenuAllg menu;
+    return menu.Run(0);
+}
+
 int runCommandLine(int argc, char** argv) {
     CCommandZeileKVA commandLine;
     return commandLine.Analyse(argc, argv);
@@ -16,12 +22,8 @@ int runCommandLine(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        std::cout << "There is no menu yet: name a data file with -i." << std::endl;
-        return kError;
-    }
     try {
-        return runCommandLine(argc, argv);
+        return argc < 2 ? runMenu() : runCommandLine(argc, argv);
     } catch (const std::exception& failure) { // memory is at its end
         std::cout << std::endl << "Program stopped: " << failure.what() << std::endl;
         return kError;
