@@ -14,7 +14,8 @@ class RowSummer {
   public:
     // samples: NOT OWNED, they outlive the object. keepBytes: what a locus adds as one number
     // is computed once and kept if all pairs and loci fit into that many bytes; 0: not at all.
-    // The sums are the same.
+    // The sums are the same. What a locus adds allele by allele is not kept: a product or a
+    // minimum of two numbers at hand costs no more than reading it back.
     RowSummer(const Samples& samples, const Measure& measure, std::size_t keepBytes);
 
     // The sums of the pairs (i, j), j > i, over `loci` in their order, each from 0. They stand
