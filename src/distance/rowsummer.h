@@ -26,7 +26,7 @@ class RowSummer {
     PairSums pair(int32_t j) const;
 
     const Measure& measure() const { return Rule; }
-    const Samples& samples() const { return Proben; }
+    const Samples& samples() const { return Prepared; }
 
   private:
     // The values of all pairs at one locus, rows of the upper triangle behind each other.
@@ -39,7 +39,7 @@ class RowSummer {
     const double* keptValues(const LocusRow& row, std::size_t locus);
     void spread(const LocusRow& row, bool present); // sets Frequencies, or back to 0.0
 
-    const Samples& Proben;
+    const Samples& Prepared;
     Measure Rule;
     RowSums Sums;
     std::vector<double> Frequencies; // of the row's sample by place in the pool; 0.0 between calls
