@@ -20,14 +20,14 @@ CellRules cellRules(const AnalyseDataObj& lauf) {
 
 DistanceRun::DistanceRun(AnalyseDataObj& lauf, const DistanceKind& kind, Samples samples,
                          std::vector<std::string> labels)
-    : Lauf(lauf), Kind(kind), Proben(std::move(samples)), Rules(cellRules(lauf)),
+    : Lauf(lauf), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(lauf)),
       Matrices(std::move(labels), Rules,
                nexus() ? MatrixWriter::Form::nexus : MatrixWriter::Form::plain) {
     const std::vector<Measure> measures = selectedMeasures(Lauf.PopDistMask);
     const std::size_t share = bootstrapping() ? kKeptBytes / (measures.size() + 1) : 0;
     Sums.reserve(measures.size());
     for (const Measure& measure : measures) {
-        Sums.emplace_back(Proben, measure, share);
+        Sums.emplace_back(Prepared, measure, share);
     }
     if (perLocus()) {
         Sheets = LocusSheets(*Lauf.Daten, Lauf.DatenFormat, Rules, bootstrapping());
@@ -72,7 +72,7 @@ void DistanceRun::createFiles() {
         }
         ResultFile matrix = openMatrix(measure, "wb+");
         if (nexus()) {
-            (void)StartNexus(matrix, measure.Bit, Proben.Count, measure.Index);
+            (void)StartNexus(matrix, measure.Bit, Prepared.Count, measure.Index);
         }
     }
 }
@@ -96,7 +96,7 @@ void DistanceRun::writeReplicate() {
 // The loci of a replicate (from 0), with their marks on the console. They are drawn before
 // anything is summed, since the sums of one pair after the other run over all of them.
 std::vector<int32_t> DistanceRun::drawLoci() {
-    const auto available = static_cast<int32_t>(Proben.Loci.size());
+    const auto available = static_cast<int32_t>(Prepared.Loci.size());
     const bool chosen = Lauf.BootLoci > 0 && bootstrapping() && available > 0;
     const int32_t passes = chosen ? Lauf.BootLoci : available;
     std::vector<int32_t> loci;

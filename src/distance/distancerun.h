@@ -50,7 +50,7 @@ class DistanceRun {
 
     AnalyseDataObj& Lauf;
     DistanceKind Kind;
-    Samples Proben;
+    Samples Prepared;
     std::vector<RowSummer> Sums; // one for each selected measure
     CellRules Rules;
     MatrixWriter Matrices;

@@ -33,10 +33,11 @@ double product(double x, double y) {
     return x * y;
 }
 double root(double x, double y) {
-    return x > 0.0 ? std::sqrt(x * y) : 0.0;
+    return std::sqrt(x * y);
 }
+// 1 for an allele that both have. A frequency is at least 2^-31, and no branch needs to be guessed.
 double both(double x, double /*y*/) {
-    return x > 0.0 ? 1.0 : 0.0;
+    return std::min(x * 0x1p60, 1.0);
 }
 
 // --- What a locus adds as one number -------------------------------------------------

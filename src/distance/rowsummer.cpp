@@ -3,7 +3,7 @@
 #include <algorithm>
 
 RowSummer::RowSummer(const Samples& samples, const Measure& measure, std::size_t keepBytes)
-    : Proben(samples), Rule(measure), Sums(samples.Count) {
+    : Prepared(samples), Rule(measure), Sums(samples.Count) {
     int32_t alleles = 0;
     for (const LocusSamples& locus : samples.Loci) {
         alleles = std::max(alleles, locus.Pool);
@@ -32,7 +32,7 @@ PairSums RowSummer::pair(int32_t j) const {
 }
 
 void RowSummer::addLocus(int32_t i, std::size_t locus) {
-    const LocusSamples& samples = Proben.Loci[locus];
+    const LocusSamples& samples = Prepared.Loci[locus];
     if (samples.Typed[static_cast<std::size_t>(i)] == 0.0) {
         return;
     }

@@ -14,7 +14,8 @@ class RowSummer {
   public:
     // samples: NOT OWNED, they outlive the object. keepBytes: what a locus adds as one number
     // is computed once and kept if all pairs and loci fit into that many bytes; 0: not at all.
-    // The sums are the same.
+    // The sums are the same. What a locus adds allele by allele is not kept: a product or a
+    // minimum of two numbers at hand costs no more than reading it back.
     RowSummer(const Samples& samples, const Measure& measure, std::size_t keepBytes);
 
     // The sums of the pairs (i, j), j > i, over `loci` in their order, each from 0. They stand
@@ -25,7 +26,7 @@ class RowSummer {
     PairSums pair(int32_t j) const;
 
     const Measure& measure() const { return Rule; }
-    const Samples& samples() const { return Proben; }
+    const Samples& samples() const { return Prepared; }
 
   private:
     // The values of all pairs at one locus, rows of the upper triangle behind each other.
@@ -38,7 +39,7 @@ class RowSummer {
     const double* keptValues(const LocusRow& row, std::size_t locus);
     void spread(const LocusRow& row, bool present); // sets Frequencies, or back to 0.0
 
-    const Samples& Proben;
+    const Samples& Prepared;
     Measure Rule;
     RowSums Sums;
     std::vector<double> Frequencies; // of the row's sample by place in the pool; 0.0 between calls

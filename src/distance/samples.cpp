@@ -55,6 +55,15 @@ void addSample(LocusSamples& locus, const AllelCount& table, const AllelCount& p
     locus.First.push_back(static_cast<int32_t>(locus.Shares.size()));
 }
 
+void reserve(LocusSamples& locus, std::size_t samples, std::size_t slots) {
+    for (std::vector<double>* column : {&locus.Typed, &locus.Alleles, &locus.HasMean, &locus.Mean,
+                                        &locus.Variance, &locus.InNei, &locus.Identity}) {
+        column->reserve(samples);
+    }
+    locus.First.reserve(samples + 1);
+    locus.Shares.reserve(samples * slots);
+}
+
 } // namespace
 
 Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t count,
@@ -68,6 +77,7 @@ Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t c
         LocusSamples& locus = samples.Loci[l];
         locus.Pool = pool[l].AnzAllele;
         locus.Repeat = repeats[l];
+        reserve(locus, static_cast<std::size_t>(count), static_cast<std::size_t>(rules.ShareSlots));
         locus.First.push_back(0);
         for (std::size_t s = first; s < first + static_cast<std::size_t>(count); ++s) {
             const bool there = s < tables.size() && l < tables[s].size();

@@ -363,6 +363,21 @@ TEST(PopulationDistance, IdenticalPopulationsUnderLogAreAtMinusZero) {
     EXPECT_EQ(cellAt(distanceFile(run, "POSA_Pop.txt"), 0, 1), " -0.00000"); // -ln(1) is -0
 }
 
+// 0.2 + 0.4 + 0.3 + 0.1 is above 1 in doubles, and so is B: the chord of 2 (1 - B) counts as 0.
+TEST(PopulationDistance, ChordOfIdenticalPopulationsIsZeroWhereRoundingExceedsOne) {
+    std::string data = "2 . . 1 .\n. . . 0 .\n. . . L1 L1b\n";
+    for (const char* name : {"A", "B"}) {
+        for (const char* genotype : {"1 1", "2 2", "2 2", "3 3", "3 4"}) {
+            data.append(name).append(" d 0 ").append(genotype).append("\n");
+        }
+    }
+    LoadedRun run(data);
+    popPass(run, DistBit::DcDa | DistBit::PerLocus);
+    EXPECT_EQ(distanceFile(run, "CAS_Pop_Loci.xls"), "\t\tA\n\t\tB\nL1\tL1b\t0.000000\n");
+    EXPECT_EQ(cellAt(distanceFile(run, "CAS_Pop.txt"), 0, 1), "  0.00000");
+    EXPECT_EQ(cellAt(distanceFile(run, "DAN_Pop.txt"), 0, 1), " -0.00000"); // 1 - B as it is
+}
+
 TEST(PopulationDistance, PopulationWithoutDataAtALocus) {
     LoadedRun run(kAbsent);
     popPass(run, kAllMeasures | DistBit::PerLocus);

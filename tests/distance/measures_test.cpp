@@ -78,6 +78,9 @@ TEST(MatrixCells, DistancesDoNotSeeTheLog) {
 
 TEST(MatrixCells, ChordDistanceHasAShortPi) {
     EXPECT_EQ(cells("CAS", {3.0, 0.0, 2.0, 0.0}, false).Upper, 6.0 / (2.0 * 3.141592654));
+    // The loci are multiplied by it first, which shows in the last digit here.
+    EXPECT_EQ(cells("CAS", {0.875, 0.0, 3.0, 0.0}, false).Upper, 2.0 * 0.875 / (3.0 * 3.141592654));
+    EXPECT_NE(2.0 * 0.875 / (3.0 * 3.141592654), 2.0 * 0.875 / 3.0 / 3.141592654);
 }
 
 // Jxy 1, J' 4 and 9, two loci: 1 / sqrt(36).

@@ -5,6 +5,7 @@
 #include "support/datasets.h"
 
 #include <ctime>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
 
@@ -37,6 +38,7 @@ std::optional<std::string> firstDifference(LoadedRun& run, const Setting& settin
 std::optional<std::string> compare(LoadedRun& run, const Setting& setting) {
     run->GeneralMask = setting.GeneralMask;
     run->BootLoci = setting.BootLoci;
+    std::filesystem::remove_all(run->ResultPfad + "/Distance_data"); // files of a pass before
     const long before = static_cast<long>(std::time(nullptr));
     {
         const StdoutCapture swallowed;

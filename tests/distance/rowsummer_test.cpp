@@ -91,3 +91,20 @@ TEST(RowSummer, AllelesAddUpOneByOne) {
     EXPECT_EQ(sums.pair(1).Summe, (0.1 + 0.2) + 0.3);
     EXPECT_NE((0.1 + 0.2) + 0.3, 0.1 + (0.2 + 0.3));
 }
+
+// (mi - mj)^2 / r^2 with a difference of 1 and r = 5: 1 / 25, not (1 / 5)^2.
+TEST(RowSummer, TheSquareIsDividedByTheSquare) {
+    LocusSamples locus;
+    locus.Pool = 2;
+    locus.First = {0, 1, 2};
+    locus.Shares = {{1.0, 0}, {1.0, 1}};
+    locus.Typed = locus.HasMean = {1.0, 1.0};
+    locus.Mean = {100.0, 101.0};
+    locus.Repeat = 5.0;
+    const Samples samples{2, {locus}};
+    RowSummer sums(samples, selectedMeasures(0x20)[0], 0);
+    const std::vector<int32_t> loci = {0};
+    sums.sum(0, loci);
+    EXPECT_EQ(sums.pair(1).Summe, 1.0 / 25.0);
+    EXPECT_NE(1.0 / 25.0, (1.0 / 5.0) * (1.0 / 5.0));
+}

@@ -1,0 +1,147 @@
+// Cost of the distances. sumIndividuals: per pair and locus, for 500 to 4,500 individuals, which
+// should not grow; replicatePopulations: of a bootstrap replicate of 100 populations, nothing
+// written; writeMatrix: per cell of a matrix of individuals, into a file that takes all.
+//
+// The argument `measure` is the place of the measure in the order of the output (0: POSA, 8: DSG).
+#include "distance/distancefile.h"
+#include "distance/rowsummer.h"
+#include "distance/samples.h"
+
+#include "data/resultfile.h"
+
+#include <benchmark/benchmark.h>
+#include <random>
+
+namespace {
+
+constexpr int kLoci = 20;
+constexpr int kAlleles = 20;
+
+AllelTabelle individual(std::mt19937& stream) {
+    AllelTabelle tables(kLoci);
+    for (AllelCount& table : tables) {
+        table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
+        table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
+        table.SortAllele();
+    }
+    return tables;
+}
+
+AllelTabelle population(std::mt19937& stream, int individuals) {
+    AllelTabelle tables(kLoci);
+    for (AllelCount& table : tables) {
+        for (int entry = 0; entry < 2 * individuals; ++entry) {
+            table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
+        }
+        table.SortAllele();
+    }
+    return tables;
+}
+
+// A pool of all alleles that a sample can have.
+AllelTabelle pool() {
+    AllelTabelle tables(kLoci);
+    for (AllelCount& table : tables) {
+        for (int allele = 0; allele < kAlleles; ++allele) {
+            table.AddAllel(100 + 2 * allele, 0);
+        }
+        table.SortAllele();
+    }
+    return tables;
+}
+
+Samples individuals(int count) {
+    std::mt19937 stream(1);
+    AllelTabellen tables;
+    for (int i = 0; i < count; ++i) {
+        tables.push_back(individual(stream));
+    }
+    return prepareSamples(tables, 0, count, pool(), std::vector<double>(kLoci, 1.0),
+                          kIndividualRules);
+}
+
+Samples populations(int count) {
+    std::mt19937 stream(1);
+    AllelTabellen tables;
+    for (int i = 0; i < count; ++i) {
+        tables.push_back(population(stream, 30));
+    }
+    return prepareSamples(tables, 0, count, pool(), std::vector<double>(kLoci, 2.0),
+                          kPopulationRules);
+}
+
+std::vector<int32_t> allLoci() {
+    std::vector<int32_t> loci(kLoci);
+    for (int32_t locus = 0; locus < kLoci; ++locus) {
+        loci[static_cast<std::size_t>(locus)] = locus;
+    }
+    return loci;
+}
+
+void sumAllRows(RowSummer& sums, const std::vector<int32_t>& loci) {
+    for (int32_t i = 0; i + 1 < sums.samples().Count; ++i) {
+        benchmark::DoNotOptimize(sums.sum(i, loci).DistSumme[0].data());
+    }
+}
+
+double pairs(int64_t count) {
+    return static_cast<double>(count) * static_cast<double>(count - 1) / 2.0;
+}
+
+// A counter that reads as the time of one of so many steps in an iteration.
+benchmark::Counter timeOfOne(double steps) {
+    return {steps, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert};
+}
+
+void sumIndividuals(benchmark::State& state) {
+    const Samples samples = individuals(static_cast<int>(state.range(0)));
+    RowSummer sums(samples, allMeasures()[static_cast<std::size_t>(state.range(1))], 0);
+    const std::vector<int32_t> loci = allLoci();
+    for (auto _ : state) {
+        sumAllRows(sums, loci);
+    }
+    state.counters["pair_and_locus"] = timeOfOne(pairs(state.range(0)) * kLoci);
+}
+
+void replicatePopulations(benchmark::State& state) {
+    constexpr std::size_t kPlenty = std::size_t{1} << 27U;
+    const Samples samples = populations(100);
+    RowSummer sums(samples, allMeasures()[static_cast<std::size_t>(state.range(0))], kPlenty);
+    const std::vector<int32_t> loci = allLoci();
+    sumAllRows(sums, loci); // what is kept is computed here
+    for (auto _ : state) {
+        sumAllRows(sums, loci);
+    }
+    state.counters["pair_and_locus"] = timeOfOne(pairs(100) * kLoci);
+}
+
+void writeMatrix(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    const Samples samples = individuals(count);
+    RowSummer sums(samples, allMeasures()[0], 0);
+    const std::vector<int32_t> oneLocus = {0}; // summing is cheap beside the writing
+    MatrixWriter writer(std::vector<std::string>(samples.Loci[0].Typed.size(), "label"),
+                        CellRules(), MatrixWriter::Form::plain);
+    for (auto _ : state) {
+        ResultFile file("/dev/null", "wb", "null", nullptr);
+        writer.write(file, sums, oneLocus);
+    }
+    state.counters["cell"] = timeOfOne(static_cast<double>(count) * count);
+}
+
+BENCHMARK(sumIndividuals)
+    ->ArgNames({"individuals", "measure"})
+    ->ArgsProduct({{500, 1500, 4500}, {0, 1, 2, 3, 4, 5, 6, 7, 8}})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(replicatePopulations)
+    ->ArgName("measure")
+    ->DenseRange(0, 8)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(writeMatrix)
+    ->ArgName("individuals")
+    ->Arg(500)
+    ->Arg(1500)
+    ->Arg(4500)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
