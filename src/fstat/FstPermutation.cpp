@@ -10,7 +10,7 @@
 
 #include <numeric>
 
-// --- What both tests share ---------------------------------------------------------------
+// --- What both tests share -------------------------------------------------------------
 
 CodedSample::CodedSample(const CodedData& data) : Data(data) {
     for (std::size_t l = 0; l < data.loci(); ++l) {
@@ -127,7 +127,7 @@ double pairNumber(int32_t n) {
     return (double(n) * n - n) * 0.5;
 }
 
-// --- The test -------------------------------------------------------------------------------
+// --- The test --------------------------------------------------------------------------
 
 int AnalyseDataObj::FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen& tab,
                                CMatrix& locusTable) const {

@@ -40,7 +40,7 @@ struct LocusFigures {
     std::vector<double> p; // [allele x samples + sample]
 };
 
-// --- From AllelCount ----------------------------------------------------------------------
+// --- From AllelCount -------------------------------------------------------------------
 
 void readFigures(LocusFigures& figures, const AllelTabellen& tab, std::size_t l, int nPop,
                  HRegel regel) {
@@ -77,7 +77,7 @@ GlobalWerte globalValues(const AllelTabellen& tab, CMatrix& locus, int nLoci, in
     return sums.values(undefined);
 }
 
-// --- From shuffled tables -------------------------------------------------------------------
+// --- From shuffled tables --------------------------------------------------------------
 
 // The statistics of one shuffle of all populations; twin of Datensatz::CountMixGlobal
 // followed by AnalyseDataObj::FST_GLOBAL_WC84, with the same draws and the same numbers.
@@ -160,7 +160,7 @@ class GlobalTest {
     LocusFigures figures;
 };
 
-// --- Counting the test ------------------------------------------------------------------------
+// --- Counting the test -----------------------------------------------------------------
 
 // Hits of one statistic among its valid permutations.
 struct Treffer {

@@ -11,7 +11,7 @@ ShuffleArt ShuffleArt::of(uint32_t fstMask) {
             hasBit(fstMask, FstBit::Permutation), hasBit(fstMask, FstBit::Jackknife)};
 }
 
-// --- Two populations -----------------------------------------------------------------------
+// --- Two populations -------------------------------------------------------------------
 
 PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art) : Data(data), Art(art) {}
 
@@ -101,7 +101,7 @@ void PairShuffle::count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable&
     }
 }
 
-// --- All populations -----------------------------------------------------------------------
+// --- All populations -------------------------------------------------------------------
 
 GlobalShuffle::GlobalShuffle(const CodedData& data, bool genotypes) : Genotypes(genotypes) {
     for (std::size_t pop = 0; pop < data.populations(); ++pop) {

@@ -65,7 +65,7 @@ uint32_t codeOf(const std::vector<int32_t>& alleles, int32_t number) {
 
 } // namespace
 
-// --- Coded data -------------------------------------------------------------------------
+// --- Coded data ------------------------------------------------------------------------
 
 void CodedLocus::pairUp(int32_t slotPlace, int32_t pairPlace, int32_t slots) {
     for (int32_t pair = 0; pair < slots / 2; ++pair) {
@@ -132,7 +132,7 @@ int32_t CodedData::mostAlleles() const {
     return most;
 }
 
-// --- Tables ------------------------------------------------------------------------------
+// --- Tables ----------------------------------------------------------------------------
 
 void ShuffleTable::resize(int32_t alleles) {
     Count.assign(static_cast<std::size_t>(alleles) + 1, 0);
@@ -209,7 +209,7 @@ double ShuffleTable::CalcHetuk() const {
     return Sum.Copies == 0 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
 }
 
-// --- Estimator ---------------------------------------------------------------------------
+// --- Estimator -------------------------------------------------------------------------
 
 PairEstimator::PairEstimator(HRegel regel, int32_t mostAlleles)
     : Regel(regel), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {

@@ -116,14 +116,14 @@ class ShuffleTable {
     // its order. Individuals are left out, so of the statistics only CalcHetuk remains.
     void addCopies(const ShuffleTable& other);
 
-    // --- Statistics, as in AllelCount ---------------------------------------------------
+    // --- Statistics, as in AllelCount ------------------------------------------------------
 
     bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
     double CalcHetobs() const { return Sum.CalcHetobs(); }
     double CalcHet() const;
     double CalcHetuk() const;
 
-    // --- Contents -----------------------------------------------------------------------
+    // --- Contents --------------------------------------------------------------------------
 
     const Tally& tally() const { return Sum; }
     // Codes of the alleles in the order of their first appearance.

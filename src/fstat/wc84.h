@@ -70,7 +70,7 @@ class FSummen {
     double C = 0.0;
 };
 
-// --- Two samples -----------------------------------------------------------------
+// --- Two samples -----------------------------------------------------------------------
 
 // The core of the tests' innermost loop, so it is inline.
 
@@ -144,7 +144,7 @@ inline std::optional<Varianz> pairComponents(const PairLocus& locus) {
     return Varianz{a, b, H};
 }
 
-// --- Many samples ----------------------------------------------------------------
+// --- Many samples ----------------------------------------------------------------------
 
 // A population that counts at a locus: it has at least one individual there.
 struct GlobalSample {

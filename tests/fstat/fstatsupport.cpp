@@ -32,12 +32,13 @@ FrozenClock::~FrozenClock() {
     frozenSeconds.reset();
 }
 
-float drawBehind(long seed, int draws) {
+bool streamIsBehind(long seed, int draws) {
+    const float next = rand2();
     srand2(seed);
     for (int draw = 0; draw < draws; ++draw) {
         (void)rand2();
     }
-    return rand2();
+    return next == rand2();
 }
 
 namespace {

@@ -31,8 +31,8 @@ class FrozenClock {
 //
 // rounded here to four decimals; the tests worked out by hand read from it.
 
-// The value that the stream of `seed` gives behind `draws` draws.
-float drawBehind(long seed, int draws);
+// Whether the random stream stands where `draws` draws from `seed` lead. Moves it.
+bool streamIsBehind(long seed, int draws);
 
 // Runs `work` with its console output swallowed.
 template <class Work> void quietly(Work&& work) {
