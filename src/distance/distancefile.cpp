@@ -32,9 +32,8 @@ std::string nameOf(const Datensatz& daten, int pop) {
 // A cell as it is written: " %8.5f".
 class CellText {
   public:
-    explicit CellText(double value) {
+    explicit CellText(double value) : Length(1 + formatFixed(Bytes + 1, value, kDecimals, kWidth)) {
         Bytes[0] = ' ';
-        Length = 1 + formatFixed(Bytes + 1, value, kDecimals, kWidth);
     }
     std::string_view text() const { return {Bytes, Length}; }
 

@@ -40,7 +40,7 @@ void LowerTriangle::add(int32_t j, std::string_view cell) {
 }
 
 void LowerTriangle::emptyBand() {
-    for (std::size_t j = static_cast<std::size_t>(BandEnd); j < Cells.size(); ++j) {
+    for (auto j = static_cast<std::size_t>(BandEnd); j < Cells.size(); ++j) {
         for (Waiting& waiting : Band) {
             const std::size_t length = waiting.Lengths[j - static_cast<std::size_t>(BandEnd)];
             Cells[j].append(waiting.Text, waiting.Read, length);

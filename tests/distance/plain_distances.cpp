@@ -111,7 +111,7 @@ void PlainDistances::addPair(int i, int j, int locus) {
     const double ni = a.AnzGesamt;
     const double nj = b.AnzGesamt;
     const bool withD = !Individuals || (ni > 1 && nj > 1);
-    Pair& pair = Pairs[static_cast<std::size_t>(i * N + j)];
+    Pair& pair = Pairs[place(i, j)];
     AtLocus at;
     pair.Nenner[LPS] += 1.0;
     pair.Nenner[LKF] += 1.0;

@@ -60,7 +60,11 @@ class PlainDistances {
     double neiCell(int r, int c) const;
     double neiLogCell(int r, int c) const;
     const AllelCount& table(int sample, int locus) const;
-    const Pair& at(int i, int j) const { return Pairs[static_cast<std::size_t>(i * N + j)]; }
+    std::size_t place(int i, int j) const {
+        return static_cast<std::size_t>(i) * static_cast<std::size_t>(N) +
+               static_cast<std::size_t>(j);
+    }
+    const Pair& at(int i, int j) const { return Pairs[place(i, j)]; }
     std::vector<std::string> labels() const;
 
     const AnalyseDataObj& Run;
