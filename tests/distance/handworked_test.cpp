@@ -19,6 +19,7 @@
 #include "distance/passes.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
 
 using namespace kva_test;
 
@@ -30,6 +31,9 @@ struct Row {
     const char* Plain[3]; // A-B, A-C, B-C as 1 - s
     const char* Log[3];   // as -ln(s); the same where it is no similarity
 };
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.Stem;
+}
 
 // Over both loci:
 //   POSA  1 - (0.5 + 1)/2, 1 - 0.75/2, 1 - 1.25/2; -ln of 0.75, 0.375, 0.625
@@ -103,6 +107,9 @@ struct SheetRow {
     const char* L1;
     const char* L2;
 };
+void PrintTo(const SheetRow& row, std::ostream* out) {
+    *out << row.Stem;
+}
 
 // CAS: 2 sqrt(2 (1 - B)) / pi = 0.487248, 2 sqrt(2) / pi = 0.900316, 0.166191.
 // DSG: L1 1 - 0.5 / sqrt(1/3); L2 A-B 1 - 0.5 / (1/3), A-C and B-C 1 - 0.5 / sqrt(1/6).
@@ -156,6 +163,9 @@ struct FirstRow {
     uint32_t Bit;
     const char* Cells;
 };
+void PrintTo(const FirstRow& row, std::ostream* out) {
+    *out << row.Stem;
+}
 
 // Individual 1 against 2 (the same homozygote), 3 (a heterozygote) and 4 (another homozygote):
 //   POSA  s 1, 0.5, 0          FSS  1/1, 1/2, 0/2        KSC  1, 0.5, 0
