@@ -327,9 +327,8 @@ class Datensatz {
     // population p. The maps have groessen[p] places for each population; they keep what a
     // shuffle does not deal to them. linked 1: one shuffle for all loci. 0.
     int CountMixGlobal(AllelTabellen& tab, std::vector<std::vector<int32_t>>& mapSlot,
-                       std::vector<std::vector<int32_t>>& mapPop,
-                       std::span<const int32_t> groessen, int gesamt, std::vector<int32_t>& buffer,
-                       int linked, int genotypes) const;
+                       std::vector<std::vector<int32_t>>& mapPop, std::span<const int32_t> groessen,
+                       int gesamt, std::vector<int32_t>& buffer, int linked, int genotypes) const;
 
     std::vector<LociObj> Loci; // locus l is Loci[l - 1]
     int32_t AnzLoci = 0;       // always the size of Loci
