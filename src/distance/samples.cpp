@@ -1,16 +1,10 @@
 #include "distance/samples.h"
 
+#include "stats/randomdiscard.h"
+
 #include <algorithm>
 
 namespace {
-
-// The mean of the random-discard replicates where there are any, else the corrected variance.
-double varianceOf(const AllelCount& table, double mean) {
-    if (table.isHaploid() && table.RDDurchlauf >= 1) {
-        return table.RDVar / table.RDDurchlauf;
-    }
-    return table.CalcVar(mean);
-}
 
 // J' of a sample. For a single gene copy it is 0/0.
 double identityOf(const AllelCount& table, const std::vector<AlleleShare>& shares,
@@ -46,7 +40,7 @@ void addSample(LocusSamples& locus, const AllelCount& table, const AllelCount& p
     locus.Alleles.push_back(static_cast<double>(alleles));
     locus.HasMean.push_back(hasMean ? 1.0 : 0.0);
     locus.Mean.push_back(mean);
-    locus.Variance.push_back(rules.Variances ? varianceOf(table, mean) : 0.0);
+    locus.Variance.push_back(rules.Variances ? rdVar(table, mean) : 0.0);
     locus.InNei.push_back(inNei ? 1.0 : 0.0);
     locus.Identity.push_back(inNei ? identityOf(table, locus.Shares, first) : 0.0);
     const std::size_t slots =
