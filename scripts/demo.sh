@@ -10,7 +10,8 @@ cmake --build build/demo -j2 --target kva
 rm -rf scratch/demo
 mkdir -p scratch/demo
 cp examples/testdata.dat scratch/demo
-(cd scratch/demo && ../../build/demo/kva -i testdata.dat) || [ $? -eq 1 ] # 1: a run took place
+(cd scratch/demo && ../../build/demo/kva -i testdata.dat -dist population DAN -fst pairwise n=0) ||
+    [ $? -eq 1 ] # 1: a run took place
 
 result=scratch/demo/testdata.dat_KVAresult00
 echo
@@ -19,6 +20,10 @@ echo "The results are in $result:"
 (cd "$result" && find . -type f | sort | sed 's|^\./|    |')
 echo
 echo "The sheets (.xls) are tab-delimited text; open them in a spreadsheet. The beginning of"
-echo "Allelecount/Allelecount.xls, with each locus's alleles and how often they were found:"
+echo "Single_data/Hetexp.xls, the expected heterozygosity of each population and locus:"
 echo
-head -n 12 "$result/Allelecount/Allelecount.xls" | cut -f 1-7 | expand -t 10 | sed 's/^/    /'
+cut -f 1-7 "$result/Single_data/Hetexp.xls" | expand -t 10 | sed 's/^/    /'
+echo
+echo "F-Statistic/FST_WC84.txt, the Fst of each pair of populations:"
+echo
+sed 's/^/    /' "$result/F-Statistic/FST_WC84.txt"
