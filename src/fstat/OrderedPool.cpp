@@ -5,12 +5,12 @@
 #include <numeric>
 
 void OrderedPool::fill(int32_t n) {
+    Remaining = n;
     InTree = n >= kTreeFrom;
     if (InTree) {
         fillTree(n);
         return;
     }
-    Remaining = n;
     List.resize(static_cast<std::size_t>(n) + Block().size() + 1);
     std::iota(List.begin(), List.begin() + n, uint16_t{0});
 }
