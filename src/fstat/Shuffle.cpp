@@ -176,7 +176,8 @@ void GlobalShuffle::dealOddPairs() {
         putPair(rest - 1, second - 1, second);
     }
     if (Total > 1) {
-        const int32_t first = SlotPlace[static_cast<std::size_t>(2 * Pool.take(0))];
+        const int32_t slot = 2 * Pool.take(0);
+        const int32_t first = SlotPlace[static_cast<std::size_t>(slot)];
         putPair(1, first, first + 1);
     }
 }
