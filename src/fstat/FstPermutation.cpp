@@ -54,31 +54,32 @@ PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fs
 }
 
 // The components of a locus in the last deal.
-std::optional<Varianz> PairTest::components(std::size_t i, std::size_t j, const CodedSample& sample,
-                                            std::size_t l) {
+std::optional<Varianz> PairTest::components(std::size_t pop1, std::size_t pop2,
+                                            const CodedSample& sample, std::size_t l) {
     if (ByRest && Shuffle.paired()) {
-        return Estimator.componentsOfDeal(sample.locus(l), sample.table(i, l), sample.table(j, l),
-                                          Shuffle.places(0), Shuffle.places(1));
+        return Estimator.componentsOfDeal(sample.locus(l), sample.table(pop1, l),
+                                          sample.table(pop2, l), Shuffle.places(0),
+                                          Shuffle.places(1));
     }
     Shuffle.count(sample.locus(l), Tables[0], Tables[1]);
     return Estimator.components(Tables[0], Tables[1]);
 }
 
-FWerte PairTest::shuffled(std::size_t i, std::size_t j, const CodedSample& sample,
-                          CMatrix* locusTable) {
-    const int32_t column = ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j),
-                                             static_cast<int>(Data.populations()));
+FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
+    const auto pop1 = static_cast<std::size_t>(i);
+    const auto pop2 = static_cast<std::size_t>(j);
+    const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
     FSummen sums;
     if (Art.Linked) {
-        Shuffle.deal(i, j);
+        Shuffle.deal(pop1, pop2);
     }
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         std::optional<Varianz> v;
-        if (hasBoth(l, i, j)) {
+        if (hasBoth(l, pop1, pop2)) {
             if (!Art.Linked) {
-                Shuffle.deal(i, j);
+                Shuffle.deal(pop1, pop2);
             }
-            v = components(i, j, sample, l);
+            v = components(pop1, pop2, sample, l);
         }
         if (v) {
             sums.add(*v);
@@ -91,14 +92,16 @@ FWerte PairTest::shuffled(std::size_t i, std::size_t j, const CodedSample& sampl
     return sums.values(Undefined);
 }
 
-FWerte PairTest::unshuffled(std::size_t i, std::size_t j, const CodedSample& sample) {
+FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
+    const auto pop1 = static_cast<std::size_t>(i);
+    const auto pop2 = static_cast<std::size_t>(j);
     FSummen sums;
     for (std::size_t l = 0; l < Data.loci(); ++l) {
-        if (!hasBoth(l, i, j)) {
+        if (!hasBoth(l, pop1, pop2)) {
             continue;
         }
         const std::optional<Varianz> v =
-            Estimator.components(sample.table(i, l), sample.table(j, l));
+            Estimator.components(sample.table(pop1, l), sample.table(pop2, l));
         if (v) {
             sums.add(*v);
         }

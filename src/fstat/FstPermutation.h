@@ -55,22 +55,23 @@ class PairTest {
     PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask, double undefined);
     PairTest(const PairTest&) = delete; // its members point to each other
     PairTest& operator=(const PairTest&) = delete;
+    ~PairTest() = default;
 
     // Shuffles populations i and j (from 0) of `sample`, which was made from data().
     // locusTable: takes Fst of each locus in the column of the pair; null: not.
-    FWerte shuffled(std::size_t i, std::size_t j, const CodedSample& sample, CMatrix* locusTable);
+    FWerte shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
     // The pair as `sample` has it, not shuffled.
-    FWerte unshuffled(std::size_t i, std::size_t j, const CodedSample& sample);
+    FWerte unshuffled(int32_t i, int32_t j, const CodedSample& sample);
 
     const CodedData& data() const { return Data; }
 
   private:
-    bool hasBoth(std::size_t l, std::size_t i, std::size_t j) const {
+    bool hasBoth(std::size_t l, std::size_t pop1, std::size_t pop2) const {
         const std::size_t row = l * Data.populations();
-        return HasData[row + i] != 0 && HasData[row + j] != 0;
+        return HasData[row + pop1] != 0 && HasData[row + pop2] != 0;
     }
-    std::optional<Varianz> components(std::size_t i, std::size_t j, const CodedSample& sample,
+    std::optional<Varianz> components(std::size_t pop1, std::size_t pop2, const CodedSample& sample,
                                       std::size_t l);
 
     CodedData Data;

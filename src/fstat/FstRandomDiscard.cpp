@@ -4,7 +4,6 @@
 // compares. Mean and limits of the test statistic come with it.
 #include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
-#include "distance/pairindex.h"
 #include "fstat/FstPermutation.h"
 #include "fstat/TailList.h"
 #include "fstat/randsci.h"
@@ -22,19 +21,20 @@ class DropList {
   public:
     // slots: of the population. share: of its individuals to drop.
     void draw(int32_t slots, double share) {
-        const auto wanted = static_cast<int32_t>(slots / 2 * share);
-        Dropped = std::max(std::min({wanted, slots / 2, kMostDropped}), 1);
+        const int32_t tiere = slots / 2;
+        const auto wanted = static_cast<int32_t>(tiere * share);
+        Dropped = std::max(std::min({wanted, tiere, kMostDropped}), 1);
         List.assign(static_cast<std::size_t>(Dropped) + 1, 0);
         if (slots < kFewestJackknifed) {
             std::fill_n(List.begin(), Dropped, -1); // wanted: nothing is dropped, nor drawn
             return;
         }
         const auto end = List.begin() + Dropped;
-        std::generate(List.begin(), end, [slots] { return drawIndex(slots / 2); });
+        std::generate(List.begin(), end, [tiere] { return drawIndex(tiere); });
         std::sort(List.begin(), end);
         auto twin = std::adjacent_find(List.begin(), end);
         while (twin != end) { // the second of two equals is drawn again
-            *(twin + 1) = drawIndex(slots / 2);
+            *(twin + 1) = drawIndex(tiere);
             std::sort(List.begin(), end);
             twin = std::adjacent_find(List.begin(), end);
         }
@@ -74,9 +74,9 @@ class Thinning {
             }
             const bool empty =
                 jackknife && target >= slots - 2 * drops.dropped() && drops.slotOf(dropped) >= 0;
-            for (int32_t k = 0; k < 2 && target + k < slots; ++k) {
-                sheet[static_cast<std::size_t>(target + k)] =
-                    empty ? -1 : pair[static_cast<std::size_t>(k)];
+            const auto place = static_cast<std::size_t>(target);
+            for (std::size_t k = 0; k < 2 && place + k < sheet.size(); ++k) {
+                sheet[place + k] = empty ? -1 : pair[k];
             }
         }
     }
@@ -96,39 +96,70 @@ SlotSheet newSheet(const Datensatz& daten) {
     return SlotSheet(daten.Loci.size(), ofLocus);
 }
 
-// What the replicates add up to.
-struct RDSummen {
-    FTripel& p;                  // hits
-    FTripel& f;                  // sums of the test statistics
-    double undefined;            // Fst of a pair without data
-    bool tailsOfPermuted;        // the limits are those of the permuted statistic
-    CMatrix gueltig;             // valid replicates
-    std::vector<TailList> tails; // of each pair; empty: no limits
+// What the replicates add up to, pair by pair.
+class RDSummen {
+  public:
+    // p takes the hits and then the p-values, f the sums and then the means of the test
+    // statistic. tailLength: of the lists for the limits; 0: no limits.
+    RDSummen(const AnalyseDataObj& lauf, FTripel& p, FTripel& f, std::size_t tailLength)
+        : undefined(lauf.DistFehlerwert),
+          tailsOfPermuted(hasBit(lauf.FstMask, FstBit::ConfidencePermuted)),
+          pairs(pairNumber(lauf.AnzPop)), p_(p), f_(f) {
+        for (FTripel* triple : {&p_, &f_}) {
+            for (CMatrix& matrix : *triple) {
+                matrix.Fill(0.0);
+            }
+        }
+        gueltig.Resize(lauf.AnzPop, lauf.AnzPop);
+        if (tailLength > 0) {
+            tails.assign(static_cast<std::size_t>(pairs), TailList(tailLength));
+        }
+    }
 
+    // Adds a replicate of the pair (i, j), which is number `pair`.
     void add(int32_t i, int32_t j, std::size_t pair, const FWerte& test, const FWerte& permuted) {
         if (test[0] == undefined) {
             return;
         }
         gueltig(i, j) += 1.0;
-        for (std::size_t s = 0; s < f.size(); ++s) {
-            f[s](i, j) += test[s];
+        for (std::size_t s = 0; s < f_.size(); ++s) {
+            f_[s](i, j) += test[s];
         }
         if (!tails.empty()) {
             tails[pair].add(tailsOfPermuted ? permuted[0] : test[0]);
         }
-        countHits(p, i, j, test, permuted);
+        countHits(p_, i, j, test, permuted);
     }
 
     // Turns the sums of a pair into means and p-values.
-    void finish(int32_t i, int32_t j, double pairs) {
+    void finish(int32_t i, int32_t j) {
         const double n = gueltig(i, j);
-        for (CMatrix& matrix : f) {
+        for (CMatrix& matrix : f_) {
             matrix(i, j) = n == 0.0 ? undefined : matrix(i, j) / n;
             matrix(j, i) = matrix(i, j);
         }
-        hitsToPValues(p, i, j, pairs, n); // without a valid replicate the quotient is infinite
+        hitsToPValues(p_, i, j, pairs, n); // infinite without a valid replicate
     }
+
+    const TailList& tail(std::size_t pair) const { return tails[pair]; }
+
+  private:
+    double undefined;     // Fst of a pair without data
+    bool tailsOfPermuted; // the limits are those of the permuted statistic
+    double pairs;
+    FTripel& p_;
+    FTripel& f_;
+    CMatrix gueltig;             // valid replicates
+    std::vector<TailList> tails; // of each pair
 };
+
+// Length of the lists for the limits; tells it on the console.
+std::size_t announceTails(const AnalyseDataObj& lauf) {
+    const auto k =
+        static_cast<std::size_t>(std::max(lauf.Permutationen * lauf.FstAlpha * 0.5 + 1.0, 2.0));
+    std::cout << "\nConfidenz intervall:" << k << std::endl;
+    return k;
+}
 
 } // namespace
 
@@ -152,30 +183,16 @@ int AnalyseDataObj::FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab
                                 CMatrix& locusTable) const {
     const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     const bool limits = hasBit(FstMask, FstBit::Confidence);
-    const double pairs = pairNumber(AnzPop);
-    RDSummen sums{p, f, DistFehlerwert, hasBit(FstMask, FstBit::ConfidencePermuted), {}, {}};
-    if (limits) {
-        const auto k =
-            std::max(static_cast<int64_t>(Permutationen * FstAlpha * 0.5 + 1.0), int64_t{2});
-        std::cout << "\nConfidenz intervall:" << k << std::endl;
-        sums.tails.assign(static_cast<std::size_t>(pairs), TailList(static_cast<std::size_t>(k)));
-    }
-    for (FTripel* triple : {&p, &f}) {
-        for (CMatrix& matrix : *triple) {
-            matrix.Fill(0.0);
-        }
-    }
-    sums.gueltig.Resize(AnzPop, AnzPop);
-
+    RDSummen sums(*this, p, f, limits ? announceTails(*this) : 0);
     PairTest test(*Daten, tab, FstMask, DistFehlerwert);
     CodedSample thinned(test.data());
     SlotSheet sheet = newSheet(*Daten);
     InternStartRDGen();
     for (int32_t k = 0; k < Permutationen; ++k) {
+        AUSGABE(57, k);
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }
-        AUSGABE(57, k);
         (void)CreateNewDataSheetMix(sheet);
         thinned.readThrough(test.data(), sheet);
         CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
@@ -188,11 +205,11 @@ int AnalyseDataObj::FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab
     std::size_t pair = 0;
     forEachPair(AnzPop, [&](int32_t i, int32_t j) {
         if (limits) {
-            obergrenze(i, j) = obergrenze(j, i) = sums.tails[pair].upper();
-            untergrenze(i, j) = untergrenze(j, i) = sums.tails[pair].lower();
+            obergrenze(i, j) = obergrenze(j, i) = sums.tail(pair).upper();
+            untergrenze(i, j) = untergrenze(j, i) = sums.tail(pair).lower();
         }
         ++pair;
-        sums.finish(i, j, pairs);
+        sums.finish(i, j);
     });
     return 0;
 }

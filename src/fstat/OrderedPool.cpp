@@ -5,12 +5,12 @@
 #include <numeric>
 
 void OrderedPool::fill(int32_t n) {
+    Remaining = n;
     InTree = n >= kTreeFrom;
     if (InTree) {
         fillTree(n);
         return;
     }
-    Remaining = n;
     List.resize(static_cast<std::size_t>(n) + Block().size() + 1);
     std::iota(List.begin(), List.begin() + n, uint16_t{0});
 }
@@ -27,13 +27,13 @@ void OrderedPool::fillTree(int32_t n) {
 
 // Walks down to the item and takes it off every node that covers it.
 int32_t OrderedPool::takeFromTree(int32_t r) {
-    int32_t place = 0;
-    for (int32_t step = Width / 2; step > 0; step /= 2) {
-        int32_t& node = Tree[static_cast<std::size_t>(place + step)];
+    std::size_t place = 0;
+    for (auto step = static_cast<std::size_t>(Width) / 2; step > 0; step /= 2) {
+        int32_t& node = Tree[place + step];
         const bool behind = node <= r; // the item lies behind this node's range
         r -= behind ? node : 0;
         place += behind ? step : 0;
         node -= behind ? 0 : 1;
     }
-    return place;
+    return static_cast<int32_t>(place);
 }

@@ -7,10 +7,13 @@
 #ifndef KVA_FSTAT_ORDEREDPOOL_H
 #define KVA_FSTAT_ORDEREDPOOL_H
 
+#include "fstat/randsci.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <vector>
 
 class OrderedPool {
@@ -21,7 +24,23 @@ class OrderedPool {
     void fill(int32_t n);
 
     // Removes and returns the r-th remaining item, r from 0.
-    int32_t take(int32_t r) { return InTree ? takeFromTree(r) : takeFromList(r); }
+    int32_t take(int32_t r) {
+        const int32_t rest = Remaining--;
+        return InTree ? takeFromTree(r) : takeFromList(List.data(), rest, r);
+    }
+
+    // Fills the pool with n items and takes one for each value of the random stream. A value
+    // stands for a place among Scale for each remaining item.
+    template <int32_t Scale>
+    void deal(int32_t n, std::span<const float> values, std::span<int32_t> items) {
+        fill(n);
+        uint16_t* const list = List.data();
+        for (std::size_t k = 0; k < values.size(); ++k, --n) {
+            const int32_t r = indexOf(values[k], Scale * n) / Scale;
+            items[k] = InTree ? takeFromTree(r) : takeFromList(list, n, r);
+        }
+        Remaining = n;
+    }
 
   private:
     // Items that are moved at once, and the largest number that is moved that way. Behind the
@@ -29,9 +48,9 @@ class OrderedPool {
     using Block = std::array<uint16_t, 8>;
     static constexpr std::ptrdiff_t kMostByBlock = 64;
 
-    int32_t takeFromList(int32_t r) {
-        uint16_t* const end = List.data() + --Remaining;
-        uint16_t* place = List.data() + r;
+    static int32_t takeFromList(uint16_t* list, int32_t rest, int32_t r) {
+        uint16_t* const end = list + rest - 1;
+        uint16_t* place = list + r;
         const int32_t item = *place;
         if (end - place > kMostByBlock) {
             std::memmove(place, place + 1, static_cast<std::size_t>(end - place) * sizeof *place);
@@ -49,7 +68,7 @@ class OrderedPool {
 
     std::vector<uint16_t> List; // list: the remaining items in order, then room
     std::vector<int32_t> Tree;  // tree: node k counts the items left in its range, k from 1
-    int32_t Remaining = 0;      // items in the list
+    int32_t Remaining = 0;      // items
     int32_t Width = 0;          // leaves of the tree, a power of two
     bool InTree = false;
 };

@@ -39,19 +39,26 @@ void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
 
 void PairShuffle::dealUnits(const Side& a, const Side& b) {
     const int32_t all = a.Dealt + b.Dealt;
-    const std::array<const Side*, 2> sides = {&a, &b};
-    int32_t rest = all;
+    Draws.resize(static_cast<std::size_t>(all));
+    Units.resize(static_cast<std::size_t>(all));
+    rand2Fill(Draws);
     if (Art.Permutation) {
-        Pool.fill(all);
+        Pool.deal<1>(all, Draws, Units);
+    } else {
+        std::transform(Draws.begin(), Draws.end(), Units.begin(),
+                       [all](float value) { return indexOf(value, all); });
     }
+    auto unit = Units.cbegin();
+    const std::array<Side, 2> sides = {a, b};
     for (std::size_t s = 0; s < sides.size(); ++s) {
-        Places[s].resize(static_cast<std::size_t>(sides[s]->Size));
-        int32_t* const places = Places[s].data();
-        for (int32_t c = 0; c < sides[s]->Dealt; ++c) {
-            const int32_t unit = Art.Permutation ? Pool.take(drawIndex(rest--)) : drawIndex(all);
-            places[c] = unit < a.Dealt ? a.Base + unit : b.Base + unit - a.Dealt;
-        }
-        keepTail(s, *sides[s]);
+        Places[s].resize(static_cast<std::size_t>(sides[s].Size));
+        const int32_t border = a.Dealt;
+        const int32_t inA = a.Base;
+        const int32_t inB = b.Base - border;
+        std::transform(unit, unit + sides[s].Dealt, Places[s].begin(),
+                       [=](int32_t u) { return u + (u < border ? inA : inB); });
+        unit += sides[s].Dealt;
+        keepTail(s, sides[s]);
     }
 }
 
@@ -131,25 +138,30 @@ void GlobalShuffle::deal() {
     }
 }
 
-void GlobalShuffle::dealPairs() {
-    const int32_t pairs = Total / 2;
-    Pool.fill(pairs);
-    for (int32_t rest = pairs; rest > 1; --rest) {
-        Places[static_cast<std::size_t>(rest) - 1] = Pool.take(drawIndex(2 * rest) / 2);
-    }
-    if (pairs > 0) {
-        Places[0] = Pool.take(0);
+// Deals n units into Units, in the order in which they are drawn; the last goes without.
+template <int32_t Scale> void GlobalShuffle::dealUnits(int32_t n) {
+    Draws.resize(static_cast<std::size_t>(std::max(n - 1, 0)));
+    Units.resize(static_cast<std::size_t>(n));
+    rand2Fill(Draws);
+    Pool.deal<Scale>(n, Draws, Units);
+    if (n > 0) {
+        Units.back() = Pool.take(0);
     }
 }
 
+void GlobalShuffle::dealPairs() {
+    dealUnits<2>(Total / 2); // a draw is of a slot, which takes its pair along
+    std::copy(Units.rbegin(), Units.rend(), Places.begin());
+}
+
 void GlobalShuffle::dealSlots() {
-    Pool.fill(Total);
-    for (int32_t rest = Total; rest > 1; --rest) {
-        Places[static_cast<std::size_t>(rest) - 1] =
-            SlotPlace[static_cast<std::size_t>(Pool.take(drawIndex(rest)))];
+    dealUnits<1>(Total);
+    const auto placeOf = [this](int32_t slot) { return SlotPlace[static_cast<std::size_t>(slot)]; };
+    for (std::size_t k = 0; k + 1 < Units.size(); ++k) {
+        Places[Units.size() - 1 - k] = placeOf(Units[k]);
     }
     if (Total > 1) { // wanted: the last slot goes to place 1, and place 0 keeps what it held
-        Places[1] = SlotPlace[static_cast<std::size_t>(Pool.take(0))];
+        Places[1] = placeOf(Units.back());
     }
 }
 
@@ -164,7 +176,8 @@ void GlobalShuffle::dealOddPairs() {
         putPair(rest - 1, second - 1, second);
     }
     if (Total > 1) {
-        const int32_t first = SlotPlace[static_cast<std::size_t>(2 * Pool.take(0))];
+        const int32_t slot = 2 * Pool.take(0);
+        const int32_t first = SlotPlace[static_cast<std::size_t>(slot)];
         putPair(1, first, first + 1);
     }
 }

@@ -60,6 +60,8 @@ class PairShuffle {
     ShuffleArt Art;
     bool Paired = false; // of the last deal: Places are pair places
     OrderedPool Pool;
+    std::vector<float> Draws;                   // values of the random stream for a deal
+    std::vector<int32_t> Units;                 // in the order of the deal
     std::array<std::vector<int32_t>, 2> Places; // of both samples
 };
 
@@ -79,6 +81,7 @@ class GlobalShuffle {
     void dealOddPairs();
     void dealSlots();
     void putPair(int32_t last, int32_t first, int32_t second);
+    template <int32_t Scale> void dealUnits(int32_t n);
 
     bool Genotypes;
     bool Paired = true;             // Places are pair places
@@ -86,6 +89,8 @@ class GlobalShuffle {
     std::vector<int32_t> SlotPlace; // of each flat slot
     std::vector<int32_t> Begin;     // first entry of each population in Places, and the end
     std::vector<int32_t> Places;    // source of each flat slot or pair
+    std::vector<float> Draws;       // values of the random stream for a deal
+    std::vector<int32_t> Units;     // in the order of the deal
     OrderedPool Pool;
 };
 

@@ -97,7 +97,7 @@ void InternStartRDGen() {
 }
 
 int32_t drawIndex(int32_t n) {
-    return std::min(static_cast<int32_t>(random2(static_cast<float>(n))), n - 1);
+    return indexOf(rand2(), n);
 }
 
 int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest) {

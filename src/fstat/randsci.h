@@ -7,6 +7,7 @@
 #ifndef KVA_FSTAT_RANDSCI_H
 #define KVA_FSTAT_RANDSCI_H
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 
@@ -32,8 +33,13 @@ float InternRand();
 // Seeds the stream with the wall clock in seconds.
 void InternStartRDGen();
 
-// A place drawn from n places: random2(n) truncated, and n - 1 where rounding gave
-// n or above. One draw. n is at least 1.
+// The place among n that a value of the stream stands for: value x n truncated, and n - 1
+// where rounding gave n or above.
+inline int32_t indexOf(float value, int32_t n) {
+    return std::min(static_cast<int32_t>(value * static_cast<float>(n)), n - 1);
+}
+
+// A place drawn from n places: indexOf the next value. n is at least 1; 0 gives -1.
 int32_t drawIndex(int32_t n);
 
 // Turns a flat index over groups of the given sizes into group and offset within
