@@ -6,11 +6,11 @@
 //      Analysis takes 8 Loci out of 9 Loci total.
 //      KVA made 1000 replikas.
 //
+// and a table, here without the mean and the upper limit of the 99 % part:
+//
 //      			Fst				Fst
-//      		95% lower	mean	95% upper		99% lower	mean 99%
-//      upper
+//      		95% lower	mean	95% upper		99% lower
 //      P01	P02	0.069180	0.130774	0.183466		0.050404
-//      0.130774	0.199873
 #include "fstat/FstHeterogeneity.h"
 
 #include "control/AnalyseDataObj.h"
