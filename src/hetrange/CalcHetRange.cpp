@@ -147,7 +147,10 @@ std::vector<HetBereich> AnalyseDataObj::ResampleHetPopulation(int pop,
     const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
     // Places come in pairs: behind an odd last one stands a missing one.
     HetStichprobe stichprobe(linked ? 1 : AnzLoci, entries + entries % 2);
-    stichprobe.MarkPast(shape.Places * shape.Width, entries);
+    // Without draws every place keeps entry 0; with them an odd last entry has no place of its own
+    // among individuals.
+    const bool draws = hasBit(HetRangeMask, HetRangeBit::Draw);
+    stichprobe.MarkPast(draws ? shape.Places * shape.Width : entries, entries);
     std::vector<HetBereich> bereich(tabellen.size());
     for (int replikat = 0; replikat < HetRandomisierungen; ++replikat) {
         MakeHetReplika(replikat, pop, stichprobe);

@@ -91,6 +91,15 @@ TEST(CalcHetRange, WithoutDrawsEveryPlaceReadsTheFirstEntry) {
     EXPECT_NEAR(rand2(), 0.415999, 1e-6); // the first number of the stream
 }
 
+// Three entries, draws off: all three places read entry 0, and the fourth is missing. n = 3, so
+// H = 0 becomes 3 x ((1 - 1/16 - 9/16) / 2) = 0.5625, also where individuals would be drawn.
+TEST(CalcHetRange, WithoutDrawsAnOddLastPlaceReadsTheFirstEntry) {
+    LoadedRun run("1 . . 2\n. . . 50\n. . . L1\nA d 0 100\nA d 0 102\nA d 0 102\n");
+    runPass(run, HetRangeBit::ReplicateSheets | HetRangeBit::CorrectZero | HetRangeBit::Individuals,
+            1, 1);
+    EXPECT_EQ(sheet(run, "A_HetRange.xls"), "\tL1\t\n1\t0.562500\n");
+}
+
 TEST(CalcHetRange, NoReplicateGivesNoValues) {
     LoadedRun run(kva_test::kTwoPops);
     runPass(run, kDefaultMask, 0, 1);
@@ -164,7 +173,7 @@ class PlainReading {
         sample.Resize(obj.AnzLoci, std::max(obj.MaxChromosomen, 1) + 1);
         sample.Fill(0.0);
         for (int r = 0; r < obj.AnzLoci; ++r) {
-            for (int k = n * w; k <= C; ++k) {
+            for (int k = (obj.HetRangeMask & 0x2U) != 0 ? n * w : C; k <= C; ++k) {
                 sample(r, k) = C;
             }
         }
@@ -313,7 +322,7 @@ TEST_P(CalcHetRangeMask, ReplicateSheetsEqualThePlainReading) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Masks, CalcHetRangeMask,
-                         testing::Values(0x803U, 0x3U, 0x1U, 0x1803U, 0x2803U, 0x3803U, 0x4803U,
-                                         0x5803U, 0x6803U, 0x7803U, 0x7003U));
+                         testing::Values(0x803U, 0x3U, 0x1U, 0x2001U, 0x1803U, 0x2803U, 0x3803U,
+                                         0x4803U, 0x5803U, 0x6803U, 0x7803U, 0x7003U));
 
 } // namespace
