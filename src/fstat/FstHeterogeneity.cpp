@@ -171,8 +171,10 @@ void writePairHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, Res
         for (int j = i + 1; j <= lauf.AnzPop; ++j) {
             const std::string& first = *lauf.Daten->GetPopName(i);
             const std::string& second = *lauf.Daten->GetPopName(j);
-            sheet.text("\n" + first + "\t" + second + "\t");
-            writePair(lauf, sheet, locusTable, pair, first + " and " + second);
+            sheet.print("\n%s\t%s\t", first.c_str(), second.c_str());
+            std::string both = first;
+            both.append(" and ").append(second);
+            writePair(lauf, sheet, locusTable, pair, both);
             ++pair;
         }
     }
