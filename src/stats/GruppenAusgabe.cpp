@@ -25,14 +25,6 @@ struct GroupValues {
 
 using V = GroupValues;
 
-double squared(int r) {
-    return static_cast<double>(r) * r;
-}
-
-double inRepeats(const V& v, double allele) {
-    return (allele - v.s) / v.r;
-}
-
 bool noVar(const V& v) {
     return v.r < 1 || v.var < 0;
 }
@@ -50,13 +42,6 @@ bool noAllele(const V& v) {
 }
 bool noRepeatNumber(const V& v) {
     return v.r < 1 || v.s < 1 || v.min < 0 || v.mean < 0;
-}
-
-double varRepeat(const V& v) {
-    return v.var / squared(v.r);
-}
-double varRDRepeat(const V& v) {
-    return v.varRD / squared(v.r);
 }
 
 constexpr CellFormat kReal = CellFormat::real;

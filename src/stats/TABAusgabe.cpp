@@ -35,14 +35,6 @@ struct SummaryValues {
 
 using V = SummaryValues;
 
-double squared(int r) {
-    return static_cast<double>(r) * r;
-}
-
-double inRepeats(const V& v, double allele) {
-    return (allele - v.s) / v.r;
-}
-
 bool noRepeatVar(const V& v) {
     return v.r < 1 || v.var < 0;
 }
@@ -66,8 +58,8 @@ constexpr std::array<CellRule<V>, 22> kColumns = {{
     {"Het RD", kReal, field<&V::hetRD>, negative<&V::hetRD>},
     {"Var", kReal, field<&V::var>, negative<&V::var>},
     {"VarRD", kReal, field<&V::varRD>, negative<&V::varRD>},
-    {"Var repeatnumber", kReal, [](const V& v) { return v.var / squared(v.r); }, noRepeatVar},
-    {"Var repeatRD", kReal, [](const V& v) { return v.varRD / squared(v.r); }, noRepeatVar},
+    {"Var repeatnumber", kReal, varRepeat<V>, noRepeatVar},
+    {"Var repeatRD", kReal, varRDRepeat<V>, noRepeatVar},
     {"ShannonID", kReal, field<&V::shannon>, negative<&V::shannon>},
     {"MinAllele", kCount, field<&V::min>, noAllele},
     {"MeanAllele", kReal, field<&V::mean>, noAllele},

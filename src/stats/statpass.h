@@ -37,6 +37,17 @@ template <auto Field, class Values> bool belowOne(const Values& values) {
     return values.*Field < 1;
 }
 
+// Values in repeats, for a locus with repeat length r and rest length s.
+template <class Values> double varRepeat(const Values& v) {
+    return v.var / (static_cast<double>(v.r) * v.r);
+}
+template <class Values> double varRDRepeat(const Values& v) {
+    return v.varRD / (static_cast<double>(v.r) * v.r);
+}
+template <class Values> double inRepeats(const Values& v, double allele) {
+    return (allele - v.s) / v.r;
+}
+
 template <class Values>
 void writeCell(ResultFile& f, const CellRule<Values>& rule, const Values& values) {
     if (rule.missing(values)) {
