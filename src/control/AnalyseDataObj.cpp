@@ -34,7 +34,7 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     if (OrdnerFehlt) { // the passes would write into the folder of an earlier run
         return 0;
     }
-    if (!LogDatei.isOpen() && !ResultPfad.empty()) {
+    if (!LogDatei.isOpen()) { // closed, or nothing was loaded: then it lies in the current folder
         LogDatei = OpenResult("KVA.log", "ab"); // what cannot be appended to cannot be made anew
     }
     if (LogDatei.isOpen()) {

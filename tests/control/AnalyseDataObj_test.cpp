@@ -261,12 +261,27 @@ TEST(WriteOutput, WithoutALogTheRunGoesOn) {
     EXPECT_TRUE(fs::exists("Allelecount/Allelecount.xls"));
 }
 
-TEST(WriteOutput, OfAnObjectThatLoadedNothingLeavesNoFile) {
+// Nothing guards it: the log's head comes into the current folder.
+TEST(WriteOutput, OfAnObjectThatLoadedNothingLeavesALogAlone) {
     const TempFolder folder(TempFolder::Enter::yes);
+    writeFile("KVA.log", "before\n");
     AnalyseDataObj run;
     writeOutput(run);
-    EXPECT_TRUE(fs::is_empty(folder.path()));
     EXPECT_TRUE(run.PopAllele.empty());
+    run.LogDatei.close();
+    EXPECT_EQ(readFile(folder / "KVA.log"), "before\n"
+                                            "KVAnalyser-Log\n"
+                                            "\tVersion: 4.05\n"
+                                            "\tKVAnalyzer, population genetics of microsatellites\n"
+                                            "\n"
+                                            "Filename: testdata.dat\n"
+                                            "Number of Loci\t\t: 0\n"
+                                            "Number of Populations\t: 0\n"
+                                            "Format : 0\n"
+                                            "\n"
+                                            "Allelic Richness : Minimal sample number per locus\n");
+    fs::remove("KVA.log");
+    EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 // --- A further run

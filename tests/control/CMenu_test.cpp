@@ -692,6 +692,8 @@ TEST_F(MenuRun, ARunAfterThatMeetsAnEmptyObject) {
                                  passesWithoutData(menu) + "\n";
     EXPECT_EQ(press(menu, "!").console, expected);
     EXPECT_FALSE(fs::exists("absent.txt_KVAresult00"));
+    EXPECT_TRUE(readFile("KVA.log").starts_with("KVAnalyser-Log\n"));
+    EXPECT_NE(readFile("KVA.log").find("\nFilename: absent.txt\n"), std::string::npos);
 }
 
 TEST_F(MenuRun, TheKeyIIsAWayOutOfAFailedOpen) {

@@ -136,12 +136,14 @@ TEST_F(FirstLoad, SecondLoadOnOneObjectIsToldAndGoesOn) {
 }
 
 // Nothing guards a run behind a failed open: the passes meet an empty object.
-TEST_F(FirstLoad, RunBehindAFailedOpenWritesNothing) {
+TEST_F(FirstLoad, RunBehindAFailedOpenWritesALogAlone) {
     load("absent.txt");
     EXPECT_EQ(run.LinkResultNew(), 1);
     fs::remove("data.txt");
     const StdoutCapture capture;
     StarteLauf(run, kCommandLineDefaults, {});
+    EXPECT_TRUE(readFile("KVA.log").starts_with("KVAnalyser-Log\n"));
+    fs::remove("KVA.log");
     EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
