@@ -3,7 +3,9 @@
 #include "control/cczkva.h"
 
 #include <exception>
+#include <fcntl.h>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -19,9 +21,22 @@ int runCommandLine(int argc, char** argv) {
     return commandLine.Analyse(argc, argv);
 }
 
+// A program started with its standard streams closed would get their numbers for its own files, and
+// what goes to the console would land in the log.
+void holdStandardStreams() {
+    int opened = open("/dev/null", O_RDWR); // takes the lowest number that is free
+    while (opened >= 0 && opened <= STDERR_FILENO) {
+        opened = open("/dev/null", O_RDWR);
+    }
+    if (opened >= 0) {
+        (void)close(opened); // all three are taken
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    holdStandardStreams();
     try {
         return argc < 2 ? runMenu() : runCommandLine(argc, argv);
     } catch (const std::exception& failure) { // memory is at its end
