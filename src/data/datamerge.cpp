@@ -20,12 +20,8 @@ namespace {
 constexpr int kNothingLoaded = -1;
 constexpr int kNoSize = -2;
 
-std::string textOf(const std::string* name) {
-    return name != nullptr ? *name : std::string();
-}
-
 bool sameText(const std::string* a, const std::string* b) {
-    return textOf(a) == textOf(b);
+    return orEmpty(a) == orEmpty(b);
 }
 
 } // namespace
@@ -77,7 +73,7 @@ int AnalyseDataObj::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
     for (int population = 1; Daten->GetAnzDatenChromosome(population) >= 0; ++population) {
         const int size = Daten->GetAnzTiere(population);
         rest -= size;
-        if (rest <= 0 || size == 0) {
+        if (rest < 0 || size == 0) {
             pop = population;
             ind = size + rest;
             return 0;
@@ -140,11 +136,11 @@ int Datensatz::AddNewDatensatz(const Datensatz* neu) {
     }
     std::unordered_set<std::string> known;
     for (int locus = 1; locus <= AnzLoci; ++locus) {
-        known.insert(textOf(GetLociName(locus)));
+        known.insert(orEmpty(GetLociName(locus)));
     }
     // Two new loci of one name both go in: only the names from before count.
     for (int locus = 1; locus <= neu->AnzLoci; ++locus) {
-        const std::string name = textOf(neu->GetLociName(locus));
+        const std::string name = orEmpty(neu->GetLociName(locus));
         if (known.count(name) == 0) {
             (void)AddLoci(name, neu->GetLociName2(locus), neu, locus); // both have loci
         }
@@ -204,9 +200,9 @@ void writeNames(ResultFile& file, const Datensatz& daten) {
     file.text("\t\t");
     for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
         file.character('\t');
-        file.text(textOf(daten.GetLociName(locus)));
+        file.text(orEmpty(daten.GetLociName(locus)));
         file.character('\t');
-        file.text(textOf(daten.GetLociName2OrFirst(locus)));
+        file.text(orEmpty(daten.GetLociName2OrFirst(locus)));
     }
     file.character('\n');
 }

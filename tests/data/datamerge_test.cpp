@@ -170,12 +170,12 @@ TEST(Access, WithoutPopulationsThereIsNobody) {
 
 TEST(Access, ARunningNumberBecomesPopulationAndNumber) {
     LoadedRun run(kLargerB); // 2 and 3 individuals
-    const std::pair<int, int> expected[] = {{1, 1}, {1, 2}, {2, 1}, {2, 2}, {2, 3}};
-    for (int number = 1; number <= 5; ++number) {
+    const std::pair<int, int> expected[] = {{1, 0}, {1, 1}, {2, 0}, {2, 1}, {2, 2}};
+    for (int number = 0; number < 5; ++number) {
         int pop = -99;
         int ind = -99;
         EXPECT_EQ(run->ConvertIndividAnzahl(number, pop, ind), 0);
-        EXPECT_EQ(std::pair(pop, ind), expected[number - 1]) << number;
+        EXPECT_EQ(std::pair(pop, ind), expected[number]) << number;
     }
 }
 
@@ -183,7 +183,7 @@ TEST(Access, ANumberBehindTheLastIndividualIsRefused) {
     LoadedRun run(kLargerB);
     int pop = 71;
     int ind = 72;
-    EXPECT_EQ(run->ConvertIndividAnzahl(6, pop, ind), -2);
+    EXPECT_EQ(run->ConvertIndividAnzahl(5, pop, ind), -2);
     EXPECT_EQ(std::pair(pop, ind), std::pair(71, 72));
 }
 
