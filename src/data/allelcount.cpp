@@ -187,10 +187,11 @@ int AllelCount::rdCount(const std::vector<AllelEintrag>& rows, int i) const {
     if (AnzGesamt == -1) {
         return -1;
     }
-    if (i < 0 || i >= static_cast<int>(rows.size())) {
+    if (i > AnzAllele) { // wanted: the place behind the last row is let through
         return -2;
     }
-    return rows[static_cast<std::size_t>(i)].Anzahl;
+    const bool there = i >= 0 && i < std::ssize(rows);
+    return there ? rows[static_cast<std::size_t>(i)].Anzahl : 0;
 }
 
 double AllelCount::rdFrequency(const std::vector<AllelEintrag>& rows, int i) const {

@@ -68,7 +68,8 @@ class AllelCount {
 
     // Smallest and largest count of allele i over the replicates; -3 if not
     // isHaploid (which an empty table is not either), -1 for no gene copies, -2 for an
-    // i outside the rows of the replicates, also while StartRD was not called.
+    // i above AnzAllele. Any other i without a row of the replicates reads 0: AnzAllele
+    // itself, a negative one, and all while StartRD was not called.
     int GetRDMinAllelCount(int i) const;
     int GetRDMaxAllelCount(int i) const;
 

@@ -666,13 +666,21 @@ TEST(AllelCountRD, ExtremesOfADiploidTableAreRefused) {
     EXPECT_EQ(AllelCount().GetRDMinAllelCount(0), -3); // nor is an empty table haploid
 }
 
-TEST(AllelCountRD, ExtremesOutsideTheRowsAreRefused) {
+TEST(AllelCountRD, ExtremesAboveTheNumberOfAllelesAreRefused) {
     AllelCount table = homozygotes();
-    EXPECT_EQ(table.GetRDMinAllelCount(0), -2); // StartRD was not called
+    EXPECT_EQ(table.GetRDMinAllelCount(table.AnzAllele + 1), -2);
     table.StartRD(2);
-    EXPECT_EQ(table.GetRDMinAllelCount(4), -2);
-    EXPECT_EQ(table.GetRDMaxFrequenz(4), -2.0);
-    EXPECT_EQ(table.GetRDMaxFrequenz(-1), -2.0);
+    EXPECT_EQ(table.GetRDMinAllelCount(table.AnzAllele + 1), -2);
+    EXPECT_EQ(table.GetRDMaxFrequenz(table.AnzAllele + 1), -2.0);
+}
+
+TEST(AllelCountRD, ExtremesWithoutARowReadZero) {
+    AllelCount table = homozygotes();
+    EXPECT_EQ(table.GetRDMinAllelCount(0), 0); // StartRD was not called
+    table.StartRD(2);
+    EXPECT_EQ(table.GetRDMinAllelCount(table.AnzAllele), 0); // behind the last row
+    EXPECT_EQ(table.GetRDMaxFrequenz(table.AnzAllele), 0.0);
+    EXPECT_EQ(table.GetRDMaxAllelCount(-1), 0);
 }
 
 TEST(AllelCountRD, AnotherStartBeginsTheSumsAnew) {
