@@ -1,3 +1,5 @@
+// Most values take a direct way that needs whole numbers of 128 bits. Where the compiler has none,
+// and for large values, std::to_chars writes the same bytes.
 #include "data/numberformat.h"
 
 #include <algorithm>
@@ -17,6 +19,11 @@ const char* nonFiniteWord(double value) {
     }
     return value < 0 ? "-inf" : "inf";
 }
+
+// --- The direct way ----------------------------------------------------------------
+
+#if defined(__SIZEOF_INT128__) && !defined(KVA_WITHOUT_INT128)
+#define KVA_DIRECT_WAY
 
 __extension__ using Wide = unsigned __int128;
 
@@ -128,10 +135,16 @@ std::size_t writeDirect(char* buffer, double value, int precision) {
     return static_cast<std::size_t>(out - buffer);
 }
 
+#endif
+
+// --- All values --------------------------------------------------------------------
+
 std::size_t writeDigits(char* buffer, double value, int precision) {
+#ifdef KVA_DIRECT_WAY
     if (precision > 0 && std::abs(value) < kDirectLimit) {
         return writeDirect(buffer, value, precision);
     }
+#endif
     if (!std::isfinite(value)) {
         const char* word = nonFiniteWord(value);
         const std::size_t length = std::strlen(word);
