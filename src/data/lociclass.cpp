@@ -39,13 +39,12 @@ std::span<const int32_t> usedSlots(const std::vector<Eintragsblock>& blocks, int
     return {block.Slots.data(), static_cast<std::size_t>(block.Belegt)};
 }
 
-// Text of a name that may not be set: a data set built by hand can lack it.
-const std::string& nameText(const std::string* name) {
+} // namespace
+
+const std::string& orEmpty(const std::string* name) {
     static const std::string none;
     return name != nullptr ? *name : none;
 }
-
-} // namespace
 
 // --- LociObj: building -------------------------------------------------------------
 
@@ -356,10 +355,10 @@ int Datensatz::TestGroup(int gruppe) const {
 void Datensatz::LociNamen(ResultFile& f, int beide) const {
     for (int locus = 1; locus <= AnzLoci; ++locus) {
         f.character('\t');
-        f.text(nameText(GetLociName(locus)));
+        f.text(orEmpty(GetLociName(locus)));
         f.character('\t');
         if (beide != 0) {
-            f.text(nameText(GetLociName2OrFirst(locus)));
+            f.text(orEmpty(GetLociName2OrFirst(locus)));
         }
     }
     f.character('\n');
@@ -367,7 +366,7 @@ void Datensatz::LociNamen(ResultFile& f, int beide) const {
 
 void Datensatz::writeNames(ResultFile& f, bool second) const {
     for (int locus = 1; locus <= AnzLoci; ++locus) {
-        f.text(nameText(second ? GetLociName2OrFirst(locus) : GetLociName(locus)));
+        f.text(orEmpty(second ? GetLociName2OrFirst(locus) : GetLociName(locus)));
         f.character('\t');
     }
     f.character('\n');

@@ -43,6 +43,9 @@ constexpr int32_t infoHaploid(int32_t info) {
     return info & 1;
 }
 
+// A name as the getters below give it; empty where there is none (null).
+const std::string& orEmpty(const std::string* name);
+
 class LociObj {
   public:
     // --- Building -------------------------------------------------------------

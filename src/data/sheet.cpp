@@ -56,5 +56,5 @@ void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat) {
 }
 
 std::string sampleLabel(const Datensatz& daten, int p) {
-    return p == 0 ? std::string("Total") : *daten.GetPopName(p);
+    return p == 0 ? std::string("Total") : orEmpty(daten.GetPopName(p));
 }

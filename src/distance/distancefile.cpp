@@ -24,11 +24,6 @@ std::string padOrCut(const std::string& name, std::size_t width) {
     return std::string(width - name.size(), ' ') + name;
 }
 
-std::string nameOf(const Datensatz& daten, int pop) {
-    const std::string* const name = daten.GetPopName(pop);
-    return name != nullptr ? *name : std::string();
-}
-
 // A cell as it is written: " %8.5f".
 class CellText {
   public:
@@ -79,7 +74,7 @@ std::string individualLabel(const std::string& name, int number) {
 std::vector<std::string> populationLabels(const Datensatz& daten, int32_t populations) {
     std::vector<std::string> labels;
     for (int32_t pop = 1; pop <= populations; ++pop) {
-        labels.push_back(populationLabel(nameOf(daten, pop)));
+        labels.push_back(populationLabel(orEmpty(daten.GetPopName(pop))));
     }
     return labels;
 }
@@ -90,7 +85,7 @@ std::vector<std::string> individualLabels(const Datensatz& daten, int32_t indivi
     int pop = 1;
     int number = 1;
     for (int32_t row = 0; row < individuals; ++row) {
-        labels.push_back(individualLabel(nameOf(daten, pop), number));
+        labels.push_back(individualLabel(orEmpty(daten.GetPopName(pop)), number));
         ++number;
         if (number >
             daten.GetAnzTiere(pop)) { // asked behind the label: an empty population has one

@@ -16,11 +16,6 @@ void appendCell(std::string& text, double value) {
     text.append(digits, formatFixed(digits, value, 6));
 }
 
-const std::string& orEmpty(const std::string* name) {
-    static const std::string none;
-    return name != nullptr ? *name : none;
-}
-
 } // namespace
 
 LocusSheets::LocusSheets(const Datensatz& daten, int datenFormat, CellRules rules, bool keepRows)

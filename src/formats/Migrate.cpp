@@ -102,7 +102,7 @@ long writeMigrateAndArlequin(AnalyseDataObj& lauf, const std::vector<int32_t>& s
     (void)lauf.WriteArlequinHeader(arlequin);
     Texte texte;
     for (int pop = 0; pop < data.GetPopAnzahl(); ++pop) {
-        const std::string& name = *data.GetPopName(pop + 1);
+        const std::string& name = orEmpty(data.GetPopName(pop + 1));
         const int individuals = data.GetAnzTiere(pop + 1);
         migrate.print("%d %s\n", individuals, name.c_str());
         (void)AnalyseDataObj::WriteArlequinPopStart(arlequin, individuals, name);

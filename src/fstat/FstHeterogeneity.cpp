@@ -169,8 +169,8 @@ void writePairHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, Res
     int32_t pair = 0;
     for (int i = 1; i < lauf.AnzPop; ++i) {
         for (int j = i + 1; j <= lauf.AnzPop; ++j) {
-            const std::string& first = *lauf.Daten->GetPopName(i);
-            const std::string& second = *lauf.Daten->GetPopName(j);
+            const std::string& first = orEmpty(lauf.Daten->GetPopName(i));
+            const std::string& second = orEmpty(lauf.Daten->GetPopName(j));
             sheet.print("\n%s\t%s\t", first.c_str(), second.c_str());
             std::string both = first;
             both.append(" and ").append(second);

@@ -139,7 +139,8 @@ int AnalyseDataObj::FST_PAIR_WC84(FTripel& f, const AllelTabellen& tab, CMatrix&
     }
     for (int i = 0; i + 1 < AnzPop; ++i) {
         for (int j = i + 1; j < AnzPop; ++j) {
-            sheet.text(*Daten->GetPopName(i + 1) + "\t" + *Daten->GetPopName(j + 1));
+            sheet.text(orEmpty(Daten->GetPopName(i + 1)) + "\t" +
+                       orEmpty(Daten->GetPopName(j + 1)));
             (void)FST_SINGLE_WC84(i, j, f, tab, AnzLoci, i, j, &sheet, locusTable);
             sheet.character('\n');
         }

@@ -19,7 +19,7 @@ constexpr double kSignificant = 0.05; // largest corrected p-value that is shown
 template <class Label, class Cell>
 void writeRows(const AnalyseDataObj& lauf, ResultFile& sheet, Label&& label, Cell&& cell) {
     for (int32_t row = 0; row < lauf.AnzPop; ++row) {
-        label(*lauf.Daten->GetPopName(row + 1));
+        label(orEmpty(lauf.Daten->GetPopName(row + 1)));
         for (int32_t column = 0; column < lauf.AnzPop; ++column) {
             cell(row, column);
         }
@@ -202,7 +202,7 @@ void writeBetaSheets(AnalyseDataObj& lauf, const CMatrix& beta) {
     ResultFile sheet = lauf.OpenResult("Beta_POP.xls", "wb+");
     ResultFile file = lauf.OpenResult("Betaij_POP.txt", "wb+");
     for (int pop = 1; pop <= lauf.AnzPop; ++pop) {
-        sheet.text("\t" + *lauf.Daten->GetPopName(pop));
+        sheet.text("\t" + orEmpty(lauf.Daten->GetPopName(pop)));
     }
     sheet.character('\n');
     writeSheetRows(lauf, sheet,

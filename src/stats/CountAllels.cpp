@@ -94,8 +94,7 @@ AllelTabelle Datensatz::AllelCountLT(ResultFile& zahl, ResultFile& freq) const {
 
 AllelTabelle Datensatz::AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const {
     AllelTabelle tables = countSample(*this, pop);
-    const std::string* const name = GetPopName(pop);
-    writeBlocks(zahl, freq, "\n" + (name != nullptr ? *name : std::string()), tables);
+    writeBlocks(zahl, freq, "\n" + orEmpty(GetPopName(pop)), tables);
     return tables;
 }
 

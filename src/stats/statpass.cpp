@@ -5,8 +5,7 @@
 #include <unistd.h>
 
 std::string locusLabel(const Datensatz& daten, int locus) {
-    const std::string* const name = daten.GetLociName(locus);
-    return name != nullptr ? *name : std::string();
+    return orEmpty(daten.GetLociName(locus));
 }
 
 void writeLocusNames(ResultFile& f, const AnalyseDataObj& lauf, int locus) {
