@@ -6,7 +6,7 @@ std::string fileNameOf(const std::string& name) {
     if (name.empty() || name == "." || name == "..") {
         return "_" + name;
     }
-    std::string stem = name;
-    std::replace(stem.begin(), stem.end(), '/', '_');
-    return stem;
+    std::string file = name;
+    std::replace(file.begin(), file.end(), '/', '_');
+    return file;
 }

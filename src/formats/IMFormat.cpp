@@ -95,8 +95,8 @@ void checkCopies(int pop, int locus, int expected, int counted) {
 
 // The file of one pair of populations, counted from 0. False if it cannot be opened.
 bool writePair(AnalyseDataObj& lauf, int i, int j, const std::vector<int32_t>& schrittweite) {
-    const std::string& nameI = *lauf.Daten->GetPopName(i + 1);
-    const std::string& nameJ = *lauf.Daten->GetPopName(j + 1);
+    const std::string& nameI = orEmpty(lauf.Daten->GetPopName(i + 1));
+    const std::string& nameJ = orEmpty(lauf.Daten->GetPopName(j + 1));
     ResultFile file = lauf.WriteIMHeader(i, j, nameI, nameJ);
     if (!file.isOpen()) {
         return false;
@@ -126,7 +126,7 @@ bool writePairs(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) 
 
 ResultFile AnalyseDataObj::WriteIMHeader(int i, int j, const std::string& nameI,
                                          const std::string& nameJ) {
-    const std::string fileName = "IM_" + fileNameOf(nameI) + "_" + fileNameOf(nameJ) + ".txt";
+    const std::string fileName = fileNameOf("IM_" + nameI + "_" + nameJ + ".txt");
     ResultFile file = OpenResult(fileName, "wb");
     if (!file.isOpen()) {
         return file;

@@ -43,7 +43,7 @@ void writeMsvarFiles(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittwe
     for (int pop = 1; pop <= lauf.Daten->GetPopAnzahl(); ++pop) {
         const AllelTabelle& tables = lauf.PopAllele[static_cast<std::size_t>(pop)];
         ResultFile file =
-            lauf.OpenResult(fileNameOf(*lauf.Daten->GetPopName(pop)) + ".beau.infile", "wb");
+            lauf.OpenResult(fileNameOf(*lauf.Daten->GetPopName(pop) + ".beau.infile"), "wb");
         file.integer(std::count_if(tables.begin(), tables.end(),
                                    [](const AllelCount& table) { return table.AnzAllele > 0; }));
         file.character('\n');

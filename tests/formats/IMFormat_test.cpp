@@ -117,7 +117,13 @@ TEST(IMFormat, LongNamesAreCutInTheAlleleLinesAlone) {
 TEST(IMFormat, NamesThatWouldBePathsStayInTheFolder) {
     LoadedRun run(oneLocus("2", "../x d 0 100 102\n.. d 0 100 100\n"));
     exportIM(run);
-    EXPECT_NE(pairFile(run, "IM_.._x__...txt").find("\n../x ..\n"), std::string::npos);
+    EXPECT_NE(pairFile(run, "IM_.._x_...txt").find("\n../x ..\n"), std::string::npos);
+}
+
+TEST(IMFormat, AnEmptyNameLeavesItsPlaceInTheFileNameEmpty) {
+    LoadedRun run(oneLocus("2", "A d 0 100 102\n. d 0 100 100\n"));
+    exportIM(run);
+    EXPECT_NE(pairFile(run, "IM_A_.txt").find("\nA \n1\n"), std::string::npos);
 }
 
 TEST(IMFormat, EachPairOfPopulationsHasAFile) {

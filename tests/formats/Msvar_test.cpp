@@ -77,8 +77,14 @@ TEST(Msvar, NamesThatWouldBePathsStayInTheFolder) {
     LoadedRun run(onePopulation("2", "a/b d 0 100 102\n.. d 0 100 102\n/ d 0 100 102\n"));
     exportMsvar(run);
     EXPECT_EQ(exported(run, "a_b.beau.infile"), "1\n2\n1 1 \n0 1 \n");
-    EXPECT_TRUE(fs::exists(fs::path(run->ResultPfad) / "Formats&Data/_...beau.infile"));
+    EXPECT_TRUE(fs::exists(fs::path(run->ResultPfad) / "Formats&Data/...beau.infile"));
     EXPECT_TRUE(fs::exists(fs::path(run->ResultPfad) / "Formats&Data/_.beau.infile"));
+}
+
+TEST(Msvar, AnEmptyNameGivesAFileNameWithoutAStem) {
+    LoadedRun run(onePopulation("2", "A d 0 100 102\n. d 0 100 102\n"));
+    exportMsvar(run);
+    EXPECT_EQ(exported(run, ".beau.infile"), "1\n2\n1 1 \n0 1 \n");
 }
 
 TEST(Msvar, FileThatCannotBeOpenedIsLeftOut) {
