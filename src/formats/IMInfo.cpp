@@ -9,7 +9,7 @@
 //
 // A row whose first cell begins with "m" holds mutation rates, any other inheritance scalars. The
 // second and third cells are not read, nor the second one of a locus. A later row of the same kind
-// replaces an earlier one as a whole.
+// replaces an earlier one as a whole, also one that is cut short: a cell that it lacks is -1.0.
 #include "formats/IMInfo.h"
 
 #include "control/AnalyseDataObj.h"
@@ -35,14 +35,10 @@ double toValue(std::string_view cell) {
     return value == 0.0 && cell.front() != '0' ? kNoValue : value;
 }
 
-// What stands behind the third tab of a row; nothing if the row ends before it.
-std::optional<std::string_view> valueCells(std::string_view row) {
+// What stands behind the third tab of a row; empty if the row ends before it.
+std::string_view valueCells(std::string_view row) {
     for (int cell = 0; cell < kLeadingCells; ++cell) {
-        const std::size_t tab = row.find('\t');
-        if (tab == std::string_view::npos) {
-            return std::nullopt;
-        }
-        row.remove_prefix(tab + 1);
+        (void)takeCell(row);
     }
     return row;
 }
@@ -80,11 +76,9 @@ void readRows(AnalyseDataObj& lauf, DataWindow& window, int64_t position) {
     std::string_view block = window.block(position);
     while (block.size() > 1) {
         const DataRow row = findRow(window, block, position, 1, 1);
-        // A row without a third tab, an empty line as a rule, has no value cell: it changes
-        // nothing.
-        if (const std::optional<std::string_view> cells = valueCells(row.text)) {
-            (void)GetIMData(*lauf.Daten, lauf.AnzLoci, *cells, row.text.starts_with('m') ? 0 : 1,
-                            lauf.DatenFormat);
+        if (!row.text.empty()) { // an empty line is no row
+            (void)GetIMData(*lauf.Daten, lauf.AnzLoci, valueCells(row.text),
+                            row.text.starts_with('m') ? 0 : 1, lauf.DatenFormat);
         }
         const int64_t next = row.lineEnd + 1;
         if (!row.hasLineEnd || next == position + static_cast<int64_t>(block.size()) - 1) {

@@ -194,9 +194,19 @@ TEST(ReadIMInfo, EmptyLinesAtTheEndChangeNothing) {
     EXPECT_EQ(scalarsOf(*run), (Values{2, 3}));
 }
 
-TEST(ReadIMInfo, RowWithoutAThirdTabChangesNothing) {
+TEST(ReadIMInfo, RowCutShortLacksAllCells) {
     LoadedRun run(kTwoPopsOneColumn);
-    readInfo(*run, crLf(tabbed(std::string(kHead1) + "i . . 2 3\ni .\ni 5\nm . . 4 5\n")));
+    readInfo(*run, crLf(tabbed(std::string(kHead1) + "i . . 2 3\nm . . 4 5\ni .\n")));
+    EXPECT_EQ(scalarsOf(*run), (Values{-1, -1}));
+    EXPECT_EQ(ratesOf(*run), (Values{4, 5}));
+    readInfo(*run, crLf(tabbed(std::string(kHead1) + "i . . 2 3\nm . . 4 5\nm\n")));
+    EXPECT_EQ(scalarsOf(*run), (Values{2, 3}));
+    EXPECT_EQ(ratesOf(*run), (Values{-1, -1}));
+}
+
+TEST(ReadIMInfo, EmptyLineBetweenRowsChangesNothing) {
+    LoadedRun run(kTwoPopsOneColumn);
+    readInfo(*run, crLf(tabbed(std::string(kHead1) + "i . . 2 3\n\nm . . 4 5\n")));
     EXPECT_EQ(scalarsOf(*run), (Values{2, 3}));
     EXPECT_EQ(ratesOf(*run), (Values{4, 5}));
 }
@@ -363,13 +373,12 @@ class PlainReading {
     }
 
     void readRow(const std::string& row) {
+        if (row.empty()) {
+            return;
+        }
         std::size_t place = 0;
-        for (int tabs = 0; tabs < 3; ++tabs) {
-            place = row.find('\t', place);
-            if (place == std::string::npos) {
-                return;
-            }
-            ++place;
+        for (int tabs = 0; tabs < 3 && place < row.size(); ++tabs) {
+            place = std::min(row.find('\t', place), row.size() - 1) + 1;
         }
         Values& values = row[0] == 'm' ? rates : scalars;
         for (double& value : values) {
