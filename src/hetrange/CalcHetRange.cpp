@@ -54,6 +54,11 @@ struct DrawShape {
     int32_t Width;
 };
 
+// Entries of population `pop` (from 0); none in data without loci.
+int32_t entriesOf(const Datensatz& daten, int pop) {
+    return std::max(daten.GetAnzDatenChromosome(pop + 1), 0);
+}
+
 DrawShape drawShape(uint32_t mask, int32_t entries) {
     return hasBit(mask, HetRangeBit::Individuals) ? DrawShape{entries / 2, 2}
                                                   : DrawShape{entries, 1};
@@ -121,7 +126,7 @@ long AnalyseDataObj::MakeHetRangeAnalyse() {
     for (int pop = 0; pop < AnzPop; ++pop) {
         const std::vector<HetBereich> bereich = ResampleHetPopulation(pop, tabellen);
         for (std::size_t s = 0; s < sheets.size(); ++s) {
-            sheets[s].text(*Daten->GetPopName(pop + 1));
+            sheets[s].text(orEmpty(Daten->GetPopName(pop + 1)));
             for (const HetBereich& locus : bereich) {
                 if (locus.Anzahl <= 0) {
                     writeTabNd(sheets[s]);
@@ -142,15 +147,16 @@ std::vector<HetBereich> AnalyseDataObj::ResampleHetPopulation(int pop,
     }
     HetReplikaSheets sheets = OpenHetReplikaSheets(pop);
     AUSGABE(79, ".");
-    const int32_t entries = Daten->GetAnzDatenChromosome(pop + 1);
+    const int32_t entries = entriesOf(*Daten, pop);
     const DrawShape shape = drawShape(HetRangeMask, entries);
     const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
-    // Places come in pairs: behind an odd last one stands a missing one.
+    // Places come in pairs: behind an odd last one stands one more.
     HetStichprobe stichprobe(linked ? 1 : AnzLoci, entries + entries % 2);
-    // Without draws every place keeps entry 0; with them an odd last entry has no place of its own
-    // among individuals.
-    const bool draws = hasBit(HetRangeMask, HetRangeBit::Draw);
-    stichprobe.MarkPast(draws ? shape.Places * shape.Width : entries, entries);
+    // A place that no draw reaches is missing: the one behind an odd last entry, and among
+    // individuals that entry's own. Without draws every place keeps entry 0.
+    if (hasBit(HetRangeMask, HetRangeBit::Draw)) {
+        stichprobe.MarkPast(shape.Places * shape.Width, entries);
+    }
     std::vector<HetBereich> bereich(tabellen.size());
     for (int replikat = 0; replikat < HetRandomisierungen; ++replikat) {
         MakeHetReplika(replikat, pop, stichprobe);
@@ -164,10 +170,10 @@ HetReplikaSheets AnalyseDataObj::OpenHetReplikaSheets(int pop) {
     if (!hasBit(HetRangeMask, HetRangeBit::ReplicateSheets)) {
         return sheets;
     }
-    const std::string stem = fileNameOf(*Daten->GetPopName(pop + 1));
-    sheets.Het = OpenResult(stem + "_HetRange.xls", "wb+");
-    sheets.Var = OpenResult(stem + "_VarRange.xls", "wb+");
-    sheets.Allele = OpenResult(stem + "_AlleleRange.xls", "wb+");
+    const std::string& name = orEmpty(Daten->GetPopName(pop + 1));
+    sheets.Het = OpenResult(fileNameOf(name + "_HetRange.xls"), "wb+");
+    sheets.Var = OpenResult(fileNameOf(name + "_VarRange.xls"), "wb+");
+    sheets.Allele = OpenResult(fileNameOf(name + "_AlleleRange.xls"), "wb+");
     for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
         writeLociHead(*sheet, *Daten, DatenFormat);
     }
@@ -178,7 +184,7 @@ int AnalyseDataObj::MakeHetReplika(int /*replikat*/, int pop, HetStichprobe& sti
     if (!hasBit(HetRangeMask, HetRangeBit::Draw)) {
         return 0;
     }
-    const DrawShape shape = drawShape(HetRangeMask, Daten->GetAnzDatenChromosome(pop + 1));
+    const DrawShape shape = drawShape(HetRangeMask, entriesOf(*Daten, pop));
     const int32_t rows = hasBit(HetRangeMask, HetRangeBit::Linked) ? 1 : AnzLoci;
     std::vector<float> numbers;
     for (int32_t row = 0; row < rows; ++row) {

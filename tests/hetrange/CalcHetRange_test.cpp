@@ -91,13 +91,29 @@ TEST(CalcHetRange, WithoutDrawsEveryPlaceReadsTheFirstEntry) {
     EXPECT_NEAR(rand2(), 0.415999, 1e-6); // the first number of the stream
 }
 
-// Three entries, draws off: all three places read entry 0, and the fourth is missing. n = 3, so
-// H = 0 becomes 3 x ((1 - 1/16 - 9/16) / 2) = 0.5625, also where individuals would be drawn.
+// Three entries make two pairs of places; with the draws off all four read entry 0. n = 4, so
+// H = 0 becomes 4 x ((1 - 1/25 - 16/25) / 3) = 32/75, also where individuals would be drawn.
 TEST(CalcHetRange, WithoutDrawsAnOddLastPlaceReadsTheFirstEntry) {
     LoadedRun run("1 . . 2\n. . . 50\n. . . L1\nA d 0 100\nA d 0 102\nA d 0 102\n");
     runPass(run, HetRangeBit::ReplicateSheets | HetRangeBit::CorrectZero | HetRangeBit::Individuals,
             1, 1);
-    EXPECT_EQ(sheet(run, "A_HetRange.xls"), "\tL1\t\n1\t0.562500\n");
+    EXPECT_EQ(sheet(run, "A_HetRange.xls"), "\tL1\t\n1\t0.426667\n");
+}
+
+// A single entry: its place and the one behind it both read it. Two copies of one allele, C = 4:
+// H = 4/2 x (1 - 1) = 0, which the first replicate does not count and the second one does.
+TEST(CalcHetRange, WithoutDrawsASingleEntryIsReadTwice) {
+    LoadedRun run("1 . . 2\n. . . 0\n. . . L1\nSolo d 0 120\n");
+    runPass(run, 0, 2, 1);
+    EXPECT_EQ(sheet(run, "HetRangeMax.xls"), "\tL1\t\nSolo\t0.000000\n");
+    EXPECT_EQ(sheet(run, "AlleleRangeMax.xls"), "\tL1\t\nSolo\t1.000000\n");
+}
+
+// With the draws on, the place behind an odd last entry is missing: one copy, so no H.
+TEST(CalcHetRange, WithDrawsThePlaceBehindASingleEntryIsMissing) {
+    LoadedRun run("1 . . 2\n. . . 0\n. . . L1\nSolo d 0 120\n");
+    runPass(run, HetRangeBit::Draw, 2, 1);
+    EXPECT_EQ(sheet(run, "HetRangeMax.xls"), "\tL1\t\nSolo\tn.d.\n");
 }
 
 TEST(CalcHetRange, NoReplicateGivesNoValues) {
@@ -172,8 +188,8 @@ class PlainReading {
         n = C / w;
         sample.Resize(obj.AnzLoci, std::max(obj.MaxChromosomen, 1) + 1);
         sample.Fill(0.0);
-        for (int r = 0; r < obj.AnzLoci; ++r) {
-            for (int k = (obj.HetRangeMask & 0x2U) != 0 ? n * w : C; k <= C; ++k) {
+        for (int r = 0; r < obj.AnzLoci && (obj.HetRangeMask & 0x2U) != 0; ++r) {
+            for (int k = n * w; k <= C; ++k) {
                 sample(r, k) = C;
             }
         }
