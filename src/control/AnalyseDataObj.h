@@ -60,18 +60,22 @@ class AnalyseDataObj : public AnalyseSettings {
     // Writes the head of the log: data and settings. The log must be open. 0.
     int WriteDataLog(long bootstraps, long permutations);
 
-    // --- Data file and result folder: data/dataread.cpp ------------------------------
+    // --- Data file: data/dataread.cpp --------------------------------------------------
 
-    // First pass over the file: finds its shape, makes and sizes Daten. 0, or a
-    // refusal: -1 null stream, 3 nothing read, 4 format or line end, 5 header rows,
-    // 6 loci. The stream stays the caller's.
+    // First pass over the file: finds its shape, makes and sizes Daten. 0, also for a file whose
+    // first row names no locus; or a refusal: -1 null stream, 1 no memory for the buffer, 2 none
+    // for Daten, 3 nothing read, 4 format or line end, 5 header rows, 6 fewer cells than no locus
+    // takes. The stream stays the caller's.
     int CheckDataFile(std::FILE* stream);
 
     // InitPath(), then GetDataFile(); 0 whatever they returned.
     int ReadDataFile(std::FILE* stream);
 
-    // Second pass: fills the loci. 0; -1 nothing read or a row too long; -3 header.
+    // Second pass: fills the loci. 0; -1 nothing read, a refused file or a row too long;
+    // -3 header.
     int GetDataFile(std::FILE* stream);
+
+    // --- Result folder: data/resultpath.cpp ----------------------------------------------
 
     // Makes the next numbered result folder, enters it and opens its log. 0; 1 if
     // that failed, with the paths and the log as they were.
@@ -97,9 +101,9 @@ class AnalyseDataObj : public AnalyseSettings {
     int GetGesamtIndividuuenAnzahl() const;
 
     // Turns a running number over all individuals into population and number within it; both
-    // numbers count from 1, as in GetTierInfo. The walk ends at an empty population, too: the
-    // rest of the number is then the number within it. 0; -1; -2, and nothing stored, for a
-    // number behind the last individual.
+    // numbers count from 0. The walk ends at an empty population, too: the rest of the number is
+    // then the number within it. 0; -1; -2, and nothing stored, for a number behind the last
+    // individual.
     int ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const;
 
     // Null if nothing is loaded, without loci, or for a bad number.

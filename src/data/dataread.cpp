@@ -129,6 +129,7 @@ struct Header {
     DataRow names;      // names of the loci
     int rows = 0;       // 2 or 3; 0 if a row has no line end in the first block
     int unfinished = 0; // number of that row, from 1
+    int64_t end = 0;    // offset of the byte at which that row stops
 };
 
 DataRow headerRow(const DataWindow& window, std::string_view block, int64_t begin) {
@@ -138,20 +139,24 @@ DataRow headerRow(const DataWindow& window, std::string_view block, int64_t begi
 
 Header readHeader(const DataWindow& window, std::string_view block) {
     Header header;
+    const auto isWhole = [&header](const DataRow& row, int number) {
+        header.unfinished = row.hasLineEnd ? 0 : number;
+        header.end = row.lineEnd;
+        return row.hasLineEnd;
+    };
     header.first = headerRow(window, block, 0);
-    if (!header.first.hasLineEnd) {
-        header.unfinished = 1;
+    if (!isWhole(header.first, 1)) {
         return header;
     }
     header.second = headerRow(window, block, header.first.lastByte + 1);
-    if (!header.second.hasLineEnd) {
-        header.unfinished = 2;
+    if (!isWhole(header.second, 2)) {
         return header;
     }
     const bool three = window.byteAt(header.second.lastByte + 1) == '\t';
     header.names = three ? headerRow(window, block, header.second.lastByte + 1) : header.second;
-    header.unfinished = header.names.hasLineEnd ? 0 : 3;
-    header.rows = header.names.hasLineEnd ? (three ? 3 : 2) : 0;
+    if (isWhole(header.names, 3)) {
+        header.rows = three ? 3 : 2;
+    }
     return header;
 }
 
@@ -211,11 +216,25 @@ Refusal refuseFirstByte(char c) {
             "\"1\" or \"2\", the number of columns per locus"};
 }
 
-Refusal checkHeader(const DataWindow& window, const Header& header) {
+// What stands where a header row should have its line end.
+std::string shownEnd(std::string_view block, int64_t end) {
+    if (end >= kBlockSize) {
+        return "no line end in the first " + std::to_string(kBlockSize) + " bytes";
+    }
+    const bool nul = end < std::ssize(block);
+    return (nul ? "a NUL byte after " : "the end of the file after ") + std::to_string(end) +
+           " bytes";
+}
+
+Refusal refuseUnfinished(const Header& header, std::string_view block) {
+    return {4, header.unfinished == 1 ? CatalogueWords::noLineEnd : CatalogueWords::none,
+            header.unfinished, shownEnd(block, header.end),
+            "two or three header rows that end with LF, CR LF or CR"};
+}
+
+Refusal checkHeader(const DataWindow& window, const Header& header, std::string_view block) {
     if (header.rows == 0) {
-        return {4, CatalogueWords::noLineEnd, header.unfinished,
-                "no line end in the first " + std::to_string(kBlockSize) + " bytes",
-                "header rows that end with LF, CR LF or CR"};
+        return refuseUnfinished(header, block);
     }
     if (header.rows == 3 && window.byteAt(header.names.lastByte + 1) == '\t') {
         return {5, CatalogueWords::none, 4, "a tab as first byte, as in row 3",
@@ -230,16 +249,30 @@ long lociColumns(const Header& header) {
     return std::count(row.begin(), row.end(), '\t') + 1 - kHeadColumns;
 }
 
+std::string shownCells(const Header& header) {
+    const long cells = lociColumns(header) + kHeadColumns;
+    return std::to_string(cells) + (cells == 1 ? " cell" : " cells");
+}
+
+std::string cellsWanted(int columns) {
+    return "at least " + std::to_string(kHeadColumns + columns) + ": 3 and " +
+           std::to_string(columns) + " per locus";
+}
+
 Refusal refuseLoci(const Header& header, int columns) {
-    return {6, CatalogueWords::none, 1,
-            std::to_string(lociColumns(header) + kHeadColumns) + " cells",
-            "at least " + std::to_string(kHeadColumns + columns) + ": 3 and " +
-                std::to_string(columns) + " per locus"};
+    return {6, CatalogueWords::none, 1, shownCells(header), cellsWanted(columns)};
 }
 
 Refusal refuseWithoutRows(const Header& header) {
     return {5, CatalogueWords::none, header.rows + 1, "the end of the data",
             "the first individual"};
+}
+
+void warnOfNoLocus(const std::string& file, const Header& header, int columns) {
+    std::cout << '\n'
+              << "Warning: " << file << ", row 1: " << shownCells(header)
+              << " name no locus, expected " << cellsWanted(columns)
+              << ". The sheets hold their heads alone." << std::endl;
 }
 
 void warnOfAlignment(const std::string& file) {
@@ -383,13 +416,13 @@ Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
     }
     lauf.DatenFormat = static_cast<char>(columns);
     const Header header = readHeader(window, block);
-    if (Refusal refusal = checkHeader(window, header); refusal.status != 0) {
+    if (Refusal refusal = checkHeader(window, header, block); refusal.status != 0) {
         return refusal;
     }
     lauf.KopfZeilen = header.rows;
     lauf.KopfSpalten = kHeadColumns;
     const auto loci = static_cast<int32_t>(lociColumns(header) / columns);
-    if (loci < 1 || lauf.Daten->init(loci) != loci) {
+    if (loci < 0 || lauf.Daten->init(loci) != loci) {
         return refuseLoci(header, columns);
     }
     RowWalk walk(window, header.names.lastByte, CrLf::lineEnd);
@@ -401,6 +434,9 @@ Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
     populations.finish();
     if (populations.populations() == 0) {
         return refuseWithoutRows(header);
+    }
+    if (loci == 0) {
+        warnOfNoLocus(lauf.DateiName, header, columns);
     }
     if (losesAlignment(header)) {
         warnOfAlignment(lauf.DateiName);
@@ -531,7 +567,7 @@ int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
 }
 
 int AnalyseDataObj::GetDataFile(std::FILE* stream) {
-    if (stream == nullptr || !Daten || AnzLoci < 1) { // a refused file has no loci to fill
+    if (stream == nullptr || !Daten || AnzPop < 1) { // a refused file has no population to fill
         return -1;
     }
     DataWindow window(stream);

@@ -70,7 +70,7 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatr
     const auto pop2 = static_cast<std::size_t>(j);
     const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
     FSummen sums;
-    if (Art.Linked) {
+    if (Art.Linked && Data.loci() > 0) { // without loci there are no slots, either
         Shuffle.deal(pop1, pop2);
     }
     for (std::size_t l = 0; l < Data.loci(); ++l) {

@@ -664,9 +664,16 @@ TEST(Block, HeaderBeyondTheFirstBlockIsRefused) {
     const std::string before = "1\t\t\t2\n\t\t\t50\n\t\t\t";
     Reading file(before + std::string(200'000 - before.size(), 'L') + "\nA\td\t0\t8\n");
     EXPECT_EQ(file.checked, 4);
+    EXPECT_EQ(file.told, "\ndata.txt, row 3: found no line end in the first 200000 bytes, expected "
+                         "two or three header rows that end with LF, CR LF or CR\n");
+}
+
+TEST(Block, FirstRowBeyondTheFirstBlockIsRefused) {
+    Reading file("1\t\t\t" + std::string(200'000 - 4, '2') + "\n\t\t\tL\nA\td\t0\t8\n");
+    EXPECT_EQ(file.checked, 4);
     EXPECT_EQ(file.told, "Error to detect NEWLINE\n"
-                         "data.txt, row 3: found no line end in the first 200000 bytes, expected "
-                         "header rows that end with LF, CR LF or CR\n");
+                         "data.txt, row 1: found no line end in the first 200000 bytes, expected "
+                         "two or three header rows that end with LF, CR LF or CR\n");
 }
 
 // A file of `loci` loci, all its cells but one empty.
@@ -731,20 +738,32 @@ const std::vector<RefusedFile> kRefusedFiles{
      "\ndata.txt, row 1: found byte 239 as first byte, expected \"1\" or \"2\", the number of "
      "columns per locus\n"},
     {"NoLineEnd", "1\t\t\t2", 4,
-     "Error to detect NEWLINE\ndata.txt, row 1: found no line end in the first 200000 bytes, "
-     "expected header rows that end with LF, CR LF or CR\n"},
+     "Error to detect NEWLINE\ndata.txt, row 1: found the end of the file after 5 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
+    {"OneRowAlone", "1\t\t\t2\n", 4,
+     "\ndata.txt, row 2: found the end of the file after 6 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
+    {"SecondRowCutShort", "1\t\t\t2\n\t\t\tL", 4,
+     "\ndata.txt, row 2: found the end of the file after 10 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
+    {"ThirdRowCutShort", "1\t\t\t2\r\n\t\t\t50\r\n\t\t\tL", 4,
+     "\ndata.txt, row 3: found the end of the file after 18 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
+    {"NulInTheFirstRow", std::string("1\t\t\0\n\t\t\tL\nA\td\t0\t1\n", 18), 4,
+     "Error to detect NEWLINE\ndata.txt, row 1: found a NUL byte after 3 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
     {"NulInTheHeader", "1\t\t\t2\n\t\t\t" + std::string(1, '\0') + "\n\t\t\tL\nA\td\t0\t1\n", 4,
-     "Error to detect NEWLINE\ndata.txt, row 2: found no line end in the first 200000 bytes, "
-     "expected header rows that end with LF, CR LF or CR\n"},
+     "\ndata.txt, row 2: found a NUL byte after 9 bytes, "
+     "expected two or three header rows that end with LF, CR LF or CR\n"},
     {"Rows3And4BeginWithATab", oneColumn("\td\t0\t1\n"), 5,
      "\ndata.txt, row 4: found a tab as first byte, as in row 3, expected the name of a "
      "population\n"},
-    {"ThreeCells", "1\t\t\n\t\t\n\t\t\tL\nA\td\t0\t1\n", 6,
-     "\ndata.txt, row 1: found 3 cells, expected at least 4: 3 and 1 per locus\n"},
+    {"TwoCells", "1\t\n\t\t\n\t\t\tL\nA\td\t0\t1\n", 6,
+     "\ndata.txt, row 1: found 2 cells, expected at least 4: 3 and 1 per locus\n"},
     {"OneCell", "2\n\nA\td\t0\t1\n", 6,
-     "\ndata.txt, row 1: found 1 cells, expected at least 5: 3 and 2 per locus\n"},
-    {"HalfAPair", "2\t\t\t2\n\t\t\t50\n\t\t\tL\nA\td\t0\t1\n", 6,
-     "\ndata.txt, row 1: found 4 cells, expected at least 5: 3 and 2 per locus\n"},
+     "\ndata.txt, row 1: found 1 cell, expected at least 5: 3 and 2 per locus\n"},
+    {"NeitherALocusNorARow", "1\t\t\n\t\t\tL\n", 5,
+     "\ndata.txt, row 3: found the end of the data, expected the first individual\n"},
     {"NoRowBehindThreeHeaderRows", oneColumn(""), 5,
      "\ndata.txt, row 4: found the end of the data, expected the first individual\n"},
     {"BlankLinesBehindTheHeader", oneColumn("\n  \n"), 5,
@@ -784,6 +803,70 @@ TEST_P(Refused, RunGoesThroughWithoutACrash) {
     EXPECT_EQ(obj.ReadDataFile(stream.get()), 0);
     EXPECT_EQ(obj.WriteOutput(1, 0), 0);
     EXPECT_TRUE(std::filesystem::exists(folder / "data.txt_KVAresult00/KVA.log"));
+}
+
+// --- Files without loci ----------------------------------------------------
+
+namespace {
+
+// (3 - 3) / 1, (4 - 3) / 2 and (2 - 3) / 2 are 0 loci: the division truncates.
+struct NoLocusFile {
+    const char* name;
+    std::string bytes;
+    std::string cells; // as they are told
+};
+
+class NoLocus : public testing::TestWithParam<NoLocusFile> {};
+
+const std::string kRowsOfTwoPopulations = "\t\t\n\t\t\tL\nA\td\t0\t1\nA\td\t0\t1\nB\td\t0\t1\n";
+
+const std::vector<NoLocusFile> kNoLocusFiles{
+    {"ThreeCells", "1\t\t\n" + kRowsOfTwoPopulations,
+     "3 cells name no locus, expected at least 4: "
+     "3 and 1 per locus"},
+    {"HalfAPair", "2\t\t\t2\n" + kRowsOfTwoPopulations,
+     "4 cells name no locus, expected at least 5: "
+     "3 and 2 per locus"},
+    {"TwoCellsOfTwoColumns", "2\t\n" + kRowsOfTwoPopulations,
+     "2 cells name no locus, expected at "
+     "least 5: 3 and 2 per locus"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, NoLocus, testing::ValuesIn(kNoLocusFiles),
+                         [](const auto& file) { return std::string(file.param.name); });
+
+} // namespace
+
+TEST_P(NoLocus, IsReadWithOneLineThatSaysSo) {
+    const Reading file(GetParam().bytes);
+    EXPECT_EQ(file.checked, 0);
+    EXPECT_EQ(file.told, "\nWarning: data.txt, row 1: " + GetParam().cells +
+                             ". The sheets hold their heads alone.\n");
+    EXPECT_EQ(file.got, 0);
+    EXPECT_EQ(file.marks, "\nRead Loci/Pop Information!\n...\n");
+    EXPECT_EQ(file.obj.AnzLoci, 0);
+    EXPECT_EQ(file.obj.AnzPop, 2);
+    EXPECT_EQ(file.obj.MaxChromosomen, 2 * file.obj.DatenFormat); // A has two rows
+}
+
+// All passes, on no locus at all.
+TEST_P(NoLocus, RunGoesThroughWithoutACrash) {
+    const TempFolder folder(TempFolder::Enter::yes);
+    const Stream stream = fileOf(GetParam().bytes);
+    const StdoutCapture swallowed;
+    AnalyseDataObj obj;
+    obj.DateiName = "data.txt";
+    EXPECT_EQ(obj.CheckDataFile(stream.get()), 0);
+    EXPECT_EQ(obj.ReadDataFile(stream.get()), 0);
+    obj.GeneralMask = 0xFFFFFFFF;
+    obj.PopDistMask = obj.IndDistMask = 0x5FF;
+    obj.FstMask = 0xEA79;
+    obj.HetRangeMask = 0x1803;
+    obj.Replikate = obj.HetRandomisierungen = 3;
+    EXPECT_EQ(obj.WriteOutput(2, 3), 0);
+    const std::filesystem::path results = folder / "data.txt_KVAresult00";
+    EXPECT_TRUE(std::filesystem::exists(results / "Resampling_data/HetRangeMin.xls"));
+    EXPECT_EQ(readFile(results / "Single_data/Hetexp.xls").find("\t"), 0U);
 }
 
 // --- Results of the passes -------------------------------------------------
