@@ -75,9 +75,9 @@ def matches(name, pattern):
 
 
 def input_file(name):
-    """The file of input/ or, where none has that name, of examples/."""
+    """The file of input/ or, where none has that name or examples/ stands there, of examples/."""
     file = INPUT / name
-    return file if file.exists() else EXAMPLES / name
+    return file if file.exists() else EXAMPLES / name.removeprefix("examples/")
 
 
 # Soundness
@@ -111,11 +111,12 @@ def faults_of_input(table):
     used = {input_file(word) for case in table.values() for word in case.get("input", "").split()}
     told = (INPUT / "README.md").read_text(encoding="utf-8")
     found = []
-    for file in sorted(INPUT.iterdir()):
+    for file in sorted([*INPUT.iterdir(), *EXAMPLES.iterdir()]):
+        place = "%s/%s" % (file.parent.name, file.name)
         if file.name == "README.md":
             continue
-        if "| `%s` |" % file.name not in told:
-            found.append("input/%s has no row in input/README.md" % file.name)
+        if file.parent == INPUT and "| `%s` |" % file.name not in told:
+            found.append("%s has no row in input/README.md" % place)
         if file not in used:
-            found.append("input/%s is used by no case" % file.name)
+            found.append("%s is used by no case" % place)
     return found

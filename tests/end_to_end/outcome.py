@@ -36,7 +36,7 @@ def lay_out(case, folder):
     places = shlex.split(case.get("place", ""))
     convert = CONVERSIONS.get(case.get("convert"), lambda text: text)
     for i, name in enumerate(names):
-        place = places[i] if i < len(places) else name
+        place = places[i] if i < len(places) else pathlib.PurePosixPath(name).name
         (folder / place).parent.mkdir(parents=True, exist_ok=True)
         laid[place] = convert(cases.input_file(name).read_bytes())
         (folder / place).write_bytes(laid[place])
