@@ -115,8 +115,9 @@ def check(table):
                        if (EXPECTED / (name + ".txt")).read_text(encoding="ascii") != text]
     except store.Malformed as fault:
         faults.append("expected/%s" % fault)
-    stale = set(store.cases_in(EXPECTED)) - set(cases.with_expectations(table))
-    faults += ["expected/%s.txt belongs to no case" % name for name in sorted(stale)]
+    wanted = {name + ".txt" for name in cases.with_expectations(table)}
+    stale = {file.name for file in EXPECTED.iterdir()} - wanted
+    faults += ["expected/%s belongs to no case" % name for name in sorted(stale)]
     print("\n".join(faults) if faults else "%d cases, all explained" % len(table))
     return not faults
 
@@ -158,7 +159,10 @@ def main():
     kva, work = given.kva.resolve(), given.work.resolve()
     results = [play(name, table, kva, work, renewed) for name in given.case or table]
     if renewed:
-        changed = store.save(EXPECTED, all_texts(table, renewed))
+        try:
+            changed = store.save(EXPECTED, all_texts(table, renewed))
+        except store.Malformed as fault:
+            sys.exit("nothing renewed; expected/%s" % fault)
         print("\n".join("renewed: expected/" + file for file in changed) or "nothing to renew")
     return 0 if all(results) else 1
 

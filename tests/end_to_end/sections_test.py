@@ -85,6 +85,19 @@ class Compared(unittest.TestCase):
                              self.expected("F/x.xls", "KVA.log", "#2 F/x.xls"))
 
 
+    def test_what_is_stored_and_not_compared_is_told(self):
+        self.assertEqual(run.unexplained("a", {"compare": "F/* KVA.*"}, self.FOUND), [])
+        self.assertEqual(run.unexplained("a", {"compare": "console"}, self.FOUND), [
+            "expected/a.txt: F/x.xls is not compared",
+            "expected/a.txt: KVA.log is not compared",
+            "expected/a.txt: #2 F/x.xls is not compared"])
+
+    def test_a_pattern_without_a_file_is_told(self):
+        found = {"status": b"", "./": b"", "KVA.log": b""}
+        self.assertEqual(run.unexplained("a", {"compare": "KVA.log F/*"}, found),
+                         ["a: 'compare' names F/*, which the case does not have"])
+
+
 class Differences(unittest.TestCase):
     def test_the_first_differing_line_of_each_section_is_told(self):
         self.assertEqual(

@@ -16,8 +16,9 @@ another of the same folder is listed, unless it has a single line or none. A nam
 "#2 " is of the second run of a case; in a list it reads as in the first, if no " = " follows.
 
 Lines stand as they are, with their tabs. A byte that is neither tab nor printable ASCII, a
-backslash, a blank at the end of a line and a "=" in front of "==" read \\xHH. A backslash at the
-end of a line says that there is no line end. A section without lines has no bytes.
+backslash, a blank at the end of a line and the first "=" of a line that begins with "===" read
+\\xHH. A backslash at the end of a line says that there is no line end. A section without lines has
+no bytes.
 """
 
 import collections
@@ -142,7 +143,9 @@ def _read(folder, case):
     file = _file(folder, case)
     try:
         return parse(file.read_bytes().decode("ascii"))
-    except (OSError, UnicodeDecodeError, Malformed) as fault:
+    except OSError as fault:
+        raise Malformed("%s: %s" % (file.name, fault.strerror)) from fault
+    except (UnicodeDecodeError, Malformed) as fault:
         raise Malformed("%s: %s" % (file.name, fault)) from fault
 
 

@@ -10,6 +10,7 @@ import unittest
 
 import cases
 import store
+from sections import in_run
 from store import Reference
 
 EXPECTED = cases.HERE / "expected"
@@ -145,7 +146,7 @@ class Expectations(unittest.TestCase):
             text = (EXPECTED / (case + ".txt")).read_text(encoding="ascii")
             for name, data in store.parse(text).items():
                 if isinstance(data, bytes) and data.count(b"\n") > 1:
-                    key = (name.replace("#2 ", "").rpartition("/")[0], data)
+                    key = (in_run(name).rpartition("/")[0], data)
                     self.assertNotIn(key, seen, "%s: %s" % (case, name))
                     seen[key] = case
 
