@@ -11,7 +11,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 INPUT = HERE / "input"
 EXAMPLES = HERE.parent.parent / "examples"
 
-KEYS = {"why", "input", "place", "convert", "folders", "run", "keys", "expect", "compare"}
+KEYS = {"why", "input", "place", "convert", "folders", "run", "keys", "expect", "compare", "beside"}
 NEEDED = ("why", "run")
 NOTHING_MORE = "console"  # as `compare`: only what is always compared
 ALL = "all"  # as `compare`: every result file

@@ -41,6 +41,13 @@ void flushConsole() {
 
 } // namespace
 
+std::string withoutNanSign(std::string text) {
+    for (std::size_t at = text.find("-nan"); at != std::string::npos; at = text.find("-nan", at)) {
+        text.erase(at, 1);
+    }
+    return text;
+}
+
 std::string readFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {

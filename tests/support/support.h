@@ -15,6 +15,9 @@ std::string readFile(const std::filesystem::path& file);
 // Throws std::runtime_error if it cannot be written.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
+// `text` with each "-nan" as "nan": the sign of what is not a number is the processor's.
+std::string withoutNanSign(std::string text);
+
 // A fresh empty folder that goes with all its content at the end of the scope.
 class TempFolder {
   public:

@@ -30,6 +30,11 @@ TEST(TempFolder, EnteredFolderIsLeftAtTheEnd) {
     EXPECT_EQ(fs::current_path(), before);
 }
 
+TEST(WithoutNanSign, LeavesAllButTheSign) {
+    EXPECT_EQ(withoutNanSign("-nan\t-1\tnan -nan"), "nan\t-1\tnan nan");
+    EXPECT_EQ(withoutNanSign("plain"), "plain");
+}
+
 TEST(Files, BytesComeBackAsWritten) {
     const TempFolder temp;
     const std::string bytes("a\r\nb\0c\xff", 7);
