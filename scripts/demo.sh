@@ -4,13 +4,13 @@ set -eu
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh build
-cmake --preset release -DKVA_TESTS=OFF -DKVA_BENCH=OFF -B build/demo
-cmake --build build/demo -j2 --target kva
+cmake --preset release
+cmake --build --preset release -j2
 
 rm -rf scratch/demo
 mkdir -p scratch/demo
 cp examples/testdata.dat scratch/demo
-(cd scratch/demo && ../../build/demo/kva -i testdata.dat -dist population DAN -fst pairwise n=0) ||
+(cd scratch/demo && ../../build/release/kva -i testdata.dat -dist population DAN -fst pairwise n=0) ||
     [ $? -eq 1 ] # 1: a run took place
 
 result=scratch/demo/testdata.dat_KVAresult00

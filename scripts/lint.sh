@@ -5,7 +5,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh build test lint
-cmake --preset release >/dev/null
+cmake --preset test >/dev/null
 
 if [ $# -gt 0 ]; then
     files=$*
@@ -16,6 +16,6 @@ sources=$(printf '%s\n' $files | grep '\.cpp$' || true)
 
 clang-format-14 --dry-run --Werror $files
 [ -z "$sources" ] || printf '%s\n' $sources |
-    xargs -P 2 -n 4 clang-tidy-14 --quiet -p build/release \
+    xargs -P 2 -n 4 clang-tidy-14 --quiet -p build/test \
         --extra-arg=-Wno-ignored-optimization-argument # flags of g++ alone
 echo "lint: clean"

@@ -5,6 +5,6 @@ set -eu
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh build test
-cmake --preset release
-cmake --build --preset release -j2
-ctest --preset release -j2 "$@"
+cmake --preset test
+cmake --build --preset test -j2
+ctest --preset test -j2 "$@"
