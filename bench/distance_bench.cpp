@@ -7,7 +7,7 @@
 #include "distance/rowsummer.h"
 #include "distance/samples.h"
 
-#include "data/resultfile.h"
+#include "output/resultfile.h"
 
 #include <benchmark/benchmark.h>
 #include <random>

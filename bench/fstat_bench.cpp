@@ -1,10 +1,10 @@
 // Cost of the permutation tests per slot visit: one slot of one sample at one locus in one
 // permutation, with the shuffle and the estimate. slot_visits.py counts its instructions.
-#include "control/settings.h"
-#include "data/resultfile.h"
+#include "base/settings.h"
 #include "fstat/FstPermutation.h"
 #include "fstat/OrderedPool.h"
 #include "fstat/randsci.h"
+#include "output/resultfile.h"
 
 #include <benchmark/benchmark.h>
 #include <random>

@@ -1,25 +1,6 @@
 #include "control/AnalyseDataObj.h"
 
-#include "control/Ausgabe.h"
-
-#include <iostream>
 #include <unistd.h>
-
-AnalyseDataObj::~AnalyseDataObj() {
-    LogDatei.close(); // now, while the object that tells of a failure is whole
-    if (!StartPfad.empty()) {
-        (void)chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
-    }
-}
-
-void AnalyseDataObj::TakeSettings(const AnalyseSettings& masks, const ScalarSettings& scalars) {
-    static_cast<AnalyseSettings&>(*this) = masks;
-    BootLoci = scalars.BootLoci;
-    RichnessRef = scalars.RichnessRef;
-    HetRandomisierungen = scalars.HetRandomisierungen;
-    ReplikaLoci = scalars.ReplikaLoci;
-    Replikate = scalars.Replikate;
-}
 
 int AnalyseDataObj::LinkResultNew() {
     if (!Daten || StartPfad.empty()) {
@@ -66,23 +47,8 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
     return 0;
 }
 
-ResultFile AnalyseDataObj::OpenResult(const std::string& name, const char* mode) {
-    return {name, mode, AktuellerOrdner + name,
-            [this](const std::string& shownName, const std::string& reason) {
-                ReportFileFailure(shownName, reason);
-            }};
-}
-
-void AnalyseDataObj::LogEntry(const char* text) {
-    LogDatei.character('\n');
-    LogDatei.text(text);
-    LogDatei.character('\n');
-    LogDatei.flush();
-}
-
-void AnalyseDataObj::ReportFileFailure(const std::string& name, const std::string& reason) {
-    const std::string line = "Cannot write result file " + name + ": " + reason;
-    std::cout << '\n' << line << std::endl;
-    LogDatei.text(line + "\n");
-    LogDatei.flush();
+int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
+    (void)InitPath();          // its failure stands in OrdnerFehlt
+    (void)GetDataFile(stream); // what it refuses stays without individuals
+    return 0;
 }

@@ -14,8 +14,8 @@
 #ifndef KVA_CONTROL_CMENU_H
 #define KVA_CONTROL_CMENU_H
 
+#include "base/settings.h"
 #include "control/AnalyseDataObj.h"
-#include "control/settings.h"
 
 #include <array>
 #include <cstdint>

@@ -4,9 +4,9 @@
 #ifndef KVA_CONTROL_CCZKVA_H
 #define KVA_CONTROL_CCZKVA_H
 
+#include "base/settings.h"
 #include "control/AnalyseDataObj.h"
 #include "control/frontend.h"
-#include "control/settings.h"
 
 #include <cstdint>
 #include <memory>

@@ -3,7 +3,7 @@
 #ifndef KVA_CONTROL_FRONTEND_H
 #define KVA_CONTROL_FRONTEND_H
 
-#include "control/settings.h"
+#include "base/settings.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #include "data/allelcount.h"
 
 #include "control/Ausgabe.h"
-#include "data/resultfile.h"
 #include "fstat/randsci.h"
+#include "output/resultfile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-// What a program built on the analysis object may want beyond the passes: access to single
+// What a program built on the library may want beyond the passes: access to single
 // individuals, the merge of a second data set, and the data written as a data file:
 //
 //      2			2	.	4	.
@@ -8,8 +8,8 @@
 //      South	h	2	104	104	200	204
 //
 // The "." in the first two rows fills the second column of a locus, which a reader passes over.
-#include "control/AnalyseDataObj.h"
-#include "data/resultfile.h"
+#include "data/loadeddata.h"
+#include "output/resultfile.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -28,17 +28,17 @@ bool sameText(const std::string* a, const std::string* b) {
 
 // --- Access ----------------------------------------------------------------------------
 
-int AnalyseDataObj::GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) const {
+int LoadedData::GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) const {
     return Daten ? Daten->GetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
 }
 
 // It changes the data, though not the pointer.
 // NOLINTNEXTLINE(readability-make-member-function-const)
-int AnalyseDataObj::SetTierDaten(int locus, int pop, int ind, int a1, int a2) {
+int LoadedData::SetTierDaten(int locus, int pop, int ind, int a1, int a2) {
     return Daten ? Daten->SetTierDaten(locus, pop, ind, a1, a2) : kNothingLoaded;
 }
 
-int AnalyseDataObj::GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int locus) const {
+int LoadedData::GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int locus) const {
     if (!Daten) {
         return kNothingLoaded;
     }
@@ -49,7 +49,7 @@ int AnalyseDataObj::GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int
     return 0;
 }
 
-int AnalyseDataObj::GetAnzIndividuuen(int pop, int& anzahl) const {
+int LoadedData::GetAnzIndividuuen(int pop, int& anzahl) const {
     if (!Daten) {
         return kNothingLoaded;
     }
@@ -57,7 +57,7 @@ int AnalyseDataObj::GetAnzIndividuuen(int pop, int& anzahl) const {
     return 0;
 }
 
-int AnalyseDataObj::GetGesamtIndividuuenAnzahl() const {
+int LoadedData::GetGesamtIndividuuenAnzahl() const {
     int sum = 0;
     for (int pop = 1; Daten && pop <= Daten->GetPopAnzahl(); ++pop) {
         sum += Daten->GetAnzTiere(pop);
@@ -65,7 +65,7 @@ int AnalyseDataObj::GetGesamtIndividuuenAnzahl() const {
     return sum;
 }
 
-int AnalyseDataObj::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
+int LoadedData::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
     if (!Daten) {
         return kNothingLoaded;
     }
@@ -82,12 +82,12 @@ int AnalyseDataObj::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
     return kNoSize;
 }
 
-const std::string* AnalyseDataObj::GetPopName(int pop) const {
+const std::string* LoadedData::GetPopName(int pop) const {
     return Daten ? Daten->GetPopName(pop) : nullptr;
 }
 
-void AnalyseDataObj::GetLociInfo(int locus, const std::string** name, const std::string** name2,
-                                 int& muster, int& rest) const {
+void LoadedData::GetLociInfo(int locus, const std::string** name, const std::string** name2,
+                             int& muster, int& rest) const {
     if (!Daten || name == nullptr || name2 == nullptr) {
         return;
     }
@@ -154,25 +154,23 @@ int Datensatz::AddNewDatensatz(const Datensatz* neu) {
     return largest;
 }
 
-int AnalyseDataObj::AddNewData(const AnalyseDataObj* neu) {
-    if (neu == nullptr) {
-        return -1;
-    }
-    if (AnzPop != neu->AnzPop) {
-        return -2;
+int LoadedData::CompareSamples(const LoadedData& other) const {
+    if (AnzPop != other.AnzPop) {
+        return kNoSize;
     }
     for (int pop = 1; pop <= AnzPop; ++pop) {
         int here = 0;
         int there = 0;
-        if (GetAnzIndividuuen(pop, here) != neu->GetAnzIndividuuen(pop, there) || here != there ||
-            !sameText(GetPopName(pop), neu->GetPopName(pop))) {
+        if (GetAnzIndividuuen(pop, here) != other.GetAnzIndividuuen(pop, there) || here != there ||
+            !sameText(GetPopName(pop), other.GetPopName(pop))) {
             return pop;
         }
     }
-    PopAllele.clear();
-    IndAllele.clear();
-    AnzInd = 0;
-    const int largest = Daten ? Daten->AddNewDatensatz(neu->Daten.get()) : kNoSize;
+    return 0;
+}
+
+int LoadedData::AddLociOf(const LoadedData& other) {
+    const int largest = Daten ? Daten->AddNewDatensatz(other.Daten.get()) : kNoSize;
     AnzLoci = Daten ? Daten->AnzLoci : 0;
     AnzPop = Daten ? Daten->GetPopAnzahl() : 0;
     if (largest <= 0) {
@@ -223,7 +221,7 @@ void writeIndividual(ResultFile& file, const Datensatz& daten, int pop, int tier
 
 } // namespace
 
-int AnalyseDataObj::SaveDataAs(const std::string& filename) const {
+int LoadedData::SaveDataAs(const std::string& filename) const {
     constexpr int kAlways = -1;
     if (!Daten) {
         return kAlways;

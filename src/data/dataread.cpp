@@ -11,9 +11,9 @@
 // row tells the layouts apart: it is the row of names if it begins with a tab.
 #include "data/dataread.h"
 
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "data/datarows.h"
+#include "data/loadeddata.h"
 
 #include <algorithm>
 #include <cstring>
@@ -404,7 +404,7 @@ class RowBatch {
 // --- The two passes --------------------------------------------------------
 
 // Finds the shape of the file, makes the loci and adds the populations, still empty.
-Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
+Refusal findShape(LoadedData& data, DataWindow& window) {
     const std::string_view block = window.block(0);
     if (block.empty()) {
         return {3, CatalogueWords::noMemory, 1, "nothing to read",
@@ -414,19 +414,19 @@ Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
     if (columns != 1 && columns != 2) {
         return refuseFirstByte(block.front());
     }
-    lauf.DatenFormat = static_cast<char>(columns);
+    data.DatenFormat = static_cast<char>(columns);
     const Header header = readHeader(window, block);
     if (Refusal refusal = checkHeader(window, header, block); refusal.status != 0) {
         return refusal;
     }
-    lauf.KopfZeilen = header.rows;
-    lauf.KopfSpalten = kHeadColumns;
+    data.KopfZeilen = header.rows;
+    data.KopfSpalten = kHeadColumns;
     const auto loci = static_cast<int32_t>(lociColumns(header) / columns);
-    if (loci < 0 || lauf.Daten->init(loci) != loci) {
+    if (loci < 0 || data.Daten->init(loci) != loci) {
         return refuseLoci(header, columns);
     }
     RowWalk walk(window, header.names.lastByte, CrLf::lineEnd);
-    PopulationCount populations(*lauf.Daten, columns);
+    PopulationCount populations(*data.Daten, columns);
     while (walk.next()) {
         const std::string_view row = walk.row().text;
         populations.add(row.substr(0, row.find('\t')));
@@ -436,14 +436,14 @@ Refusal findShape(AnalyseDataObj& lauf, DataWindow& window) {
         return refuseWithoutRows(header);
     }
     if (loci == 0) {
-        warnOfNoLocus(lauf.DateiName, header, columns);
+        warnOfNoLocus(data.DateiName, header, columns);
     }
     if (losesAlignment(header)) {
-        warnOfAlignment(lauf.DateiName);
+        warnOfAlignment(data.DateiName);
     }
-    lauf.AnzLoci = loci;
-    lauf.AnzPop = populations.populations();
-    lauf.MaxChromosomen = populations.largestInSlots();
+    data.AnzLoci = loci;
+    data.AnzPop = populations.populations();
+    data.MaxChromosomen = populations.largestInSlots();
     return {};
 }
 
@@ -471,9 +471,9 @@ void readNames(Datensatz& daten, int columns, std::string_view cells) {
 }
 
 // Fills the loci from the row on which the walk stands and all behind it.
-void readRows(AnalyseDataObj& lauf, RowWalk& walk) {
+void readRows(LoadedData& data, RowWalk& walk) {
     NumberAhead groups;
-    RowBatch batch(*lauf.Daten, lauf.DatenFormat);
+    RowBatch batch(*data.Daten, data.DatenFormat);
     std::string name;
     int pop = 0;
     do {
@@ -534,9 +534,9 @@ int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int
     return 0;
 }
 
-// --- AnalyseDataObj --------------------------------------------------------
+// --- LoadedData --------------------------------------------------------
 
-int AnalyseDataObj::CheckDataFile(std::FILE* stream) {
+int LoadedData::CheckDataFile(std::FILE* stream) {
     if (stream == nullptr) {
         return -1;
     }
@@ -560,13 +560,7 @@ int AnalyseDataObj::CheckDataFile(std::FILE* stream) {
     return refusal.status;
 }
 
-int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
-    (void)InitPath();          // its failure stands in OrdnerFehlt
-    (void)GetDataFile(stream); // what it refuses stays without individuals
-    return 0;
-}
-
-int AnalyseDataObj::GetDataFile(std::FILE* stream) {
+int LoadedData::GetDataFile(std::FILE* stream) {
     if (stream == nullptr || !Daten || AnzPop < 1) { // a refused file has no population to fill
         return -1;
     }

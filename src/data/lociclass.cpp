@@ -1,7 +1,7 @@
 #include "data/lociclass.h"
 
-#include "data/globals.h"
-#include "data/resultfile.h"
+#include "base/globals.h"
+#include "output/resultfile.h"
 
 #include <algorithm>
 #include <utility>

@@ -12,7 +12,7 @@
 #define KVA_DATA_LOCICLASS_H
 
 #include "data/allelcount.h"
-#include "fstat/MakeMix.h"
+#include "data/slotmaps.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "distance/distancefile.h"
 
 #include "data/lociclass.h"
-#include "data/numberformat.h"
-#include "data/resultfile.h"
+#include "output/numberformat.h"
+#include "output/resultfile.h"
 
 #include <cstdio>
 #include <string_view>

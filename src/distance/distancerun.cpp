@@ -1,8 +1,8 @@
 #include "distance/distancerun.h"
 
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "fstat/randsci.h"
+#include "run/run.h"
 
 #include <utility>
 
@@ -11,16 +11,15 @@ namespace {
 // Of what a bootstrap keeps of single loci, over all measures.
 constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;
 
-CellRules cellRules(const AnalyseDataObj& lauf) {
-    return {hasBit(lauf.GeneralMask, GeneralBit::MinusLog), lauf.DistUnendlich,
-            lauf.DistFehlerwert};
+CellRules cellRules(const Run& run) {
+    return {hasBit(run.GeneralMask, GeneralBit::MinusLog), run.DistUnendlich, run.DistFehlerwert};
 }
 
 } // namespace
 
-DistanceRun::DistanceRun(AnalyseDataObj& lauf, const DistanceKind& kind, Samples samples,
+DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                          std::vector<std::string> labels)
-    : Lauf(lauf), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(lauf)),
+    : Lauf(run), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(run)),
       Matrices(std::move(labels), Rules,
                nexus() ? MatrixWriter::Form::nexus : MatrixWriter::Form::plain) {
     const std::vector<Measure> measures = selectedMeasures(Lauf.PopDistMask);

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-class AnalyseDataObj;
+class Run;
 
 // Where populations and individuals differ.
 struct DistanceKind {
@@ -30,7 +30,7 @@ struct DistanceKind {
 class DistanceRun {
   public:
     // labels: of the matrix rows. samples: as many as labels.
-    DistanceRun(AnalyseDataObj& lauf, const DistanceKind& kind, Samples samples,
+    DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                 std::vector<std::string> labels);
     DistanceRun(const DistanceRun&) = delete;
     DistanceRun& operator=(const DistanceRun&) = delete;
@@ -48,7 +48,7 @@ class DistanceRun {
     bool perLocus() const;
     ResultFile openMatrix(const Measure& measure, const char* mode);
 
-    AnalyseDataObj& Lauf;
+    Run& Lauf;
     DistanceKind Kind;
     Samples Prepared;
     std::vector<RowSummer> Sums; // one for each selected measure

@@ -1,7 +1,7 @@
 #include "distance/locussheets.h"
 
 #include "data/lociclass.h"
-#include "data/numberformat.h"
+#include "output/numberformat.h"
 
 #include <optional>
 #include <utility>

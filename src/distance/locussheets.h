@@ -11,9 +11,9 @@
 #ifndef KVA_DISTANCE_LOCUSSHEETS_H
 #define KVA_DISTANCE_LOCUSSHEETS_H
 
-#include "data/resultfile.h"
 #include "distance/measures.h"
 #include "distance/rowsummer.h"
+#include "output/resultfile.h"
 
 #include <cstdint>
 #include <span>

@@ -1,6 +1,6 @@
 #include "distance/measures.h"
 
-#include "control/settings.h"
+#include "base/settings.h"
 
 #include <algorithm>
 #include <cmath>

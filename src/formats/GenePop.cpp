@@ -11,11 +11,13 @@
 // at each locus and stands as a homozygote; in the structure file its second row is missing.
 #include "formats/GenePop.h"
 
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
-#include "data/passfolder.h"
 #include "formats/digits.h"
+#include "formats/passes.h"
 #include "fstat/randsci.h"
+#include "output/passfolder.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 #include <algorithm>
 #include <array>
@@ -157,10 +159,10 @@ struct Dateien {
 
 // False at the first file that cannot be opened; those behind it are not tried. The structure
 // file is not looked at: without it the others are written all the same.
-bool openFiles(AnalyseDataObj& lauf, Dateien& files) {
-    const std::string& data = lauf.DateiKurzName;
-    const auto open = [&lauf](ResultFile& file, const std::string& name) {
-        file = lauf.OpenResult(name, "wb");
+bool openFiles(Run& run, Dateien& files) {
+    const std::string& data = run.DateiKurzName;
+    const auto open = [&run](ResultFile& file, const std::string& name) {
+        file = run.OpenResult(name, "wb");
         return file.isOpen();
     };
     if (!open(files.Genepop, "Genepop.gen") || !open(files.GenepopRD, "GenepopRD.gen") ||
@@ -275,30 +277,30 @@ std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int le
     return genepop;
 }
 
-long AnalyseDataObj::MakeGenePop() {
-    if (!Daten) {
+long writeGenepop(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (PopAllele.empty()) {
-        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    if (run.PopAllele.empty()) {
+        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(61, nullptr);
-    PassFolder folder(*this, Ordner::FormatsData);
+    PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
     InternStartRDGen();
     Dateien files;
-    if (PopAllele.empty() || !openFiles(*this, files)) {
+    if (run.PopAllele.empty() || !openFiles(run, files)) {
         folder.stay();
         return 1;
     }
-    writeHeads(files, *Daten, DateiKurzName);
-    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
-        writePopulation(files, *Daten, pop, PopAllele.front());
+    writeHeads(files, *run.Daten, run.DateiKurzName);
+    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        writePopulation(files, *run.Daten, pop, run.PopAllele.front());
     }
     files = {};
-    LogEntry("Make Genepop files...\n     and datasheet convertion...");
+    run.LogEntry("Make Genepop files...\n     and datasheet convertion...");
     AUSGABE(62, nullptr);
     return 0;
 }

@@ -11,12 +11,14 @@
 //       South001 1
 //
 // and an empty line. Without a mutation rate the head of a locus reads "LocA 2 1 1 S 1.000000".
-#include "control/AnalyseDataObj.h"
+#include "base/filename.h"
 #include "control/Ausgabe.h"
-#include "data/filename.h"
-#include "data/passfolder.h"
 #include "formats/StepWidth.h"
 #include "formats/digits.h"
+#include "formats/passes.h"
+#include "output/passfolder.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 #include <algorithm>
 #include <iostream>
@@ -25,8 +27,8 @@
 namespace {
 
 // The tables of population i, counted from 0.
-const AllelTabelle& tablesOf(const AnalyseDataObj& lauf, int i) {
-    return lauf.PopAllele[static_cast<std::size_t>(i) + 1];
+const AllelTabelle& tablesOf(const Run& run, int i) {
+    return run.PopAllele[static_cast<std::size_t>(i) + 1];
 }
 
 bool isCommon(const AllelCount& a, const AllelCount& b) {
@@ -94,27 +96,27 @@ void checkCopies(int pop, int locus, int expected, int counted) {
 }
 
 // The file of one pair of populations, counted from 0. False if it cannot be opened.
-bool writePair(AnalyseDataObj& lauf, int i, int j, const std::vector<int32_t>& schrittweite) {
-    const std::string& nameI = orEmpty(lauf.Daten->GetPopName(i + 1));
-    const std::string& nameJ = orEmpty(lauf.Daten->GetPopName(j + 1));
-    ResultFile file = lauf.WriteIMHeader(i, j, nameI, nameJ);
+bool writePair(Run& run, int i, int j, const std::vector<int32_t>& schrittweite) {
+    const std::string& nameI = orEmpty(run.Daten->GetPopName(i + 1));
+    const std::string& nameJ = orEmpty(run.Daten->GetPopName(j + 1));
+    ResultFile file = openIMPair(run, i, j, nameI, nameJ);
     if (!file.isOpen()) {
         return false;
     }
-    for (int locus = 0; locus < lauf.Daten->AnzLoci; ++locus) {
-        (void)lauf.WriteIMLocus(file, i, j, locus, nameI, nameJ,
-                                schrittweite[static_cast<std::size_t>(locus)]);
+    for (int locus = 0; locus < run.Daten->AnzLoci; ++locus) {
+        (void)writeIMLocus(run, file, i, j, locus, nameI, nameJ,
+                           schrittweite[static_cast<std::size_t>(locus)]);
     }
     file.character('\n');
     return true;
 }
 
 // False at the first file that cannot be opened.
-bool writePairs(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) {
-    const int populations = lauf.Daten->GetPopAnzahl();
+bool writePairs(Run& run, const std::vector<int32_t>& schrittweite) {
+    const int populations = run.Daten->GetPopAnzahl();
     for (int i = 0; i < populations; ++i) {
         for (int j = i + 1; j < populations; ++j) {
-            if (!writePair(lauf, i, j, schrittweite)) {
+            if (!writePair(run, i, j, schrittweite)) {
                 return false;
             }
         }
@@ -124,35 +126,34 @@ bool writePairs(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) 
 
 } // namespace
 
-ResultFile AnalyseDataObj::WriteIMHeader(int i, int j, const std::string& nameI,
-                                         const std::string& nameJ) {
+ResultFile openIMPair(Run& run, int i, int j, const std::string& nameI, const std::string& nameJ) {
     const std::string fileName = fileNameOf("IM_" + nameI + "_" + nameJ + ".txt");
-    ResultFile file = OpenResult(fileName, "wb");
+    ResultFile file = run.OpenResult(fileName, "wb");
     if (!file.isOpen()) {
         return file;
     }
-    const int common = countCommonLoci(tablesOf(*this, i), tablesOf(*this, j));
+    const int common = countCommonLoci(tablesOf(run, i), tablesOf(run, j));
     if (common == 0) {
         AUSGABE(104, fileName.c_str());
         return file;
     }
-    file.print("File '%s' converted by KVAnalyzer\n", DateiKurzName.c_str());
+    file.print("File '%s' converted by KVAnalyzer\n", run.DateiKurzName.c_str());
     file.print("%s %s\n", nameI.c_str(), nameJ.c_str());
     file.print("%d\n", common);
     return file;
 }
 
-long AnalyseDataObj::WriteIMLocus(ResultFile& f, int i, int j, int locus, const std::string& nameI,
-                                  const std::string& nameJ, int schrittweite) {
+long writeIMLocus(Run& run, ResultFile& f, int i, int j, int locus, const std::string& nameI,
+                  const std::string& nameJ, int schrittweite) {
     const auto l = static_cast<std::size_t>(locus);
-    const AllelCount& tableI = tablesOf(*this, i)[l];
-    const AllelCount& tableJ = tablesOf(*this, j)[l];
+    const AllelCount& tableI = tablesOf(run, i)[l];
+    const AllelCount& tableJ = tablesOf(run, j)[l];
     if (!isCommon(tableI, tableJ)) {
         return -1;
     }
-    const LociObj& data = Daten->Loci[l];
-    const bool repeatSteps = hasBit(GeneralMask, GeneralBit::RepeatSteps);
-    const Schritte schritte{PopAllele.front()[l].MinAllel,
+    const LociObj& data = run.Daten->Loci[l];
+    const bool repeatSteps = hasBit(run.GeneralMask, GeneralBit::RepeatSteps);
+    const Schritte schritte{run.PopAllele.front()[l].MinAllel,
                             repeatSteps ? std::max(data.LociRepeatMuster, 1) : schrittweite};
     writeLocusHead(f, data, tableI.AnzGesamt, tableJ.AnzGesamt);
     checkCopies(i, locus, tableI.AnzGesamt,
@@ -162,32 +163,32 @@ long AnalyseDataObj::WriteIMLocus(ResultFile& f, int i, int j, int locus, const 
     return 0;
 }
 
-long AnalyseDataObj::MakeIMFormat() {
-    if (!hasBit(GeneralMask, GeneralBit::IMFormat)) {
+long writeIMFormat(Run& run) {
+    if (!hasBit(run.GeneralMask, GeneralBit::IMFormat)) {
         return 0;
     }
-    if (!Daten) {
+    if (!run.Daten) {
         return -4;
     }
-    if (PopAllele.empty()) {
-        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    if (run.PopAllele.empty()) {
+        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(100, nullptr);
-    PassFolder folder(*this, Ordner::FormatsData);
+    PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
     const int inner = folder.enterInner(Ordner::IMFormat);
-    if (inner != 0 || PopAllele.empty()) {
+    if (inner != 0 || run.PopAllele.empty()) {
         folder.stay();
         return inner != 0 ? inner : 1;
     }
-    if (!writePairs(*this, stepWidths(*Daten, PopAllele.front()))) {
+    if (!writePairs(run, stepWidths(*run.Daten, run.PopAllele.front()))) {
         AUSGABE(103, nullptr);
         folder.stay();
         return -2;
     }
-    LogEntry("Create IM-formated population pair files");
+    run.LogEntry("Create IM-formated population pair files");
     AUSGABE(102, nullptr);
     return 0;
 }

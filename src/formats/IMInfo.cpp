@@ -12,9 +12,10 @@
 // replaces an earlier one as a whole, also one that is cut short: a cell that it lacks is -1.0.
 #include "formats/IMInfo.h"
 
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "data/datarows.h"
+#include "formats/passes.h"
+#include "run/run.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -72,13 +73,13 @@ std::optional<std::size_t> beforeFirstRow(std::string_view block, int headRows, 
 }
 
 // Reads the rows, the first of which begins behind the byte at `position`.
-void readRows(AnalyseDataObj& lauf, DataWindow& window, int64_t position) {
+void readRows(Run& run, DataWindow& window, int64_t position) {
     std::string_view block = window.block(position);
     while (block.size() > 1) {
         const DataRow row = findRow(window, block, position, 1, 1);
         if (!row.text.empty()) { // an empty line is no row
-            (void)GetIMData(*lauf.Daten, lauf.AnzLoci, valueCells(row.text),
-                            row.text.starts_with('m') ? 0 : 1, lauf.DatenFormat);
+            (void)GetIMData(*run.Daten, run.AnzLoci, valueCells(row.text),
+                            row.text.starts_with('m') ? 0 : 1, run.DatenFormat);
         }
         const int64_t next = row.lineEnd + 1;
         if (!row.hasLineEnd || next == position + static_cast<int64_t>(block.size()) - 1) {
@@ -104,8 +105,8 @@ int GetIMData(Datensatz& daten, long anzLoci, std::string_view zeile, int vererb
     return 0;
 }
 
-long AnalyseDataObj::ReadIMInfo(std::FILE* stream) {
-    if (stream == nullptr || !Daten) {
+long readIMInfo(Run& run, std::FILE* stream) {
+    if (stream == nullptr || !run.Daten) {
         return -1;
     }
     DataWindow window(stream);
@@ -113,19 +114,20 @@ long AnalyseDataObj::ReadIMInfo(std::FILE* stream) {
     if (block.empty()) {
         return -1;
     }
-    if (KopfZeilen == 3 && KopfSpalten != 3) {
+    if (run.KopfZeilen == 3 && run.KopfSpalten != 3) {
         AUSGABE(15, nullptr);
         return -3;
     }
-    const std::optional<std::size_t> position = beforeFirstRow(
-        block.substr(0, block.find('\0')), KopfZeilen, KopfSpalten, AnzLoci * DatenFormat);
+    const std::optional<std::size_t> position =
+        beforeFirstRow(block.substr(0, block.find('\0')), run.KopfZeilen, run.KopfSpalten,
+                       run.AnzLoci * run.DatenFormat);
     if (!position || window.block(static_cast<int64_t>(*position)).empty()) {
         return -1;
     }
-    if (rowTooLong(AnzLoci, DatenFormat)) {
+    if (rowTooLong(run.AnzLoci, run.DatenFormat)) {
         AUSGABE(60, nullptr);
         return -1;
     }
-    readRows(*this, window, static_cast<int64_t>(*position));
+    readRows(run, window, static_cast<int64_t>(*position));
     return 0;
 }

@@ -9,9 +9,10 @@
 // The flag for haploid individuals plays no part here: both entries are written.
 #include "formats/NextFormates.h"
 
-#include "control/AnalyseDataObj.h"
 #include "formats/StepWidth.h"
 #include "formats/digits.h"
+#include "formats/passes.h"
+#include "run/run.h"
 
 namespace {
 
@@ -86,34 +87,34 @@ int Datensatz::MakeMigrateLine(int pop, int ind, int repeatMass, std::string& mi
     return 0;
 }
 
-long writeMigrateAndArlequin(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) {
-    ResultFile migrate = lauf.OpenResult(lauf.DateiKurzName + ".migrate", "wb");
+long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite) {
+    ResultFile migrate = run.OpenResult(run.DateiKurzName + ".migrate", "wb");
     if (!migrate.isOpen()) {
         return -1;
     }
-    ResultFile arlequin = lauf.OpenResult(lauf.DateiKurzName + ".arlequin.arp", "wb");
+    ResultFile arlequin = run.OpenResult(run.DateiKurzName + ".arlequin.arp", "wb");
     if (!arlequin.isOpen()) {
         return -2;
     }
-    const int repeatMass = hasBit(lauf.GeneralMask, GeneralBit::RepeatSteps) ? 1 : 0;
-    const Datensatz& data = *lauf.Daten;
-    migrate.print(" %d %d . File %s converted from KVAnalyzer\n", lauf.AnzPop, lauf.AnzLoci,
-                  lauf.DateiKurzName.c_str());
-    (void)lauf.WriteArlequinHeader(arlequin);
+    const int repeatMass = hasBit(run.GeneralMask, GeneralBit::RepeatSteps) ? 1 : 0;
+    const Datensatz& data = *run.Daten;
+    migrate.print(" %d %d . File %s converted from KVAnalyzer\n", run.AnzPop, run.AnzLoci,
+                  run.DateiKurzName.c_str());
+    (void)writeArlequinHead(run, arlequin);
     Texte texte;
     for (int pop = 0; pop < data.GetPopAnzahl(); ++pop) {
         const std::string& name = orEmpty(data.GetPopName(pop + 1));
         const int individuals = data.GetAnzTiere(pop + 1);
         migrate.print("%d %s\n", individuals, name.c_str());
-        (void)AnalyseDataObj::WriteArlequinPopStart(arlequin, individuals, name);
+        (void)beginArlequinSample(arlequin, individuals, name);
         for (int ind = 0; ind < individuals; ++ind) {
             data.MakeMigrateLine(pop, ind, repeatMass, texte.Migrate, texte.Arlequin1,
                                  texte.Arlequin2, schrittweite);
             writeMigrateRow(migrate, pop, ind, texte.Migrate);
             writeArlequinRows(arlequin, name, ind, texte);
         }
-        (void)AnalyseDataObj::WriteArlequinPopEnd(arlequin);
+        (void)endArlequinSample(arlequin);
     }
-    (void)lauf.WriteArlequinEnde(arlequin); // -1 tells only that there are no groups
+    (void)writeArlequinStructure(run, arlequin); // -1 tells only that there are no groups
     return 0;
 }

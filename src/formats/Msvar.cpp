@@ -9,9 +9,9 @@
 // The lines of counts and of distances end with a blank.
 #include "formats/NextFormates.h"
 
-#include "control/AnalyseDataObj.h"
-#include "data/filename.h"
+#include "base/filename.h"
 #include "formats/StepWidth.h"
+#include "run/run.h"
 
 #include <algorithm>
 #include <span>
@@ -38,18 +38,18 @@ void writeLocus(ResultFile& file, const AllelCount& table, int32_t divisor) {
 
 } // namespace
 
-void writeMsvarFiles(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite) {
-    const bool repeatSteps = hasBit(lauf.GeneralMask, GeneralBit::RepeatSteps);
-    for (int pop = 1; pop <= lauf.Daten->GetPopAnzahl(); ++pop) {
-        const AllelTabelle& tables = lauf.PopAllele[static_cast<std::size_t>(pop)];
+void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite) {
+    const bool repeatSteps = hasBit(run.GeneralMask, GeneralBit::RepeatSteps);
+    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        const AllelTabelle& tables = run.PopAllele[static_cast<std::size_t>(pop)];
         ResultFile file =
-            lauf.OpenResult(fileNameOf(*lauf.Daten->GetPopName(pop) + ".beau.infile"), "wb");
+            run.OpenResult(fileNameOf(*run.Daten->GetPopName(pop) + ".beau.infile"), "wb");
         file.integer(std::count_if(tables.begin(), tables.end(),
                                    [](const AllelCount& table) { return table.AnzAllele > 0; }));
         file.character('\n');
         for (std::size_t l = 0; l < tables.size(); ++l) {
             if (tables[l].AnzAllele > 0) {
-                const int32_t repeat = lauf.Daten->Loci[l].LociRepeatMuster;
+                const int32_t repeat = run.Daten->Loci[l].LociRepeatMuster;
                 writeLocus(file, tables[l], stepDivisor(repeatSteps, repeat, schrittweite[l]));
             }
         }

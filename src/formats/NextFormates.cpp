@@ -1,10 +1,12 @@
 // The pass that writes the files of msvar, Migrate/LAMARC and Arlequin into "Formats&Data".
 #include "formats/NextFormates.h"
 
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
-#include "data/passfolder.h"
 #include "formats/StepWidth.h"
+#include "formats/passes.h"
+#include "output/passfolder.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 namespace {
 
@@ -33,34 +35,34 @@ void writeLog(ResultFile& log, uint32_t generalMask) {
 
 } // namespace
 
-long AnalyseDataObj::MakeNextFormates() {
-    if (!Daten) {
+long writeOtherFormats(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (PopAllele.empty()) {
-        (void)CountAllels(); // a folder it cannot make leaves no tables, see below
+    if (run.PopAllele.empty()) {
+        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(68, nullptr);
-    PassFolder folder(*this, Ordner::FormatsData);
+    PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
-    if (PopAllele.empty()) {
+    if (run.PopAllele.empty()) {
         return 1;
     }
-    const std::vector<int32_t> schrittweite = stepWidths(*Daten, PopAllele.front());
-    if (hasBit(GeneralMask, GeneralBit::Msvar)) {
-        writeMsvarFiles(*this, schrittweite);
+    const std::vector<int32_t> schrittweite = stepWidths(*run.Daten, run.PopAllele.front());
+    if (hasBit(run.GeneralMask, GeneralBit::Msvar)) {
+        writeMsvarFiles(run, schrittweite);
     }
     // Either bit alone gives both files: wanted.
-    if ((GeneralMask & (GeneralBit::Arlequin | GeneralBit::Migrate)) != 0) {
-        const long result = writeMigrateAndArlequin(*this, schrittweite);
+    if ((run.GeneralMask & (GeneralBit::Arlequin | GeneralBit::Migrate)) != 0) {
+        const long result = writeMigrateAndArlequin(run, schrittweite);
         if (result != 0) {
             folder.stay();
             return result;
         }
     }
-    writeLog(LogDatei, GeneralMask);
+    writeLog(run.LogDatei, run.GeneralMask);
     AUSGABE(70, nullptr);
     return 0;
 }

@@ -5,16 +5,16 @@
 #include <cstdint>
 #include <vector>
 
-class AnalyseDataObj;
+class Run;
 
 // Both work in the current folder, "Formats&Data", on counted alleles. `schrittweite`: the step
 // width of each locus.
 
 // Writes one msvar input file per population. A file that cannot be opened is left out.
-void writeMsvarFiles(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite);
+void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite);
 
 // Writes the Migrate/LAMARC file and the Arlequin project, which share one walk over the
 // individuals. 0; -1 if the first, -2 if the second cannot be opened.
-long writeMigrateAndArlequin(AnalyseDataObj& lauf, const std::vector<int32_t>& schrittweite);
+long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite);
 
 #endif

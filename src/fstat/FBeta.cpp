@@ -8,9 +8,10 @@
 //      P01	0.136207	0.064102
 //
 // "Betaij_POP.txt", the pairs in the shape of a distance matrix, 0 on the diagonal.
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "fstat/FstSheets.h"
+#include "fstat/passes.h"
+#include "run/run.h"
 
 #include <algorithm>
 
@@ -99,12 +100,12 @@ BetaReference betaReference(const AllelTabellen& tab, std::size_t l) {
 
 } // namespace
 
-int AnalyseDataObj::F_HELPER(CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) const {
+int betaReferences(const Run& run, CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) {
     for (CMatrix* matrix : {&betaN, &betaW, &betaQ}) {
-        matrix->Resize(AnzLoci, 1);
+        matrix->Resize(run.AnzLoci, 1);
     }
-    for (int32_t l = 0; l < AnzLoci; ++l) {
-        const BetaReference reference = betaReference(PopAllele, static_cast<std::size_t>(l));
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
+        const BetaReference reference = betaReference(run.PopAllele, static_cast<std::size_t>(l));
         betaN(l, 0) = reference.N;
         betaW(l, 0) = reference.W;
         betaQ(l, 0) = reference.Q;
@@ -112,41 +113,41 @@ int AnalyseDataObj::F_HELPER(CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) con
     return 0;
 }
 
-int AnalyseDataObj::F_Betai_SINGLE(int i, CMatrix& beta, const CMatrix& /*betaN*/,
-                                   const CMatrix& betaW, const CMatrix& betaQ, bool mittel) const {
+int betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& /*betaN*/,
+                     const CMatrix& betaW, const CMatrix& betaQ, bool mittel) {
     BetaSums sums;
-    for (int32_t l = 0; l < AnzLoci; ++l) {
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
         const AllelCount& t =
-            PopAllele[static_cast<std::size_t>(i) + 1][static_cast<std::size_t>(l)];
+            run.PopAllele[static_cast<std::size_t>(i) + 1][static_cast<std::size_t>(l)];
         if (betaW(l, 0) < 0.0 || t.AnzGesamt <= 1 || betaQ(l, 0) == 0.0) {
             continue;
         }
         const double n = t.AnzGesamt;
         sums.add(n / (n - 1.0) * within(t) * betaW(l, 0), betaQ(l, 0));
     }
-    beta(i, i) = sums.nenner == 0.0 ? DistFehlerwert : sums.beta(mittel);
+    beta(i, i) = sums.nenner == 0.0 ? run.DistFehlerwert : sums.beta(mittel);
     return 0;
 }
 
-int AnalyseDataObj::F_Betaij_SINGLE(int i, int j, CMatrix& beta, const CMatrix& /*betaN*/,
-                                    const CMatrix& betaW, const CMatrix& betaQ, bool mittel) const {
+int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& /*betaN*/,
+               const CMatrix& betaW, const CMatrix& betaQ, bool mittel) {
     if (i == j) {
         return -1;
     }
     BetaSums sums;
-    for (int32_t l = 0; l < AnzLoci; ++l) {
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
         const auto place = static_cast<std::size_t>(l);
-        const AllelCount& ti = PopAllele[static_cast<std::size_t>(i) + 1][place];
-        const AllelCount& tj = PopAllele[static_cast<std::size_t>(j) + 1][place];
+        const AllelCount& ti = run.PopAllele[static_cast<std::size_t>(i) + 1][place];
+        const AllelCount& tj = run.PopAllele[static_cast<std::size_t>(j) + 1][place];
         if (betaW(l, 0) < 0.0 || ti.AnzGesamt <= 1 || tj.AnzGesamt <= 1 || betaQ(l, 0) == 0.0) {
             continue;
         }
-        sums.add(between(PopAllele[0][place], ti, tj) * betaW(l, 0), 2.0 * betaQ(l, 0));
+        sums.add(between(run.PopAllele[0][place], ti, tj) * betaW(l, 0), 2.0 * betaQ(l, 0));
     }
     if (sums.nenner == 0.0) {
         // Wanted: the diagonal cell is hit, not (i, j). A pair without data wipes out beta i.
-        beta(i, i) = DistFehlerwert;
-        beta(j, i) = DistFehlerwert;
+        beta(i, i) = run.DistFehlerwert;
+        beta(j, i) = run.DistFehlerwert;
         return 0;
     }
     beta(i, j) = sums.beta(mittel);
@@ -154,20 +155,20 @@ int AnalyseDataObj::F_Betaij_SINGLE(int i, int j, CMatrix& beta, const CMatrix& 
     return 0;
 }
 
-int AnalyseDataObj::F_BETA_ALLG() {
+int fBeta(Run& run) {
     AUSGABE(90, nullptr);
     CMatrix beta;
     CMatrix betaN;
     CMatrix betaW;
     CMatrix betaQ;
-    beta.Resize(AnzPop, AnzPop);
-    (void)F_HELPER(betaN, betaW, betaQ);
-    for (int i = 0; i < AnzPop; ++i) {
-        (void)F_Betai_SINGLE(i, beta, betaN, betaW, betaQ, false);
-        for (int j = i + 1; j < AnzPop; ++j) {
-            (void)F_Betaij_SINGLE(i, j, beta, betaN, betaW, betaQ, false);
+    beta.Resize(run.AnzPop, run.AnzPop);
+    (void)betaReferences(run, betaN, betaW, betaQ);
+    for (int i = 0; i < run.AnzPop; ++i) {
+        (void)betaOfPopulation(run, i, beta, betaN, betaW, betaQ, false);
+        for (int j = i + 1; j < run.AnzPop; ++j) {
+            (void)betaOfPair(run, i, j, beta, betaN, betaW, betaQ, false);
         }
     }
-    writeBetaSheets(*this, beta);
+    writeBetaSheets(run, beta);
     return 0;
 }

@@ -1,10 +1,12 @@
 // The F-statistics pass: enters "F-Statistic" and runs the pairwise part, the part over
 // all populations and F-beta, as the word of flags says.
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
-#include "data/passfolder.h"
 #include "fstat/FstHeterogeneity.h"
 #include "fstat/FstSheets.h"
+#include "fstat/passes.h"
+#include "output/passfolder.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 namespace {
 
@@ -40,99 +42,101 @@ int lostFile() {
     return -1;
 }
 
+// The tests of all pairs and their sheets, the last part of the pairwise statistics.
+int testAndWritePairs(Run& run, FTripel& f, CMatrix& locusTable) {
+    FTripel p = newFTripel(run.AnzPop);
+    if ((run.FstMask & kThinningBits) == 0) {
+        (void)testPairs(run, p, f, run.PopAllele, locusTable);
+    } else {
+        CMatrix untergrenze;
+        CMatrix obergrenze;
+        if (hasBit(run.FstMask, FstBit::Confidence)) {
+            untergrenze.Resize(run.AnzPop, run.AnzPop);
+            obergrenze.Resize(run.AnzPop, run.AnzPop);
+        }
+        (void)testThinnedPairs(run, p, f, run.PopAllele, untergrenze, obergrenze, locusTable);
+        if (!writeFstMeans(run, f, untergrenze, obergrenze)) {
+            return lostFile();
+        }
+    }
+    return writeFstPValues(run, f, p) ? 0 : lostFile();
+}
+
 } // namespace
 
-int AnalyseDataObj::CalcDistancesSpecial(long permutationen) {
-    if (FstMask == 0) {
+int fStatistics(Run& run, long permutationen) {
+    if (run.FstMask == 0) {
         return 2;
     }
-    if (!Daten) {
+    if (!run.Daten) {
         return -4;
     }
-    if (PopAllele.empty()) {
-        CountAllels();
+    if (run.PopAllele.empty()) {
+        countAlleles(run);
     }
-    Permutationen = static_cast<int32_t>(permutationen);
-    const PassFolder folder(*this, Ordner::FStatistic);
-    if (!folder.entered() || PopAllele.empty()) {
+    run.Permutationen = static_cast<int32_t>(permutationen);
+    const PassFolder folder(run, Ordner::FStatistic);
+    if (!folder.entered() || run.PopAllele.empty()) {
         return folder.status();
     }
-    if (!hasBit(FstMask, FstBit::NoPairs)) {
-        (void)FST_ALLG(); // a lost file is told there and stops nothing here
+    if (!hasBit(run.FstMask, FstBit::NoPairs)) {
+        (void)pairwiseFst(run); // a lost file is told there and stops nothing here
     }
-    if (hasBit(FstMask, FstBit::Global)) {
-        (void)FST_ALLGGLOBAL();
+    if (hasBit(run.FstMask, FstBit::Global)) {
+        (void)globalFst(run);
     }
-    if (hasBit(FstMask, FstBit::Beta)) {
-        (void)F_BETA_ALLG();
+    if (hasBit(run.FstMask, FstBit::Beta)) {
+        (void)fBeta(run);
     }
-    LogEntry("Do some F-statistics...");
+    run.LogEntry("Do some F-statistics...");
     return 0;
 }
 
-int AnalyseDataObj::FST_ALLG() {
-    if (PopAllele.empty()) {
-        CountAllels();
+int pairwiseFst(Run& run) {
+    if (run.PopAllele.empty()) {
+        countAlleles(run);
     }
-    announce(FstMask, 52);
-    FTripel f = newFTripel(AnzPop);
+    announce(run.FstMask, 52);
+    FTripel f = newFTripel(run.AnzPop);
     CMatrix locusTable;
-    const bool withTable = (FstMask & kLocusTableBits) != 0;
+    const bool withTable = (run.FstMask & kLocusTableBits) != 0;
     if (withTable) {
-        locusTable = newLocusTable(AnzLoci, AnzPop);
+        locusTable = newLocusTable(run.AnzLoci, run.AnzPop);
     }
-    (void)FST_PAIR_WC84(f, PopAllele, locusTable);
-    if (!writeFstMatrices(*this, f)) {
+    (void)estimatePairs(run, f, run.PopAllele, locusTable);
+    if (!writeFstMatrices(run, f)) {
         return lostFile();
     }
     AUSGABE(53, nullptr);
     if (withTable) {
-        ResultFile sheet = OpenResult("LocusFHeterogeneity.xls", "ab+");
-        if (hasBit(FstMask, FstBit::Heterogeneity)) {
-            writePairHeterogeneity(*this, locusTable, sheet);
+        ResultFile sheet = run.OpenResult("LocusFHeterogeneity.xls", "ab+");
+        if (hasBit(run.FstMask, FstBit::Heterogeneity)) {
+            writePairHeterogeneity(run, locusTable, sheet);
         }
     }
-    return Permutationen > 0 ? TestPairs(f, locusTable) : 0;
+    return run.Permutationen > 0 ? testAndWritePairs(run, f, locusTable) : 0;
 }
 
-int AnalyseDataObj::TestPairs(FTripel& f, CMatrix& locusTable) {
-    FTripel p = newFTripel(AnzPop);
-    if ((FstMask & kThinningBits) == 0) {
-        (void)FST_P_WC84(p, f, PopAllele, locusTable);
-    } else {
-        CMatrix untergrenze;
-        CMatrix obergrenze;
-        if (hasBit(FstMask, FstBit::Confidence)) {
-            untergrenze.Resize(AnzPop, AnzPop);
-            obergrenze.Resize(AnzPop, AnzPop);
-        }
-        (void)FST_RD_WC84(p, f, PopAllele, untergrenze, obergrenze, locusTable);
-        if (!writeFstMeans(*this, f, untergrenze, obergrenze)) {
-            return lostFile();
-        }
-    }
-    return writeFstPValues(*this, f, p) ? 0 : lostFile();
-}
-
-int AnalyseDataObj::FST_ALLGGLOBAL() {
-    announce(FstMask, 71);
+int globalFst(Run& run) {
+    announce(run.FstMask, 71);
     GlobalErgebnis global{};
-    const int32_t columns = AnzLoci;
+    const int32_t columns = run.AnzLoci;
     global.locus.Resize(FZeile::Anzahl, columns);
-    global.locus.Fill(DistFehlerwert);
+    global.locus.Fill(run.DistFehlerwert);
     global.pLocus.Resize(3, columns);
     auto& [fst, fit, fis, gst, gstStrich] = global.werte;
-    (void)FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, global.locus, PopAllele, AnzLoci, AnzPop);
-    if (Permutationen > 0) {
+    (void)estimateGlobal(run, fst, fit, fis, gst, gstStrich, global.locus, run.PopAllele,
+                         run.AnzLoci, run.AnzPop);
+    if (run.Permutationen > 0) {
         auto& [pFst, pGst, pGstStrich] = global.pWerte;
-        (void)FST_GLOBAL_P_WC84(fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich,
-                                global.pLocus);
+        (void)testGlobal(run, fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich,
+                         global.pLocus);
     }
-    writeGlobalFst(*this, global);
-    if ((FstMask & kLocusTableBits) != 0) {
-        ResultFile sheet = OpenResult("LocusFHeterogeneity.xls", "ab+");
-        if (hasBit(FstMask, FstBit::Heterogeneity)) {
-            writeGlobalHeterogeneity(*this, global.locus, sheet);
+    writeGlobalFst(run, global);
+    if ((run.FstMask & kLocusTableBits) != 0) {
+        ResultFile sheet = run.OpenResult("LocusFHeterogeneity.xls", "ab+");
+        if (hasBit(run.FstMask, FstBit::Heterogeneity)) {
+            writeGlobalHeterogeneity(run, global.locus, sheet);
         }
     }
     AUSGABE(72, nullptr);

@@ -13,10 +13,10 @@
 //      P01	P02	0.069180	0.130774	0.183466		0.050404
 #include "fstat/FstHeterogeneity.h"
 
-#include "control/AnalyseDataObj.h"
+#include "data/ftriple.h"
 #include "fstat/CConfidenz.h"
-#include "fstat/ftriple.h"
 #include "fstat/randsci.h"
+#include "run/run.h"
 
 #include <array>
 #include <iostream>
@@ -27,35 +27,35 @@ namespace {
 constexpr const char* kOfPairs = "made";
 constexpr const char* kOfAll = "makes";
 
-void writeHead(const AnalyseDataObj& lauf, ResultFile& sheet, const char* verb) {
+void writeHead(const Run& run, ResultFile& sheet, const char* verb) {
     sheet.text("Heterogeneity in F-Statistics among loci\n"
                "calculated by resampling (with replacement) over all loci\n\n");
     sheet.print("Analysis takes %d Loci out of %d Loci total.\n",
-                lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci), lauf.AnzLoci);
-    sheet.print("KVA %s %d replikas.\n\n", verb, lauf.Replikate);
+                lociPerReplica(run.ReplikaLoci, run.AnzLoci), run.AnzLoci);
+    sheet.print("KVA %s %d replikas.\n\n", verb, run.Replikate);
 }
 
 // Says that a row has no values, since no locus is defined.
-void tellNoLocus(AnalyseDataObj& lauf, const std::string& row) {
+void tellNoLocus(Run& run, const std::string& row) {
     const std::string line =
         "No locus with a defined Fst, heterogeneity among loci is n.d.: " + row;
     std::cout << '\n' << line << std::endl;
-    lauf.LogDatei.text(line + "\n");
-    lauf.LogDatei.flush();
+    run.LogDatei.text(line + "\n");
+    run.LogDatei.flush();
 }
 
 // A locus drawn among those where `value` is defined.
-template <class Value> int32_t drawLocus(const AnalyseDataObj& lauf, Value&& value) {
-    int32_t l = drawIndex(lauf.AnzLoci);
-    while (value(l) == lauf.DistFehlerwert) {
-        l = drawIndex(lauf.AnzLoci);
+template <class Value> int32_t drawLocus(const Run& run, Value&& value) {
+    int32_t l = drawIndex(run.AnzLoci);
+    while (value(l) == run.DistFehlerwert) {
+        l = drawIndex(run.AnzLoci);
     }
     return l;
 }
 
-template <class Value> bool anyDefined(const AnalyseDataObj& lauf, Value&& value) {
-    for (int32_t l = 0; l < lauf.AnzLoci; ++l) {
-        if (value(l) != lauf.DistFehlerwert) {
+template <class Value> bool anyDefined(const Run& run, Value&& value) {
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
+        if (value(l) != run.DistFehlerwert) {
             return true;
         }
     }
@@ -105,21 +105,21 @@ void writeNoTriples(ResultFile& sheet, int statistics) {
 }
 
 // One pair: replicas of the mean Fst of the drawn loci.
-void writePair(AnalyseDataObj& lauf, ResultFile& sheet, const CMatrix& locusTable, int32_t pair,
+void writePair(Run& run, ResultFile& sheet, const CMatrix& locusTable, int32_t pair,
                const std::string& label) {
     const auto fst = [&](int32_t l) { return locusTable(l, pair); };
-    if (!anyDefined(lauf, fst)) {
+    if (!anyDefined(run, fst)) {
         writeNoTriples(sheet, 1);
-        tellNoLocus(lauf, label);
+        tellNoLocus(run, label);
         return;
     }
-    const int32_t loci = lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci);
+    const int32_t loci = lociPerReplica(run.ReplikaLoci, run.AnzLoci);
     std::array<CConfidenz, 1> values;
-    values[0].Init(lauf.Replikate);
-    for (int32_t replica = 0; replica < lauf.Replikate; ++replica) {
+    values[0].Init(run.Replikate);
+    for (int32_t replica = 0; replica < run.Replikate; ++replica) {
         double sum = 0.0;
         for (int32_t n = 0; n < loci; ++n) {
-            sum += fst(drawLocus(lauf, fst));
+            sum += fst(drawLocus(run, fst));
         }
         (void)values[0].DatenUebergabe(sum / loci);
     }
@@ -127,17 +127,17 @@ void writePair(AnalyseDataObj& lauf, ResultFile& sheet, const CMatrix& locusTabl
 }
 
 // All populations: replicas of the mean Fst, Fit and Fis of the drawn loci.
-std::array<CConfidenz, 3> globalReplicas(const AnalyseDataObj& lauf, const CMatrix& locusTable) {
-    const int32_t loci = lociPerReplica(lauf.ReplikaLoci, lauf.AnzLoci);
+std::array<CConfidenz, 3> globalReplicas(const Run& run, const CMatrix& locusTable) {
+    const int32_t loci = lociPerReplica(run.ReplikaLoci, run.AnzLoci);
     std::array<CConfidenz, 3> values;
     for (CConfidenz& value : values) {
-        value.Init(lauf.Replikate);
+        value.Init(run.Replikate);
     }
-    for (int32_t replica = 0; replica < lauf.Replikate; ++replica) {
+    for (int32_t replica = 0; replica < run.Replikate; ++replica) {
         FWerte sum = {0.0, 0.0, 0.0};
         for (int32_t n = 0; n < loci; ++n) {
             const int32_t locus =
-                drawLocus(lauf, [&](int32_t l) { return locusTable(FZeile::Fst, l); });
+                drawLocus(run, [&](int32_t l) { return locusTable(FZeile::Fst, l); });
             for (std::size_t s = 0; s < sum.size(); ++s) {
                 sum[s] += locusTable(static_cast<int32_t>(s), locus);
             }
@@ -162,27 +162,27 @@ int32_t lociPerReplica(int32_t replikaLoci, int32_t anzLoci) {
     return loci;
 }
 
-void writePairHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet) {
-    writeHead(lauf, sheet, kOfPairs);
+void writePairHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet) {
+    writeHead(run, sheet, kOfPairs);
     sheet.text("\t\t\tFst\t\t\t\tFst\n"
                "\t\t95% lower\tmean\t95% upper\t\t99% lower\tmean\t99% upper");
     int32_t pair = 0;
-    for (int i = 1; i < lauf.AnzPop; ++i) {
-        for (int j = i + 1; j <= lauf.AnzPop; ++j) {
-            const std::string& first = orEmpty(lauf.Daten->GetPopName(i));
-            const std::string& second = orEmpty(lauf.Daten->GetPopName(j));
+    for (int i = 1; i < run.AnzPop; ++i) {
+        for (int j = i + 1; j <= run.AnzPop; ++j) {
+            const std::string& first = orEmpty(run.Daten->GetPopName(i));
+            const std::string& second = orEmpty(run.Daten->GetPopName(j));
             sheet.print("\n%s\t%s\t", first.c_str(), second.c_str());
             std::string both = first;
             both.append(" and ").append(second);
-            writePair(lauf, sheet, locusTable, pair, both);
+            writePair(run, sheet, locusTable, pair, both);
             ++pair;
         }
     }
 }
 
-void writeGlobalHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet) {
-    if (hasBit(lauf.FstMask, FstBit::NoPairs)) {
-        writeHead(lauf, sheet, kOfAll);
+void writeGlobalHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet) {
+    if (hasBit(run.FstMask, FstBit::NoPairs)) {
+        writeHead(run, sheet, kOfAll);
     }
     sheet.text("\n\n\t\tFst\t\t\t\tFit\t\t\t\tFis\t\t\t\tFst\t\t\t\tFit\t\t\t\tFis\n");
     for (const char* const percent : {"95", "99"}) {
@@ -192,11 +192,11 @@ void writeGlobalHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, R
         }
     }
     sheet.text("\nGlobal:\t");
-    if (anyDefined(lauf, [&](int32_t l) { return locusTable(FZeile::Fst, l); })) {
-        writeTriples(sheet, globalReplicas(lauf, locusTable));
+    if (anyDefined(run, [&](int32_t l) { return locusTable(FZeile::Fst, l); })) {
+        writeTriples(sheet, globalReplicas(run, locusTable));
     } else {
         writeNoTriples(sheet, 3);
-        tellNoLocus(lauf, "Global");
+        tellNoLocus(run, "Global");
     }
     sheet.character('\n');
 }

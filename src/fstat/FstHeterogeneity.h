@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-class AnalyseDataObj;
+class Run;
 class CMatrix;
 class ResultFile;
 
@@ -14,10 +14,10 @@ class ResultFile;
 int32_t lociPerReplica(int32_t replikaLoci, int32_t anzLoci);
 
 // Writes the head and a row for each pair. locusTable: Fst, a row a locus, a column a pair.
-void writePairHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet);
+void writePairHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet);
 
 // Writes the row for all populations. locusTable: Fst, Fit, Fis in rows 0 to 2, a column a
 // locus. The head comes first where no pairwise pass wrote it.
-void writeGlobalHeterogeneity(AnalyseDataObj& lauf, const CMatrix& locusTable, ResultFile& sheet);
+void writeGlobalHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet);
 
 #endif

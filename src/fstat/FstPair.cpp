@@ -3,10 +3,11 @@
 //
 //      		fca8	fca23
 //      P01	P02	 0.07821	n.d.
-#include "control/AnalyseDataObj.h"
-#include "data/sheet.h"
-#include "distance/pairindex.h"
+#include "base/pairindex.h"
+#include "fstat/passes.h"
 #include "fstat/wc84.h"
+#include "output/sheet.h"
+#include "run/run.h"
 
 #include <algorithm>
 #include <cmath>
@@ -91,14 +92,13 @@ double likelihoodRatio(const PairTables& t) {
 
 } // namespace
 
-int AnalyseDataObj::FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab,
-                                    long nLoci, long idx1, long idx2, ResultFile* locusFile,
-                                    CMatrix& locusTable) const {
-    const HRegel regel = hRegel(FstMask);
-    const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
-    const bool toFile = locusFile != nullptr && hasBit(FstMask, FstBit::PerLocus);
+int estimatePair(const Run& run, long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci,
+                 long idx1, long idx2, ResultFile* locusFile, CMatrix& locusTable) {
+    const HRegel regel = hRegel(run.FstMask);
+    const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    const bool toFile = locusFile != nullptr && hasBit(run.FstMask, FstBit::PerLocus);
     const int32_t column =
-        ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j), static_cast<int>(AnzPop));
+        ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j), static_cast<int>(run.AnzPop));
     AlleleCounts room;
     FSummen sums;
     for (long l = 0; l < nLoci; ++l) {
@@ -108,7 +108,7 @@ int AnalyseDataObj::FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabel
         if (v) {
             sums.add(*v);
         }
-        const double value = fst.value_or(DistFehlerwert);
+        const double value = fst.value_or(run.DistFehlerwert);
         if (toTable) {
             locusTable(static_cast<int32_t>(l), column) = value;
         }
@@ -116,40 +116,40 @@ int AnalyseDataObj::FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabel
             writeLocus(*locusFile, fst.has_value(), value);
         }
     }
-    storePair(f, i, j, sums.values(DistFehlerwert));
+    storePair(f, i, j, sums.values(run.DistFehlerwert));
     return 0;
 }
 
-int AnalyseDataObj::FST_PAIR_WC84(FTripel& f, const AllelTabellen& tab, CMatrix& locusTable) {
+int estimatePairs(Run& run, FTripel& f, const AllelTabellen& tab, CMatrix& locusTable) {
     if (tab.empty()) {
         return 1;
     }
     ResultFile sheet;
-    if (hasBit(FstMask, FstBit::PerLocus)) {
-        sheet = OpenResult("Fst_per_locus.xls", "wb");
+    if (hasBit(run.FstMask, FstBit::PerLocus)) {
+        sheet = run.OpenResult("Fst_per_locus.xls", "wb");
         sheet.character('\t');
-        Daten->LociNamenK(sheet);
-        if (DatenFormat == 2) {
+        run.Daten->LociNamenK(sheet);
+        if (run.DatenFormat == 2) {
             sheet.character('\t');
-            Daten->LociNamenK2(sheet);
+            run.Daten->LociNamenK2(sheet);
         }
     }
     for (CMatrix& matrix : f) {
         matrix.Fill(0.0);
     }
-    for (int i = 0; i + 1 < AnzPop; ++i) {
-        for (int j = i + 1; j < AnzPop; ++j) {
-            sheet.text(orEmpty(Daten->GetPopName(i + 1)) + "\t" +
-                       orEmpty(Daten->GetPopName(j + 1)));
-            (void)FST_SINGLE_WC84(i, j, f, tab, AnzLoci, i, j, &sheet, locusTable);
+    for (int i = 0; i + 1 < run.AnzPop; ++i) {
+        for (int j = i + 1; j < run.AnzPop; ++j) {
+            sheet.text(orEmpty(run.Daten->GetPopName(i + 1)) + "\t" +
+                       orEmpty(run.Daten->GetPopName(j + 1)));
+            (void)estimatePair(run, i, j, f, tab, run.AnzLoci, i, j, &sheet, locusTable);
             sheet.character('\n');
         }
     }
     return 0;
 }
 
-int AnalyseDataObj::LOGG_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab,
-                                     long nLoci, long idx1, long idx2) const {
+int logLikelihoodRatio(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci, long idx1,
+                       long idx2) {
     double G = 0.0;
     for (long l = 0; l < nLoci; ++l) {
         const PairTables t = pairTables(tab, idx1, idx2, static_cast<std::size_t>(l));

@@ -3,10 +3,11 @@
 // reaches the observed one.
 #include "fstat/FstPermutation.h"
 
-#include "control/AnalyseDataObj.h"
+#include "base/pairindex.h"
 #include "control/Ausgabe.h"
-#include "distance/pairindex.h"
+#include "fstat/passes.h"
 #include "fstat/randsci.h"
+#include "run/run.h"
 
 #include <numeric>
 
@@ -132,29 +133,29 @@ double pairNumber(int32_t n) {
 
 // --- The test --------------------------------------------------------------------------
 
-int AnalyseDataObj::FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen& tab,
-                               CMatrix& locusTable) const {
-    const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
-    PairTest test(*Daten, tab, FstMask, DistFehlerwert);
+int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen& tab,
+              CMatrix& locusTable) {
+    const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
     const CodedSample sample(test.data());
     for (CMatrix& matrix : p) {
         matrix.Fill(0.0);
     }
     InternStartRDGen();
-    for (int32_t k = 0; k < Permutationen; ++k) {
+    for (int32_t k = 0; k < run.Permutationen; ++k) {
         AUSGABE(57, k);
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }
         // Each permutation overwrites the locus table, so that only the last one shows.
-        CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
-        forEachPair(AnzPop, [&](int32_t i, int32_t j) {
+        CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
+        forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
             const FWerte observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
             countHits(p, i, j, observed, test.shuffled(i, j, sample, table));
         });
     }
-    forEachPair(AnzPop, [&](int32_t i, int32_t j) {
-        hitsToPValues(p, i, j, pairNumber(AnzPop), Permutationen);
+    forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
+        hitsToPValues(p, i, j, pairNumber(run.AnzPop), run.Permutationen);
     });
     return 0;
 }

@@ -47,7 +47,7 @@ class CodedSample {
 };
 
 // F-statistics of shuffled pairs. The twin of Datensatz::AllelMix followed by
-// AnalyseDataObj::FST_SINGLE_WC84, with the same draws and the same numbers.
+// Run::FST_SINGLE_WC84, with the same draws and the same numbers.
 class PairTest {
   public:
     // tab: the observed tables. A locus without data there in one of two populations counts

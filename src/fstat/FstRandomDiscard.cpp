@@ -2,11 +2,12 @@
 // data anew (of inbred individuals one allele is kept at random, or a tenth of the
 // individuals is dropped), computes the test statistic, shuffles the thinned data and
 // compares. Mean and limits of the test statistic come with it.
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "fstat/FstPermutation.h"
 #include "fstat/TailList.h"
+#include "fstat/passes.h"
 #include "fstat/randsci.h"
+#include "run/run.h"
 
 #include <algorithm>
 #include <iostream>
@@ -101,16 +102,16 @@ class RDSummen {
   public:
     // p takes the hits and then the p-values, f the sums and then the means of the test
     // statistic. tailLength: of the lists for the limits; 0: no limits.
-    RDSummen(const AnalyseDataObj& lauf, FTripel& p, FTripel& f, std::size_t tailLength)
-        : undefined(lauf.DistFehlerwert),
-          tailsOfPermuted(hasBit(lauf.FstMask, FstBit::ConfidencePermuted)),
-          pairs(pairNumber(lauf.AnzPop)), p_(p), f_(f) {
+    RDSummen(const Run& run, FTripel& p, FTripel& f, std::size_t tailLength)
+        : undefined(run.DistFehlerwert),
+          tailsOfPermuted(hasBit(run.FstMask, FstBit::ConfidencePermuted)),
+          pairs(pairNumber(run.AnzPop)), p_(p), f_(f) {
         for (FTripel* triple : {&p_, &f_}) {
             for (CMatrix& matrix : *triple) {
                 matrix.Fill(0.0);
             }
         }
-        gueltig.Resize(lauf.AnzPop, lauf.AnzPop);
+        gueltig.Resize(run.AnzPop, run.AnzPop);
         if (tailLength > 0) {
             tails.assign(static_cast<std::size_t>(pairs), TailList(tailLength));
         }
@@ -154,56 +155,55 @@ class RDSummen {
 };
 
 // Length of the lists for the limits; tells it on the console.
-std::size_t announceTails(const AnalyseDataObj& lauf) {
+std::size_t announceTails(const Run& run) {
     const auto k =
-        static_cast<std::size_t>(std::max(lauf.Permutationen * lauf.FstAlpha * 0.5 + 1.0, 2.0));
+        static_cast<std::size_t>(std::max(run.Permutationen * run.FstAlpha * 0.5 + 1.0, 2.0));
     std::cout << "\nConfidenz intervall:" << k << std::endl;
     return k;
 }
 
 } // namespace
 
-int AnalyseDataObj::CreateNewDataSheetMix(SlotSheet& sheet) const {
-    const bool linked = hasBit(FstMask, FstBit::Linked);
-    Thinning thinning(FstMask, JackknifeAnteil);
+int drawThinnedSheet(const Run& run, SlotSheet& sheet) {
+    const bool linked = hasBit(run.FstMask, FstBit::Linked);
+    Thinning thinning(run.FstMask, run.JackknifeAnteil);
     for (std::size_t l = 0; l < sheet.size(); ++l) {
         if (linked && l > 0) {
             sheet[l] = sheet[0]; // all loci thin alike
             continue;
         }
         for (std::size_t pop = 0; pop < sheet[l].size(); ++pop) {
-            thinning.thin(Daten->Loci[l], static_cast<int>(pop) + 1, sheet[l][pop]);
+            thinning.thin(run.Daten->Loci[l], static_cast<int>(pop) + 1, sheet[l][pop]);
         }
     }
     return 0;
 }
 
-int AnalyseDataObj::FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab,
-                                CMatrix& untergrenze, CMatrix& obergrenze,
-                                CMatrix& locusTable) const {
-    const bool toTable = (FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
-    const bool limits = hasBit(FstMask, FstBit::Confidence);
-    RDSummen sums(*this, p, f, limits ? announceTails(*this) : 0);
-    PairTest test(*Daten, tab, FstMask, DistFehlerwert);
+int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen& tab,
+                     CMatrix& untergrenze, CMatrix& obergrenze, CMatrix& locusTable) {
+    const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    const bool limits = hasBit(run.FstMask, FstBit::Confidence);
+    RDSummen sums(run, p, f, limits ? announceTails(run) : 0);
+    PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
     CodedSample thinned(test.data());
-    SlotSheet sheet = newSheet(*Daten);
+    SlotSheet sheet = newSheet(*run.Daten);
     InternStartRDGen();
-    for (int32_t k = 0; k < Permutationen; ++k) {
+    for (int32_t k = 0; k < run.Permutationen; ++k) {
         AUSGABE(57, k);
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }
-        (void)CreateNewDataSheetMix(sheet);
+        (void)drawThinnedSheet(run, sheet);
         thinned.readThrough(test.data(), sheet);
-        CMatrix* const table = toTable && k + 1 == Permutationen ? &locusTable : nullptr;
+        CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
         std::size_t pair = 0;
-        forEachPair(AnzPop, [&](int32_t i, int32_t j) {
+        forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
             const FWerte permuted = test.shuffled(i, j, thinned, table);
             sums.add(i, j, pair++, test.unshuffled(i, j, thinned), permuted);
         });
     }
     std::size_t pair = 0;
-    forEachPair(AnzPop, [&](int32_t i, int32_t j) {
+    forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
         if (limits) {
             obergrenze(i, j) = obergrenze(j, i) = sums.tail(pair).upper();
             untergrenze(i, j) = untergrenze(j, i) = sums.tail(pair).lower();

@@ -6,9 +6,9 @@
 // the .xls sheets hold a row a population, name first, "n.d." where there is no value.
 #include "fstat/FstSheets.h"
 
-#include "control/AnalyseDataObj.h"
-#include "data/sheet.h"
 #include "distance/distancefile.h"
+#include "output/sheet.h"
+#include "run/run.h"
 
 namespace {
 
@@ -17,10 +17,10 @@ constexpr double kSignificant = 0.05; // largest corrected p-value that is shown
 // Calls cell(row, column) for all cells of a sheet with a row a population; `label` writes
 // the head of a row.
 template <class Label, class Cell>
-void writeRows(const AnalyseDataObj& lauf, ResultFile& sheet, Label&& label, Cell&& cell) {
-    for (int32_t row = 0; row < lauf.AnzPop; ++row) {
-        label(orEmpty(lauf.Daten->GetPopName(row + 1)));
-        for (int32_t column = 0; column < lauf.AnzPop; ++column) {
+void writeRows(const Run& run, ResultFile& sheet, Label&& label, Cell&& cell) {
+    for (int32_t row = 0; row < run.AnzPop; ++row) {
+        label(orEmpty(run.Daten->GetPopName(row + 1)));
+        for (int32_t column = 0; column < run.AnzPop; ++column) {
             cell(row, column);
         }
         sheet.character('\n');
@@ -28,17 +28,16 @@ void writeRows(const AnalyseDataObj& lauf, ResultFile& sheet, Label&& label, Cel
 }
 
 // Rows of a sheet: the whole name, then the cells.
-template <class Cell>
-void writeSheetRows(const AnalyseDataObj& lauf, ResultFile& sheet, Cell&& cell) {
+template <class Cell> void writeSheetRows(const Run& run, ResultFile& sheet, Cell&& cell) {
     writeRows(
-        lauf, sheet, [&](const std::string& name) { sheet.text(name); }, cell);
+        run, sheet, [&](const std::string& name) { sheet.text(name); }, cell);
 }
 
 // A matrix: the number of populations, then rows of the name cut to 10 characters and the cells.
-void writeMatrix(const AnalyseDataObj& lauf, ResultFile& file, const CMatrix& matrix) {
-    file.print("%d\n", lauf.AnzPop);
+void writeMatrix(const Run& run, ResultFile& file, const CMatrix& matrix) {
+    file.print("%d\n", run.AnzPop);
     writeRows(
-        lauf, file, [&](const std::string& name) { file.text(populationLabel(name)); },
+        run, file, [&](const std::string& name) { file.text(populationLabel(name)); },
         [&](int32_t row, int32_t column) {
             file.character(' ');
             file.fixed(matrix(row, column), 5, 8);
@@ -54,11 +53,11 @@ void writeTabValue(ResultFile& sheet, bool defined, double value) {
 }
 
 // A sheet of means: a cell is undefined where it is so in `tester`.
-void writeMeanSheet(const AnalyseDataObj& lauf, ResultFile sheet, const CMatrix& matrix,
+void writeMeanSheet(const Run& run, ResultFile sheet, const CMatrix& matrix,
                     const CMatrix& tester) {
-    sheet.print("%d\n", lauf.AnzPop);
-    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
-        writeTabValue(sheet, tester(row, column) != lauf.DistFehlerwert, matrix(row, column));
+    sheet.print("%d\n", run.AnzPop);
+    writeSheetRows(run, sheet, [&](int32_t row, int32_t column) {
+        writeTabValue(sheet, tester(row, column) != run.DistFehlerwert, matrix(row, column));
     });
     sheet.character('\n');
 }
@@ -91,33 +90,33 @@ constexpr GlobalZeile kGlobalZeilen[] = {
 // Writes "\tvalue", with permutations also "\tp", and the line end.
 class GlobalRowEnd {
   public:
-    GlobalRowEnd(const AnalyseDataObj& lauf, ResultFile& sheet) : lauf_(lauf), sheet_(sheet) {}
+    GlobalRowEnd(const Run& run, ResultFile& sheet) : run_(run), sheet_(sheet) {}
 
     template <class PValue> void write(const GlobalZeile& zeile, double wert, PValue&& pWert) {
         writeTabReal(sheet_, wert);
-        if (lauf_.Permutationen > 0 && zeile.pWert >= 0) {
+        if (run_.Permutationen > 0 && zeile.pWert >= 0) {
             const double p = pWert(zeile.pWert);
-            writeTabValue(sheet_, p != lauf_.DistFehlerwert, p);
+            writeTabValue(sheet_, p != run_.DistFehlerwert, p);
         }
         sheet_.character('\n');
     }
 
   private:
-    const AnalyseDataObj& lauf_;
+    const Run& run_;
     ResultFile& sheet_;
 };
 
-void writeGlobalLocus(const AnalyseDataObj& lauf, ResultFile& sheet, const GlobalErgebnis& ergebnis,
+void writeGlobalLocus(const Run& run, ResultFile& sheet, const GlobalErgebnis& ergebnis,
                       int32_t l) {
-    const std::string& name = *lauf.Daten->GetLociName(l + 1);
+    const std::string& name = *run.Daten->GetLociName(l + 1);
     sheet.text("Locus: " + name);
-    if (lauf.DatenFormat == 2) {
-        sheet.text("  /  " + *lauf.Daten->GetLociName2OrFirst(l + 1));
+    if (run.DatenFormat == 2) {
+        sheet.text("  /  " + *run.Daten->GetLociName2OrFirst(l + 1));
     }
     sheet.character('\n');
     for (const GlobalZeile& zeile : kGlobalZeilen) {
         sheet.text(name + "\t" + zeile.oneLocus);
-        GlobalRowEnd(lauf, sheet)
+        GlobalRowEnd(run, sheet)
             .write(zeile, ergebnis.locus(static_cast<int32_t>(zeile.wert), l),
                    [&](int p) { return ergebnis.pLocus(p, l); });
     }
@@ -125,49 +124,49 @@ void writeGlobalLocus(const AnalyseDataObj& lauf, ResultFile& sheet, const Globa
 
 } // namespace
 
-bool writeFstMatrices(AnalyseDataObj& lauf, const FTripel& f) {
+bool writeFstMatrices(Run& run, const FTripel& f) {
     const char* const names[] = {"FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt"};
     for (std::size_t s = 0; s < f.size(); ++s) {
-        ResultFile file = lauf.OpenResult(names[s], "wb+");
+        ResultFile file = run.OpenResult(names[s], "wb+");
         if (s == 0 && !file.isOpen()) {
             return false;
         }
-        writeMatrix(lauf, file, f[s]);
+        writeMatrix(run, file, f[s]);
         file.character('\n');
     }
     return true;
 }
 
-bool writeFstMeans(AnalyseDataObj& lauf, const FTripel& f, const CMatrix& untergrenze,
+bool writeFstMeans(Run& run, const FTripel& f, const CMatrix& untergrenze,
                    const CMatrix& obergrenze) {
     const char* const names[] = {"FST_WC84_MEAN.xls", "FIT_WC84_MEAN.xls", "FIS_WC84_MEAN.xls"};
     for (std::size_t s = 0; s < f.size(); ++s) {
-        ResultFile sheet = lauf.OpenResult(names[s], "wb+");
+        ResultFile sheet = run.OpenResult(names[s], "wb+");
         if (s == 0 && !sheet.isOpen()) {
             return false;
         }
-        writeMeanSheet(lauf, std::move(sheet), f[s], f[s]);
+        writeMeanSheet(run, std::move(sheet), f[s], f[s]);
     }
-    if (hasBit(lauf.FstMask, FstBit::Confidence)) {
-        writeMeanSheet(lauf, lauf.OpenResult("FST_WC84_OG.xls", "wb+"), obergrenze, f[0]);
-        writeMeanSheet(lauf, lauf.OpenResult("FST_WC84_UG.xls", "wb+"), untergrenze, f[0]);
+    if (hasBit(run.FstMask, FstBit::Confidence)) {
+        writeMeanSheet(run, run.OpenResult("FST_WC84_OG.xls", "wb+"), obergrenze, f[0]);
+        writeMeanSheet(run, run.OpenResult("FST_WC84_UG.xls", "wb+"), untergrenze, f[0]);
     }
     return true;
 }
 
-bool writeFstPValues(AnalyseDataObj& lauf, const FTripel& f, const FTripel& p) {
-    ResultFile sheet = lauf.OpenResult("FST_WC84-pValue.xls", "wb+");
+bool writeFstPValues(Run& run, const FTripel& f, const FTripel& p) {
+    ResultFile sheet = run.OpenResult("FST_WC84-pValue.xls", "wb+");
     if (!sheet.isOpen()) {
         return false;
     }
     const CMatrix& fst = f[0];
     sheet.text("Fst-values:\n");
-    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
-        writeTabValue(sheet, fst(row, column) != lauf.DistFehlerwert, fst(row, column));
+    writeSheetRows(run, sheet, [&](int32_t row, int32_t column) {
+        writeTabValue(sheet, fst(row, column) != run.DistFehlerwert, fst(row, column));
     });
     sheet.text("\n\nP-values:\n");
-    writeSheetRows(lauf, sheet, [&](int32_t row, int32_t column) {
-        if (fst(row, column) == lauf.DistFehlerwert) {
+    writeSheetRows(run, sheet, [&](int32_t row, int32_t column) {
+        if (fst(row, column) == run.DistFehlerwert) {
             writeTabNd(sheet);
         } else {
             writePCell(sheet, row, column, p[0](row, column));
@@ -177,39 +176,39 @@ bool writeFstPValues(AnalyseDataObj& lauf, const FTripel& f, const FTripel& p) {
     return true;
 }
 
-void writeGlobalFst(AnalyseDataObj& lauf, const GlobalErgebnis& ergebnis) {
-    const bool tested = lauf.Permutationen > 0;
-    ResultFile sheet = lauf.OpenResult("GlobFst.xls", "wb+");
-    sheet.text("Global Fst of Datafile: " + lauf.DateiKurzName + "\n");
+void writeGlobalFst(Run& run, const GlobalErgebnis& ergebnis) {
+    const bool tested = run.Permutationen > 0;
+    ResultFile sheet = run.OpenResult("GlobFst.xls", "wb+");
+    sheet.text("Global Fst of Datafile: " + run.DateiKurzName + "\n");
     if (tested) {
-        sheet.print("Number of permutations is: %d\n", lauf.Permutationen);
+        sheet.print("Number of permutations is: %d\n", run.Permutationen);
     }
     sheet.character('\n');
     sheet.text(tested ? "\tValues\tp-Values\n" : "");
     for (const GlobalZeile& zeile : kGlobalZeilen) {
         sheet.text(zeile.allLoci);
-        GlobalRowEnd(lauf, sheet).write(zeile, ergebnis.werte[zeile.wert], [&](int p) {
+        GlobalRowEnd(run, sheet).write(zeile, ergebnis.werte[zeile.wert], [&](int p) {
             return ergebnis.pWerte[static_cast<std::size_t>(p)];
         });
     }
     sheet.text(tested ? "\t\tValues\tp-Values\n" : "");
-    for (int32_t l = 0; l < lauf.AnzLoci; ++l) {
-        writeGlobalLocus(lauf, sheet, ergebnis, l);
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
+        writeGlobalLocus(run, sheet, ergebnis, l);
     }
 }
 
-void writeBetaSheets(AnalyseDataObj& lauf, const CMatrix& beta) {
-    ResultFile sheet = lauf.OpenResult("Beta_POP.xls", "wb+");
-    ResultFile file = lauf.OpenResult("Betaij_POP.txt", "wb+");
-    for (int pop = 1; pop <= lauf.AnzPop; ++pop) {
-        sheet.text("\t" + orEmpty(lauf.Daten->GetPopName(pop)));
+void writeBetaSheets(Run& run, const CMatrix& beta) {
+    ResultFile sheet = run.OpenResult("Beta_POP.xls", "wb+");
+    ResultFile file = run.OpenResult("Betaij_POP.txt", "wb+");
+    for (int pop = 1; pop <= run.AnzPop; ++pop) {
+        sheet.text("\t" + orEmpty(run.Daten->GetPopName(pop)));
     }
     sheet.character('\n');
-    writeSheetRows(lauf, sheet,
+    writeSheetRows(run, sheet,
                    [&](int32_t row, int32_t column) { writeTabReal(sheet, beta(row, column)); });
     CMatrix pairs = beta;
-    for (int32_t pop = 0; pop < lauf.AnzPop; ++pop) {
+    for (int32_t pop = 0; pop < run.AnzPop; ++pop) {
         pairs(pop, pop) = 0.0;
     }
-    writeMatrix(lauf, file, pairs);
+    writeMatrix(run, file, pairs);
 }

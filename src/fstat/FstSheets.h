@@ -3,25 +3,25 @@
 #ifndef KVA_FSTAT_FSTSHEETS_H
 #define KVA_FSTAT_FSTSHEETS_H
 
-#include "fstat/ftriple.h"
+#include "data/ftriple.h"
 #include "fstat/wc84.h"
 
 #include <array>
 
-class AnalyseDataObj;
+class Run;
 
 // Writes "FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt". False if the first cannot be
 // opened; the others are not tested.
-bool writeFstMatrices(AnalyseDataObj& lauf, const FTripel& f);
+bool writeFstMatrices(Run& run, const FTripel& f);
 
 // Writes "FST_WC84_MEAN.xls" and its kin for Fit and Fis; with the bit for limits also
 // "FST_WC84_OG.xls" (upper) and "FST_WC84_UG.xls" (lower). False as above.
-bool writeFstMeans(AnalyseDataObj& lauf, const FTripel& f, const CMatrix& untergrenze,
+bool writeFstMeans(Run& run, const FTripel& f, const CMatrix& untergrenze,
                    const CMatrix& obergrenze);
 
 // Writes "FST_WC84-pValue.xls": Fst, then plain p-values above and corrected ones below the
 // diagonal. False as above.
-bool writeFstPValues(AnalyseDataObj& lauf, const FTripel& f, const FTripel& p);
+bool writeFstPValues(Run& run, const FTripel& f, const FTripel& p);
 
 // What stands in "GlobFst.xls". The p-values are of Fst, Gst, Gst'.
 struct GlobalErgebnis {
@@ -32,9 +32,9 @@ struct GlobalErgebnis {
 };
 
 // Writes "GlobFst.xls"; the p-values only if there were permutations.
-void writeGlobalFst(AnalyseDataObj& lauf, const GlobalErgebnis& ergebnis);
+void writeGlobalFst(Run& run, const GlobalErgebnis& ergebnis);
 
 // Writes "Beta_POP.xls" and "Betaij_POP.txt".
-void writeBetaSheets(AnalyseDataObj& lauf, const CMatrix& beta);
+void writeBetaSheets(Run& run, const CMatrix& beta);
 
 #endif

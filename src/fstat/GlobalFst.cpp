@@ -1,10 +1,11 @@
 // F-statistics over all populations (Weir and Cockerham 1984), with Gst and Gst', and
 // their permutation test: the slots of all populations are dealt out anew.
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
 #include "fstat/Shuffle.h"
+#include "fstat/passes.h"
 #include "fstat/randsci.h"
 #include "fstat/wc84.h"
+#include "run/run.h"
 
 #include <algorithm>
 
@@ -80,7 +81,7 @@ GlobalWerte globalValues(const AllelTabellen& tab, CMatrix& locus, int nLoci, in
 // --- From shuffled tables --------------------------------------------------------------
 
 // The statistics of one shuffle of all populations; twin of Datensatz::CountMixGlobal
-// followed by AnalyseDataObj::FST_GLOBAL_WC84, with the same draws and the same numbers.
+// followed by Run::FST_GLOBAL_WC84, with the same draws and the same numbers.
 class GlobalTest {
   public:
     GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)
@@ -198,15 +199,15 @@ std::array<double, 3> testedValues(const CMatrix& locus, int32_t l) {
 
 } // namespace
 
-int AnalyseDataObj::FST_GLOBAL_WC84(double& fst, double& fit, double& fis, double& gst,
-                                    double& gstStrich, CMatrix& locus, const AllelTabellen& tab,
-                                    int nLoci, int nPop) const {
-    fst = fit = fis = gst = gstStrich = DistFehlerwert;
+int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double& gst,
+                   double& gstStrich, CMatrix& locus, const AllelTabellen& tab, int nLoci,
+                   int nPop) {
+    fst = fit = fis = gst = gstStrich = run.DistFehlerwert;
     if (nPop < kFewestPops) {
         return 1;
     }
     const GlobalWerte werte =
-        globalValues(tab, locus, nLoci, nPop, hRegel(FstMask), DistFehlerwert);
+        globalValues(tab, locus, nLoci, nPop, hRegel(run.FstMask), run.DistFehlerwert);
     fst = werte.f[FZeile::Fst];
     fit = werte.f[FZeile::Fit];
     fis = werte.f[FZeile::Fis];
@@ -215,34 +216,33 @@ int AnalyseDataObj::FST_GLOBAL_WC84(double& fst, double& fit, double& fis, doubl
     return 0;
 }
 
-int AnalyseDataObj::FST_GLOBAL_P_WC84(double fst, double gst, double gstStrich,
-                                      const CMatrix& locus, double& pFst, double& pGst,
-                                      double& pGstStrich, CMatrix& pLocus) const {
-    GlobalTest test(*Daten, FstMask, DistFehlerwert);
+int testGlobal(const Run& run, double fst, double gst, double gstStrich, const CMatrix& locus,
+               double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) {
+    GlobalTest test(*run.Daten, run.FstMask, run.DistFehlerwert);
     CMatrix permutedLocus;
-    permutedLocus.Resize(FZeile::Anzahl, AnzLoci);
-    permutedLocus.Fill(AnzPop < kFewestPops ? DistFehlerwert : 0.0);
+    permutedLocus.Resize(FZeile::Anzahl, run.AnzLoci);
+    permutedLocus.Fill(run.AnzPop < kFewestPops ? run.DistFehlerwert : 0.0);
     TrefferSatz all;
-    std::vector<TrefferSatz> ofLocus(static_cast<std::size_t>(AnzLoci));
-    for (int32_t k = 0; k < Permutationen; ++k) {
+    std::vector<TrefferSatz> ofLocus(static_cast<std::size_t>(run.AnzLoci));
+    for (int32_t k = 0; k < run.Permutationen; ++k) {
         AUSGABE(76, k);
         if (k % kSeedEvery == 0) {
             InternStartRDGen();
         }
         const GlobalWerte permuted = test.shuffled(permutedLocus);
-        all.count({fst, gst, gstStrich}, testedValues(permuted), DistFehlerwert);
-        for (int32_t l = 0; l < AnzLoci; ++l) {
+        all.count({fst, gst, gstStrich}, testedValues(permuted), run.DistFehlerwert);
+        for (int32_t l = 0; l < run.AnzLoci; ++l) {
             ofLocus[static_cast<std::size_t>(l)].count(
-                testedValues(locus, l), testedValues(permutedLocus, l), DistFehlerwert);
+                testedValues(locus, l), testedValues(permutedLocus, l), run.DistFehlerwert);
         }
     }
-    pFst = all.of[0].pValue(DistFehlerwert);
-    pGst = all.of[1].pValue(DistFehlerwert);
-    pGstStrich = all.of[2].pValue(DistFehlerwert);
-    for (int32_t l = 0; l < AnzLoci; ++l) {
+    pFst = all.of[0].pValue(run.DistFehlerwert);
+    pGst = all.of[1].pValue(run.DistFehlerwert);
+    pGstStrich = all.of[2].pValue(run.DistFehlerwert);
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
         for (std::size_t s = 0; s < 3; ++s) {
             pLocus(static_cast<int32_t>(s), l) =
-                ofLocus[static_cast<std::size_t>(l)].of[s].pValue(DistFehlerwert);
+                ofLocus[static_cast<std::size_t>(l)].of[s].pValue(run.DistFehlerwert);
         }
     }
     return 0;

@@ -1,6 +1,6 @@
 #include "fstat/Shuffle.h"
 
-#include "control/settings.h"
+#include "base/settings.h"
 #include "fstat/randsci.h"
 
 #include <algorithm>

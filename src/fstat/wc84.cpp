@@ -1,6 +1,6 @@
 #include "fstat/wc84.h"
 
-#include "control/settings.h"
+#include "base/settings.h"
 
 #include <cstddef>
 

@@ -8,7 +8,7 @@
 #ifndef KVA_FSTAT_WC84_H
 #define KVA_FSTAT_WC84_H
 
-#include "fstat/ftriple.h"
+#include "data/ftriple.h"
 
 #include <cstdint>
 #include <optional>

@@ -8,13 +8,15 @@
 //
 // and, if asked for, every replicate of a population into three sheets of its own, a row
 // per replicate.
-#include "control/AnalyseDataObj.h"
+#include "base/filename.h"
 #include "control/Ausgabe.h"
-#include "data/filename.h"
-#include "data/passfolder.h"
-#include "data/sheet.h"
 #include "fstat/randsci.h"
 #include "hetrange/HetReplika.h"
+#include "hetrange/passes.h"
+#include "output/passfolder.h"
+#include "output/sheet.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 #include <algorithm>
 #include <array>
@@ -96,37 +98,37 @@ void drawRow(std::span<int32_t> row, const DrawShape& shape, std::vector<float>&
 
 } // namespace
 
-long AnalyseDataObj::CalcHetRange() {
-    if (!Daten) {
+long heterozygosityRange(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (PopAllele.empty()) {
-        CountAllels();
+    if (run.PopAllele.empty()) {
+        countAlleles(run);
     }
     AUSGABE(78, nullptr);
     {
-        PassFolder folder(*this, Ordner::ResamplingData);
+        PassFolder folder(run, Ordner::ResamplingData);
         if (!folder.entered()) {
             return folder.status();
         }
-        MakeHetRangeAnalyse();
-        LogEntry("Calculate heterosygosity range as a sampling artefact");
+        writeHeterozygosityRanges(run);
+        run.LogEntry("Calculate heterosygosity range as a sampling artefact");
     }
     AUSGABE(80, nullptr);
     return 0;
 }
 
-long AnalyseDataObj::MakeHetRangeAnalyse() {
-    std::vector<HetTabelle> tabellen(static_cast<std::size_t>(AnzLoci));
+long writeHeterozygosityRanges(Run& run) {
+    std::vector<HetTabelle> tabellen(static_cast<std::size_t>(run.AnzLoci));
     std::array<ResultFile, kBereichSheets.size()> sheets;
     for (std::size_t s = 0; s < sheets.size(); ++s) {
-        sheets[s] = OpenResult(kBereichSheets[s].Name, "wb+");
-        writeLociHead(sheets[s], *Daten, DatenFormat);
+        sheets[s] = run.OpenResult(kBereichSheets[s].Name, "wb+");
+        writeLociHead(sheets[s], *run.Daten, run.DatenFormat);
     }
-    for (int pop = 0; pop < AnzPop; ++pop) {
-        const std::vector<HetBereich> bereich = ResampleHetPopulation(pop, tabellen);
+    for (int pop = 0; pop < run.AnzPop; ++pop) {
+        const std::vector<HetBereich> bereich = resamplePopulation(run, pop, tabellen);
         for (std::size_t s = 0; s < sheets.size(); ++s) {
-            sheets[s].text(orEmpty(Daten->GetPopName(pop + 1)));
+            sheets[s].text(orEmpty(run.Daten->GetPopName(pop + 1)));
             for (const HetBereich& locus : bereich) {
                 if (locus.Anzahl <= 0) {
                     writeTabNd(sheets[s]);
@@ -140,52 +142,52 @@ long AnalyseDataObj::MakeHetRangeAnalyse() {
     return 0;
 }
 
-std::vector<HetBereich> AnalyseDataObj::ResampleHetPopulation(int pop,
-                                                              std::vector<HetTabelle>& tabellen) {
+std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTabelle>& tabellen) {
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
-        tabellen[l].Load(Daten->Loci[l], pop + 1, PopAllele[static_cast<std::size_t>(pop) + 1][l]);
+        tabellen[l].Load(run.Daten->Loci[l], pop + 1,
+                         run.PopAllele[static_cast<std::size_t>(pop) + 1][l]);
     }
-    HetReplikaSheets sheets = OpenHetReplikaSheets(pop);
+    HetReplikaSheets sheets = openReplicateSheets(run, pop);
     AUSGABE(79, ".");
-    const int32_t entries = entriesOf(*Daten, pop);
-    const DrawShape shape = drawShape(HetRangeMask, entries);
-    const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
+    const int32_t entries = entriesOf(*run.Daten, pop);
+    const DrawShape shape = drawShape(run.HetRangeMask, entries);
+    const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
     // Places come in pairs: behind an odd last one stands one more.
-    HetStichprobe stichprobe(linked ? 1 : AnzLoci, entries + entries % 2);
+    HetStichprobe stichprobe(linked ? 1 : run.AnzLoci, entries + entries % 2);
     // A place that no draw reaches is missing: the one behind an odd last entry, and among
     // individuals that entry's own. Without draws every place keeps entry 0.
-    if (hasBit(HetRangeMask, HetRangeBit::Draw)) {
+    if (hasBit(run.HetRangeMask, HetRangeBit::Draw)) {
         stichprobe.MarkPast(shape.Places * shape.Width, entries);
     }
     std::vector<HetBereich> bereich(tabellen.size());
-    for (int replikat = 0; replikat < HetRandomisierungen; ++replikat) {
-        MakeHetReplika(replikat, pop, stichprobe);
-        AnalyseHetReplika(replikat, stichprobe, bereich, tabellen, sheets);
+    for (int replikat = 0; replikat < run.HetRandomisierungen; ++replikat) {
+        drawReplicate(run, replikat, pop, stichprobe);
+        evaluateReplicate(run, replikat, stichprobe, bereich, tabellen, sheets);
     }
     return bereich;
 }
 
-HetReplikaSheets AnalyseDataObj::OpenHetReplikaSheets(int pop) {
+HetReplikaSheets openReplicateSheets(Run& run, int pop) {
     HetReplikaSheets sheets;
-    if (!hasBit(HetRangeMask, HetRangeBit::ReplicateSheets)) {
+    if (!hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets)) {
         return sheets;
     }
-    const std::string& name = orEmpty(Daten->GetPopName(pop + 1));
-    sheets.Het = OpenResult(fileNameOf(name + "_HetRange.xls"), "wb+");
-    sheets.Var = OpenResult(fileNameOf(name + "_VarRange.xls"), "wb+");
-    sheets.Allele = OpenResult(fileNameOf(name + "_AlleleRange.xls"), "wb+");
+    const std::string& name = orEmpty(run.Daten->GetPopName(pop + 1));
+    sheets.Het = run.OpenResult(fileNameOf(name + "_HetRange.xls"), "wb+");
+    sheets.Var = run.OpenResult(fileNameOf(name + "_VarRange.xls"), "wb+");
+    sheets.Allele = run.OpenResult(fileNameOf(name + "_AlleleRange.xls"), "wb+");
     for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
-        writeLociHead(*sheet, *Daten, DatenFormat);
+        writeLociHead(*sheet, *run.Daten, run.DatenFormat);
     }
     return sheets;
 }
 
-int AnalyseDataObj::MakeHetReplika(int /*replikat*/, int pop, HetStichprobe& stichprobe) const {
-    if (!hasBit(HetRangeMask, HetRangeBit::Draw)) {
+int drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& stichprobe) {
+    if (!hasBit(run.HetRangeMask, HetRangeBit::Draw)) {
         return 0;
     }
-    const DrawShape shape = drawShape(HetRangeMask, entriesOf(*Daten, pop));
-    const int32_t rows = hasBit(HetRangeMask, HetRangeBit::Linked) ? 1 : AnzLoci;
+    const DrawShape shape = drawShape(run.HetRangeMask, entriesOf(*run.Daten, pop));
+    const int32_t rows = hasBit(run.HetRangeMask, HetRangeBit::Linked) ? 1 : run.AnzLoci;
     std::vector<float> numbers;
     for (int32_t row = 0; row < rows; ++row) {
         drawRow(stichprobe.Row(row), shape, numbers);
@@ -193,14 +195,13 @@ int AnalyseDataObj::MakeHetReplika(int /*replikat*/, int pop, HetStichprobe& sti
     return 0;
 }
 
-int AnalyseDataObj::AnalyseHetReplika(int replikat, const HetStichprobe& stichprobe,
-                                      std::vector<HetBereich>& bereich,
-                                      std::vector<HetTabelle>& tabellen,
-                                      HetReplikaSheets& sheets) const {
-    const bool linked = hasBit(HetRangeMask, HetRangeBit::Linked);
-    const bool randomDiscard = hasBit(HetRangeMask, HetRangeBit::RandomDiscard);
-    const bool correct = hasBit(HetRangeMask, HetRangeBit::CorrectZero);
-    const bool write = hasBit(HetRangeMask, HetRangeBit::ReplicateSheets);
+int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
+                      std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
+                      HetReplikaSheets& sheets) {
+    const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
+    const bool randomDiscard = hasBit(run.HetRangeMask, HetRangeBit::RandomDiscard);
+    const bool correct = hasBit(run.HetRangeMask, HetRangeBit::CorrectZero);
+    const bool write = hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets);
     for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
         sheet->integer(replikat + 1);
     }

@@ -11,7 +11,7 @@
 
 #include "data/allelcount.h"
 #include "data/lociclass.h"
-#include "data/resultfile.h"
+#include "output/resultfile.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -7,9 +7,10 @@
 //      	fca8		fca23
 //      Total	117	1	128	2
 //      	119	5	130	2
-#include "control/AnalyseDataObj.h"
 #include "control/Ausgabe.h"
-#include "data/passfolder.h"
+#include "output/passfolder.h"
+#include "run/run.h"
+#include "stats/passes.h"
 
 #include <algorithm>
 
@@ -109,53 +110,54 @@ AllelTabelle Datensatz::AllelCountInd(int pop, int tier) const {
     return tables;
 }
 
-int AnalyseDataObj::CountAllels() {
+int countAlleles(Run& run) {
     AUSGABE(7, nullptr);
-    PassFolder folder(*this, Ordner::Allelecount);
-    if (!folder.entered() || !Daten) {
+    PassFolder folder(run, Ordner::Allelecount);
+    if (!folder.entered() || !run.Daten) {
         return folder.status();
     }
-    PopAllele.clear();
+    run.PopAllele.clear();
     ResultFile zahl;
     ResultFile freq;
-    if (hasBit(GeneralMask, GeneralBit::CountSheet)) {
-        zahl = OpenResult("Allelecount.xls", "wb");
-        Daten->LociNamen(zahl, DatenFormat - 1);
+    if (hasBit(run.GeneralMask, GeneralBit::CountSheet)) {
+        zahl = run.OpenResult("Allelecount.xls", "wb");
+        run.Daten->LociNamen(zahl, run.DatenFormat - 1);
     }
-    if (hasBit(GeneralMask, GeneralBit::FrequencySheet)) {
-        freq = OpenResult("Allelefrequencies.xls", "wb");
-        Daten->LociNamen(freq, DatenFormat - 1);
+    if (hasBit(run.GeneralMask, GeneralBit::FrequencySheet)) {
+        freq = run.OpenResult("Allelefrequencies.xls", "wb");
+        run.Daten->LociNamen(freq, run.DatenFormat - 1);
     }
-    PopAllele.reserve(static_cast<std::size_t>(Daten->GetPopAnzahl()) + 1);
-    PopAllele.push_back(Daten->AllelCountLT(zahl, freq));
-    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
-        PopAllele.push_back(Daten->AllelCountPop(zahl, freq, pop));
+    run.PopAllele.reserve(static_cast<std::size_t>(run.Daten->GetPopAnzahl()) + 1);
+    run.PopAllele.push_back(run.Daten->AllelCountLT(zahl, freq));
+    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        run.PopAllele.push_back(run.Daten->AllelCountPop(zahl, freq, pop));
         AUSGABE(2, "*");
     }
     zahl.close();
     freq.close();
-    LogEntry("Count Allels...");
+    run.LogEntry("Count Allels...");
     AUSGABE(13, nullptr);
     return 0;
 }
 
-int AnalyseDataObj::CountIAllels() {
-    IndAllele.clear();
-    AnzInd = 0;
-    if (!Daten) {
+int countIndividualAlleles(Run& run) {
+    run.IndAllele.clear();
+    run.AnzInd = 0;
+    if (!run.Daten) {
         return 0;
     }
     int slots = 0;
-    for (int pop = 1; pop <= Daten->GetPopAnzahl(); ++pop) {
-        slots += Daten->GetAnzDatenChromosome(pop);
+    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        slots += run.Daten->GetAnzDatenChromosome(pop);
     }
-    AnzInd = slots / 2; // of the sum: odd rows of two populations make one more than there are
-    IndAllele.reserve(static_cast<std::size_t>(AnzInd));
-    Daten->ForEachTier([this](int pop, int tier) {
-        IndAllele.push_back(Daten->AllelCountInd(pop, tier));
+    run.AnzInd = slots / 2; // of the sum: odd rows of two populations make one more than there are
+    run.IndAllele.reserve(static_cast<std::size_t>(run.AnzInd));
+    run.Daten->ForEachTier([&run](int pop, int tier) {
+        run.IndAllele.push_back(run.Daten->AllelCountInd(pop, tier));
         AUSGABE(2, "#");
     });
-    IndAllele.resize(static_cast<std::size_t>(AnzInd), AllelTabelle(Daten->Loci.size()));
-    LogEntry("Count Allels per Individual ...");
+    run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd),
+                         AllelTabelle(run.Daten->Loci.size()));
+    run.LogEntry("Count Allels per Individual ...");
     return 0;
 }

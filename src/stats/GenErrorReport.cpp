@@ -5,6 +5,7 @@
 //      fca8,	Incorrect Mutationsteps:1 instead of 2	Found to short Allel(s):20
 //      fca23,	monomorphic
 #include "control/Ausgabe.h"
+#include "stats/passes.h"
 #include "stats/statpass.h"
 
 #include <algorithm>
@@ -48,59 +49,58 @@ void writeSteps(ResultFile& report, const Gaps& gaps, int repeat) {
     }
 }
 
-void writeRemarks(ResultFile& report, const AnalyseDataObj& lauf, const AllelCount& table,
-                  int repeat) {
+void writeRemarks(ResultFile& report, const Run& run, const AllelCount& table, int repeat) {
     const Gaps gaps = findGaps(table, repeat);
     writeSteps(report, gaps, repeat);
-    const bool manySteps = repeat > 1 && int64_t{lauf.GapSchritte} * gaps.smallest < gaps.largest;
-    if (manySteps || lauf.GapBasen < gaps.largest) {
+    const bool manySteps = repeat > 1 && int64_t{run.GapSchritte} * gaps.smallest < gaps.largest;
+    if (manySteps || run.GapBasen < gaps.largest) {
         report.print("Large Allelgap detected:%d\t", gaps.largest);
     }
-    if (table.MinAllel < lauf.AllelMinLaenge) {
+    if (table.MinAllel < run.AllelMinLaenge) {
         report.print("Found to short Allel(s):%d\t", table.MinAllel);
     }
-    if (lauf.AllelMaxLaenge < table.MaxAllel) {
+    if (run.AllelMaxLaenge < table.MaxAllel) {
         report.print("Found to long Allel(s):%d\t", table.MaxAllel);
     }
 }
 
-void writeHead(ResultFile& report, const AnalyseDataObj& lauf) {
+void writeHead(ResultFile& report, const Run& run) {
     report.text("This file is a log-file of possible errors in your dataset.\n"
                 "What you find here:\n"
                 "- Unexpected Mutationsteps/The real Mutationsteps.\n");
-    report.print("- Large Gaps in your Data (>%dxMutationstep OR >%d bp)\n", lauf.GapSchritte,
-                 lauf.GapBasen);
+    report.print("- Large Gaps in your Data (>%dxMutationstep OR >%d bp)\n", run.GapSchritte,
+                 run.GapBasen);
     report.print("- Unexpected short/long Allels (possible type errors!)[<%d,>%d]\n",
-                 lauf.AllelMinLaenge, lauf.AllelMaxLaenge);
+                 run.AllelMinLaenge, run.AllelMaxLaenge);
 }
 
 } // namespace
 
-long AnalyseDataObj::GenErrorReport() {
-    if (!Daten) {
+long writeErrorReport(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (!tablesReady(*this) || !enterResultFolder(*this)) {
+    if (!tablesReady(run) || !run.Enter()) {
         return 1;
     }
     AUSGABE(1, nullptr);
-    ResultFile report = OpenResult("Errorreport.txt", "wb");
-    writeHead(report, *this);
-    const AllelTabelle& pool = PopAllele[0];
-    for (int l = 1; l <= Daten->AnzLoci; ++l) {
+    ResultFile report = run.OpenResult("Errorreport.txt", "wb");
+    writeHead(report, run);
+    const AllelTabelle& pool = run.PopAllele[0];
+    for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
         const AllelCount& table = pool[static_cast<std::size_t>(l - 1)];
         AUSGABE(2, "*");
         report.character('\n');
-        report.text(locusLabel(*Daten, l));
+        report.text(locusLabel(*run.Daten, l));
         report.text(",\t");
         if (table.AnzAllele < 2) {
             report.text("monomorphic");
         } else {
-            writeRemarks(report, *this, table, Daten->GetLociRepeatMuster(l));
+            writeRemarks(report, run, table, run.Daten->GetLociRepeatMuster(l));
         }
     }
     report.close();
-    LogEntry("Generate Errorreport...");
+    run.LogEntry("Generate Errorreport...");
     AUSGABE(40, nullptr);
     return 0;
 }

@@ -6,7 +6,8 @@
 //      Grp 01	0.871042	0.790155
 //      Grp 02	0.725000	n.d.
 #include "control/Ausgabe.h"
-#include "data/passfolder.h"
+#include "output/passfolder.h"
+#include "stats/passes.h"
 #include "stats/statpass.h"
 
 namespace {
@@ -73,9 +74,9 @@ constexpr std::array<CellRule<V>, 12> kGroupColumns = {{
     {"MaxRepeat", kReal, [](const V& v) { return inRepeats(v, v.max); }, noRepeatNumber},
 }};
 
-GroupValues groupValues(const AnalyseDataObj& lauf, int l, int g) {
-    const Datensatz& daten = *lauf.Daten;
-    const AllelTabellen& tab = lauf.PopAllele;
+GroupValues groupValues(const Run& run, int l, int g) {
+    const Datensatz& daten = *run.Daten;
+    const AllelTabellen& tab = run.PopAllele;
     return {daten.CalcHet(tab, l, g),    daten.CalcRDHetG(tab, l, g),  daten.CalcVar(tab, l, g),
             daten.CalcRDVarG(tab, l, g), daten.CalcMin(tab, l, g),     daten.CalcMean(tab, l, g),
             daten.CalcMax(tab, l, g),    daten.GetLociRepeatMuster(l), daten.GetLociRepeatRest(l)};
@@ -87,25 +88,25 @@ std::string twoDigits(int g) {
 }
 
 // The long sheet of a group, with its head.
-ResultFile openGroupSheet(AnalyseDataObj& lauf, int g) {
-    ResultFile sheet = lauf.OpenResult("SumGrp" + twoDigits(g) + ".xls", "wb");
-    sheet.text(locusNameHead(lauf));
+ResultFile openGroupSheet(Run& run, int g) {
+    ResultFile sheet = run.OpenResult("SumGrp" + twoDigits(g) + ".xls", "wb");
+    sheet.text(locusNameHead(run));
     writeColumnHeads(sheet, kGroupColumns);
     sheet.character('\n');
     return sheet;
 }
 
-void writeGroup(AnalyseDataObj& lauf, std::array<ResultFile, kGroupSheets.size()>& sheets, int g) {
+void writeGroup(Run& run, std::array<ResultFile, kGroupSheets.size()>& sheets, int g) {
     for (ResultFile& sheet : sheets) {
         writeLabel(sheet, "Grp " + twoDigits(g));
     }
-    ResultFile sum = openGroupSheet(lauf, g);
-    for (int l = 1; l <= lauf.Daten->AnzLoci; ++l) {
-        const GroupValues values = groupValues(lauf, l, g);
+    ResultFile sum = openGroupSheet(run, g);
+    for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
+        const GroupValues values = groupValues(run, l, g);
         for (std::size_t i = 0; i < sheets.size(); ++i) {
             writeCell(sheets[i], kGroupSheets[i], values);
         }
-        writeLocusNames(sum, lauf, l);
+        writeLocusNames(sum, run, l);
         for (const CellRule<GroupValues>& column : kGroupColumns) {
             writeCell(sum, column, values);
         }
@@ -118,32 +119,32 @@ void writeGroup(AnalyseDataObj& lauf, std::array<ResultFile, kGroupSheets.size()
 
 } // namespace
 
-int AnalyseDataObj::GruppenAusgabe() {
-    if (!Daten) {
+int writeGroupData(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (!tablesReady(*this)) {
+    if (!tablesReady(run)) {
         return 1;
     }
-    PassFolder folder(*this, Ordner::GroupData);
+    PassFolder folder(run, Ordner::GroupData);
     if (!folder.entered()) {
         return folder.status();
     }
     folder.stay(); // wanted: the next pass enters its own folder by its full path
     AUSGABE(43, nullptr);
-    std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(*this, kGroupSheets);
+    std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(run, kGroupSheets);
     // The walk ends at the first number without a population: groups behind a gap are left out.
     for (int g = 1;; ++g) {
         AUSGABE(45, g);
-        if (Daten->TestGroup(g) == 0) {
+        if (run.Daten->TestGroup(g) == 0) {
             break;
         }
-        writeGroup(*this, sheets, g);
+        writeGroup(run, sheets, g);
     }
     for (ResultFile& sheet : sheets) {
         sheet.close();
     }
-    LogEntry("Make Group results...");
+    run.LogEntry("Make Group results...");
     AUSGABE(44, nullptr);
     return 0;
 }

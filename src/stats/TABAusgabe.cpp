@@ -6,6 +6,7 @@
 //      fca8	P01	0.625000	...	0.137931	0.125000	0.875000
 #include "control/Ausgabe.h"
 #include "stats/NumberAllelesExp.h"
+#include "stats/passes.h"
 #include "stats/randomdiscard.h"
 #include "stats/statpass.h"
 
@@ -79,9 +80,9 @@ constexpr std::array<CellRule<V>, 22> kColumns = {{
 
 // The values of population p at locus l. The random-discard values of a table whose replicates
 // have not run yet are the plain ones: only the number of alleles, read last, starts them.
-SummaryValues summaryValues(AnalyseDataObj& lauf, int p, int l) {
+SummaryValues summaryValues(Run& run, int p, int l) {
     const AllelCount& T =
-        lauf.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+        run.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
     SummaryValues v = {};
     v.hetObs = T.CalcHetobs();
     v.het = T.CalcHet();
@@ -94,25 +95,25 @@ SummaryValues summaryValues(AnalyseDataObj& lauf, int p, int l) {
     v.max = T.MaxAllel;
     v.copies = T.AnzGesamt;
     v.n = effectiveCopies(T);
-    v.allelesRD = lauf.Daten->CalcRDAllele(lauf.PopAllele, p, l, kRDReplicates);
+    v.allelesRD = run.Daten->CalcRDAllele(run.PopAllele, p, l, kRDReplicates);
     v.alleles = T.AnzAllele;
     (void)CalcNumberAllelesExp(v.smm, v.iam, v.n, v.hetRD); // -1.0 in both is the refusal
     v.hasFis = !T.isHaploid() && T.AnzAllele > 1;
     v.hsk = T.CalcHsk(1);
-    v.r = lauf.Daten->GetLociRepeatMuster(l);
-    v.s = lauf.Daten->GetLociRepeatRest(l);
+    v.r = run.Daten->GetLociRepeatMuster(l);
+    v.s = run.Daten->GetLociRepeatRest(l);
     return v;
 }
 
-void writeLine(ResultFile& sheet, AnalyseDataObj& lauf, int p, int l) {
-    writeLocusNames(sheet, lauf, l);
-    writeLabel(sheet, sampleLabel(*lauf.Daten, p));
-    const SummaryValues values = summaryValues(lauf, p, l);
+void writeLine(ResultFile& sheet, Run& run, int p, int l) {
+    writeLocusNames(sheet, run, l);
+    writeLabel(sheet, sampleLabel(*run.Daten, p));
+    const SummaryValues values = summaryValues(run, p, l);
     for (const CellRule<SummaryValues>& column : kColumns) {
         writeCell(sheet, column, values);
     }
     const AllelCount& T =
-        lauf.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+        run.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
     for (int i = 0; i < T.AnzAllele; ++i) {
         writeReal(sheet, T.GetFrequenz(i));
     }
@@ -121,29 +122,29 @@ void writeLine(ResultFile& sheet, AnalyseDataObj& lauf, int p, int l) {
 
 } // namespace
 
-int AnalyseDataObj::TABAusgabe() {
-    if (!Daten) {
+int writeSummary(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (!tablesReady(*this) || !enterResultFolder(*this)) {
+    if (!tablesReady(run) || !run.Enter()) {
         return 1;
     }
     AUSGABE(34, nullptr);
-    ResultFile sheet = OpenResult("Summary.xls", "wb");
-    sheet.text(locusNameHead(*this));
+    ResultFile sheet = run.OpenResult("Summary.xls", "wb");
+    sheet.text(locusNameHead(run));
     sheet.text("\tPop.name");
     writeColumnHeads(sheet, kColumns);
     sheet.text("\tFrequences\n");
-    for (int l = 1; l <= Daten->AnzLoci; ++l) {
+    for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
         AUSGABE(36, nullptr);
-        AUSGABE(37, locusLabel(*Daten, l).c_str());
-        for (int p = 1; p <= Daten->GetPopAnzahl(); ++p) {
+        AUSGABE(37, locusLabel(*run.Daten, l).c_str());
+        for (int p = 1; p <= run.Daten->GetPopAnzahl(); ++p) {
             AUSGABE(38, "P");
-            writeLine(sheet, *this, p, l);
+            writeLine(sheet, run, p, l);
         }
     }
     sheet.close();
-    LogEntry("Create tabular result files...");
+    run.LogEntry("Create tabular result files...");
     AUSGABE(35, nullptr);
     return 0;
 }

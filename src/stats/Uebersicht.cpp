@@ -10,8 +10,9 @@
 // entries, in the order of the cells.
 #include "control/Ausgabe.h"
 #include "data/CMatrix.h"
-#include "data/passfolder.h"
+#include "output/passfolder.h"
 #include "stats/NumberAllelesExp.h"
+#include "stats/passes.h"
 #include "stats/randomdiscard.h"
 #include "stats/statpass.h"
 
@@ -153,7 +154,7 @@ void markLineEnd(const Marks& marks) {
 
 class Overview {
   public:
-    explicit Overview(AnalyseDataObj& lauf);
+    explicit Overview(Run& run);
 
     void writeHets(); // must come first: it completes RichnessMin
     void writeVars();
@@ -181,7 +182,7 @@ class Overview {
                                              const Marks& marks,
                                              Values (Overview::*values)(int p, int l));
 
-    AnalyseDataObj& Lauf;
+    Run& Lauf;
     int AnzPop;                       // populations in the tables
     int AnzLoci;                      // loci in the tables
     std::vector<int32_t> RichnessMin; // per locus the smallest AnzGesamt above 1, while the
@@ -189,8 +190,8 @@ class Overview {
     CMatrix RichnessVar;              // variance of each cell of the richness, -1.0: none
 };
 
-Overview::Overview(AnalyseDataObj& lauf)
-    : Lauf(lauf), AnzPop(lauf.Daten->GetPopAnzahl()), AnzLoci(lauf.Daten->AnzLoci) {
+Overview::Overview(Run& run)
+    : Lauf(run), AnzPop(run.Daten->GetPopAnzahl()), AnzLoci(run.Daten->AnzLoci) {
     if (Lauf.RichnessRef < 0) {
         RichnessMin.assign(static_cast<std::size_t>(AnzLoci), kRichnessMinStart);
     }
@@ -305,25 +306,25 @@ void Overview::writeNumbers() {
 
 } // namespace
 
-int AnalyseDataObj::Uebersicht() {
-    if (!Daten) {
+int writeOverview(Run& run) {
+    if (!run.Daten) {
         return -4;
     }
-    if (!tablesReady(*this)) {
+    if (!tablesReady(run)) {
         return 1;
     }
     AUSGABE(21, nullptr);
-    PassFolder folder(*this, Ordner::SingleData);
+    PassFolder folder(run, Ordner::SingleData);
     if (!folder.entered()) {
         return folder.status();
     }
-    Overview overview(*this);
+    Overview overview(run);
     overview.writeHets();
     overview.writeVars();
     overview.writeRanges();
     overview.writeNumbers();
-    (void)calcGST(); // always 0
-    LogEntry("Make Overview...");
+    (void)writeGst(run); // always 0
+    run.LogEntry("Make Overview...");
     AUSGABE(20, nullptr);
     return 0;
 }

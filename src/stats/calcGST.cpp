@@ -9,6 +9,7 @@
 //      Gst(max)	...
 #include "control/Ausgabe.h"
 #include "data/CMatrix.h"
+#include "stats/passes.h"
 #include "stats/statpass.h"
 
 namespace {
@@ -143,12 +144,12 @@ void writeMean(ResultFile& sheet, const char* label, bool there, double ratio, d
 
 } // namespace
 
-int AnalyseDataObj::calcGST() {
+int writeGst(Run& run) {
     AUSGABE(110, nullptr);
-    ResultFile sheet = OpenResult("GST.xls", "wb");
-    writeLociHead(sheet, *Daten, DatenFormat);
-    const int loci = Daten->AnzLoci;
-    const Partition of = partition(PopAllele, loci);
+    ResultFile sheet = run.OpenResult("GST.xls", "wb");
+    writeLociHead(sheet, *run.Daten, run.DatenFormat);
+    const int loci = run.Daten->AnzLoci;
+    const Partition of = partition(run.PopAllele, loci);
     for (const Row& row : kRows) {
         writeRow(sheet, row, of, loci);
     }
@@ -158,7 +159,7 @@ int AnalyseDataObj::calcGST() {
     writeMean(sheet, "Gst Nei", of.SummeHt > kLeast, of.SummeHs / of.SummeHt,
               of.SummeHs / of.SummeHtMax);
     sheet.close();
-    LogEntry("     Calculated Gst");
+    run.LogEntry("     Calculated Gst");
     AUSGABE(112, nullptr);
     return 0;
 }

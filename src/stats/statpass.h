@@ -3,8 +3,8 @@
 #ifndef KVA_STATS_STATPASS_H
 #define KVA_STATS_STATPASS_H
 
-#include "control/AnalyseDataObj.h"
-#include "data/sheet.h"
+#include "output/sheet.h"
+#include "run/run.h"
 
 #include <array>
 #include <cstddef>
@@ -61,12 +61,12 @@ void writeCell(ResultFile& f, const CellRule<Values>& rule, const Values& values
 
 // Opens the sheets of all rules in their order and writes the heads of locus names.
 template <class Values, std::size_t Count>
-std::array<ResultFile, Count> openSheets(AnalyseDataObj& lauf,
+std::array<ResultFile, Count> openSheets(Run& run,
                                          const std::array<CellRule<Values>, Count>& rules) {
     std::array<ResultFile, Count> sheets;
     for (std::size_t i = 0; i < Count; ++i) {
-        sheets[i] = lauf.OpenResult(rules[i].name, "wb");
-        writeLociHead(sheets[i], *lauf.Daten, lauf.DatenFormat);
+        sheets[i] = run.OpenResult(rules[i].name, "wb");
+        writeLociHead(sheets[i], *run.Daten, run.DatenFormat);
     }
     return sheets;
 }
@@ -86,10 +86,10 @@ void writeColumnHeads(ResultFile& f, const std::array<CellRule<Values>, Count>& 
 std::string locusLabel(const Datensatz& daten, int locus);
 
 // "name\t", in two-column data "name\tname2\t".
-void writeLocusNames(ResultFile& f, const AnalyseDataObj& lauf, int locus);
+void writeLocusNames(ResultFile& f, const Run& run, int locus);
 
 // The head of these cells: "Locus name", in two-column data "Locus name1\tLocus name2".
-const char* locusNameHead(const AnalyseDataObj& lauf);
+const char* locusNameHead(const Run& run);
 
 // --- Passes ----------------------------------------------------------------------------
 
@@ -97,9 +97,6 @@ const char* locusNameHead(const AnalyseDataObj& lauf);
 int effectiveCopies(const AllelCount& table);
 
 // Counts the alleles if no pass did so yet. False if there are still no tables.
-bool tablesReady(AnalyseDataObj& lauf);
-
-// Goes into the result folder itself; false, with message 14, if that fails.
-bool enterResultFolder(const AnalyseDataObj& lauf);
+bool tablesReady(Run& run);
 
 #endif

@@ -1,6 +1,6 @@
 #include "data/lociclass.h"
 
-#include "data/globals.h"
+#include "base/globals.h"
 #include "support/written.h"
 
 #include <gtest/gtest.h>

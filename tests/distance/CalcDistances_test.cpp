@@ -1,4 +1,4 @@
-#include "distance/passes.h"
+#include "distance/passrun.h"
 #include "fstat/randsci.h"
 
 #include <ctime>

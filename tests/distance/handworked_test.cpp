@@ -16,7 +16,7 @@
 //   J', J'                 1 1/3     1 1      1/3 1       1/3 1/3   1/3 1/2   1/3 1/2
 //
 // B at L2: A-C and B-C sqrt(3/8) + sqrt(1/8).
-#include "distance/passes.h"
+#include "distance/passrun.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

@@ -1,6 +1,6 @@
 // PHYLIP's neighbor reads the matrices (Debian package phylip). Skipped where it is not
 // installed.
-#include "distance/passes.h"
+#include "distance/passrun.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

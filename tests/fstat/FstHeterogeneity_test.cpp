@@ -1,7 +1,7 @@
 #include "fstat/FstHeterogeneity.h"
 
+#include "data/ftriple.h"
 #include "fstat/fstatsupport.h"
-#include "fstat/ftriple.h"
 #include "fstat/randsci.h"
 #include "support/written.h"
 

@@ -1,5 +1,5 @@
+#include "data/ftriple.h"
 #include "fstat/fstatsupport.h"
-#include "fstat/ftriple.h"
 #include "fstat/randsci.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "fstat/TailList.h"
 
-#include "distance/pairindex.h"
+#include "base/pairindex.h"
 
 #include <cmath>
 #include <cstdlib>

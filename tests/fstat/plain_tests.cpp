@@ -1,6 +1,6 @@
 #include "fstat/plain_tests.h"
 
-#include "distance/pairindex.h"
+#include "base/pairindex.h"
 #include "fstat/randsci.h"
 
 #include <algorithm>

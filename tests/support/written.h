@@ -2,7 +2,7 @@
 #ifndef KVA_TESTS_SUPPORT_WRITTEN_H
 #define KVA_TESTS_SUPPORT_WRITTEN_H
 
-#include "data/resultfile.h"
+#include "output/resultfile.h"
 #include "support/support.h"
 
 #include <string>

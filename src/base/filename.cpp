@@ -1,0 +1,12 @@
+#include "base/filename.h"
+
+#include <algorithm>
+
+std::string fileNameOf(const std::string& name) {
+    if (name.empty() || name == "." || name == "..") {
+        return "_" + name;
+    }
+    std::string file = name;
+    std::replace(file.begin(), file.end(), '/', '_');
+    return file;
+}

@@ -1,0 +1,5 @@
+#include "base/globals.h"
+
+const char NEWLINE[10] = "\n";
+const char TABNEWLINE[10] = "\t\n";
+double Fehlerwert = -2.0;

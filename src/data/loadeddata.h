@@ -1,0 +1,85 @@
+// LoadedData: what the reader makes of a data file: the genotypes and the shape of the file; and
+// the access to single individuals for programs built on the library.
+#ifndef KVA_DATA_LOADEDDATA_H
+#define KVA_DATA_LOADEDDATA_H
+
+#include "data/lociclass.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+class LoadedData {
+  public:
+    // --- Reading: dataread.cpp -----------------------------------------------------------
+
+    // First pass over the file: finds its shape, makes and sizes Daten. 0, also for a file whose
+    // first row names no locus; or a refusal: -1 null stream, 1 no memory for the buffer, 2 none
+    // for Daten, 3 nothing read, 4 format or line end, 5 header rows, 6 fewer cells than no locus
+    // takes. The stream stays the caller's.
+    int CheckDataFile(std::FILE* stream);
+
+    // Second pass: fills the loci. 0; -1 nothing read, a refused file or a row too long;
+    // -3 header.
+    int GetDataFile(std::FILE* stream);
+
+    // --- Access, merge and save: datamerge.cpp --------------------------------------------------
+    // For programs built on the library; of the passes only the IM export uses GetPopName.
+    // Loci and populations count from 1, individuals from 0 where nothing else is said. -1
+    // stands for "nothing is loaded".
+
+    // The two alleles of an individual. 0; -1; -2 for a bad locus.
+    int GetTierDaten(int locus, int pop, int ind, int& a1, int& a2) const;
+    int SetTierDaten(int locus, int pop, int ind, int a1, int a2);
+
+    // The haploid flag of an individual, read on `locus` (0 for a bad one), and its group,
+    // read on the first locus. Wanted: `ind` counts from 1 here. 0; -1.
+    int GetTierInfo(int pop, int ind, int& haploid, int& gruppe, int locus) const;
+
+    // Individuals of a population, 0 for a bad one. 0; -1.
+    int GetAnzIndividuuen(int pop, int& anzahl) const;
+
+    // Individuals of all populations; 0 if nothing is loaded.
+    int GetGesamtIndividuuenAnzahl() const;
+
+    // Turns a running number over all individuals into population and number within it; both
+    // numbers count from 0. The walk ends at an empty population, too: the rest of the number is
+    // then the number within it. 0; -1; -2, and nothing stored, for a number behind the last
+    // individual.
+    int ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const;
+
+    // Null if nothing is loaded, without loci, or for a bad number.
+    const std::string* GetPopName(int pop) const;
+
+    // The names of a locus (null where one is not set), its repeat and its rest length. Does
+    // nothing if nothing is loaded or one of the two pointers is null.
+    void GetLociInfo(int locus, const std::string** name, const std::string** name2, int& muster,
+                     int& rest) const;
+
+    // 0 if both hold the same populations with as many individuals; -2 if the numbers of
+    // populations differ; p > 0 if the name or the size of population p differs.
+    int CompareSamples(const LoadedData& other) const;
+
+    // Adds the loci of a second data set that holds the same individuals in the same order; a locus
+    // of a known name is left out. 0; else the result of Datensatz::AddNewDatensatz less 1, where
+    // that is not positive.
+    int AddLociOf(const LoadedData& other);
+
+    // Writes the data as a file of three header rows and two columns per locus, whatever the
+    // format they came in. Wanted: always -1. Nothing is told of a failure.
+    int SaveDataAs(const std::string& filename) const;
+
+    // --- State ---------------------------------------------------------------------------
+
+    std::unique_ptr<Datensatz> Daten;       // null until CheckDataFile
+    int32_t AnzLoci = 0;                    // loci
+    int32_t AnzPop = 0;                     // populations
+    int32_t KopfSpalten = 0;                // leading columns of the data file, 3 once checked
+    int32_t KopfZeilen = 0;                 // header rows of the data file, 2 or 3
+    int32_t MaxChromosomen = 0;             // slots of the largest population
+    char DatenFormat = 0;                   // columns per locus, 1 or 2; a number, not a digit
+    std::string DateiName = "testdata.dat"; // data file as it was typed
+};
+
+#endif

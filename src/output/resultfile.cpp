@@ -1,0 +1,151 @@
+#include "output/resultfile.h"
+
+#include "output/numberformat.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <cstdarg>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
+constexpr std::size_t kShortPrint = 256; // most formatted writes fit
+
+// A write beyond the size limit of the process raises a signal that ends it. Ignored, the write
+// fails like one to a full disk, and is told like it.
+void surviveSizeLimit() {
+    static const bool ignored = std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
+    (void)ignored; // where it cannot be ignored, the limit acts as it always does
+}
+
+} // namespace
+
+ResultFile::ResultFile(const std::string& name, const char* mode, std::string shownName,
+                       FileFailureHandler onFailure)
+    : ShownName(std::move(shownName)), OnFailure(std::move(onFailure)) {
+    surviveSizeLimit();
+    Stream.reset(std::fopen(name.c_str(), mode));
+    if (!Stream) {
+        fail(errno);
+        return;
+    }
+    // The file's own buffer is the only one, so that a failed write shows at once.
+    (void)std::setvbuf(Stream.get(), nullptr, _IONBF, 0);
+    if (std::strncmp(mode, "rb+", 3) == 0 && std::fseek(Stream.get(), 0, SEEK_END) != 0) {
+        fail(errno);
+    }
+    Buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
+}
+
+ResultFile::ResultFile(ResultFile&& other) noexcept
+    : Stream(std::move(other.Stream)), Buffer(std::move(other.Buffer)),
+      Used(std::exchange(other.Used, 0)), ShownName(std::move(other.ShownName)),
+      OnFailure(std::move(other.OnFailure)), Failed(other.Failed) {}
+
+ResultFile& ResultFile::operator=(ResultFile&& other) noexcept {
+    if (this != &other) {
+        close();
+        Stream = std::move(other.Stream);
+        Buffer = std::move(other.Buffer);
+        Used = std::exchange(other.Used, 0);
+        ShownName = std::move(other.ShownName);
+        OnFailure = std::move(other.OnFailure);
+        Failed = other.Failed;
+    }
+    return *this;
+}
+
+ResultFile::~ResultFile() {
+    close();
+}
+
+void ResultFile::print(const char* format, ...) {
+    if (!Stream) {
+        return;
+    }
+    char words[kShortPrint];
+    va_list arguments;
+    va_list again;
+    va_start(arguments, format);
+    va_copy(again, arguments);
+    const auto length = static_cast<std::size_t>(
+        std::max(std::vsnprintf(words, kShortPrint, format, arguments), 0));
+    va_end(arguments);
+    if (length < kShortPrint) {
+        text(std::string_view(words, length));
+    } else {
+        std::string longWords(length + 1, '\0');
+        (void)std::vsnprintf(longWords.data(), longWords.size(), format, again);
+        text(std::string_view(longWords.data(), length));
+    }
+    va_end(again);
+}
+
+void ResultFile::text(std::string_view words) {
+    while (!words.empty()) {
+        const std::size_t piece = std::min(words.size(), kBufferSize);
+        char* const place = room(piece);
+        if (place == nullptr) {
+            return;
+        }
+        std::memcpy(place, words.data(), piece);
+        Used += piece;
+        words.remove_prefix(piece);
+    }
+}
+
+void ResultFile::integer(long long value) {
+    if (char* const place = room(kIntegerSize)) {
+        Used +=
+            static_cast<std::size_t>(std::to_chars(place, place + kIntegerSize, value).ptr - place);
+    }
+}
+
+void ResultFile::fixed(double value, int precision, int width) {
+    if (char* const place = room(kFixedBufferSize)) {
+        Used += formatFixed(place, value, precision, width);
+    }
+}
+
+void ResultFile::tabFixed(double value) {
+    constexpr int kDecimals = 6; // of "%f"
+    if (char* const place = room(kFixedBufferSize + 1)) {
+        *place = '\t';
+        Used += 1 + formatFixed(place + 1, value, kDecimals);
+    }
+}
+
+void ResultFile::flush() {
+    // Taken away first: the handler of a failure may write to this very file.
+    const std::size_t bytes = std::exchange(Used, 0);
+    if (Stream && !Failed && bytes > 0) {
+        errno = 0;
+        if (std::fwrite(Buffer.get(), 1, bytes, Stream.get()) != bytes) {
+            fail(errno);
+        }
+    }
+}
+
+bool ResultFile::close() {
+    if (!Stream) {
+        return !Failed;
+    }
+    flush();
+    std::FILE* stream = Stream.release();
+    if (std::fclose(stream) != 0) {
+        fail(errno);
+    }
+    return !Failed;
+}
+
+void ResultFile::fail(int errorNumber) {
+    const bool first =
+        !std::exchange(Failed, true); // before the handler: it may write to this file
+    if (first && OnFailure) {
+        OnFailure(ShownName, std::strerror(errorNumber));
+    }
+}

@@ -1,0 +1,92 @@
+// A file of the result folder: opened by its bare name, written through one
+// buffer, closed and checked. No write ever goes through a null stream: writes to
+// a file that did not open, or that failed once, are dropped.
+//
+// From the first opening on the process ignores SIGXFSZ, so that a file beyond the
+// size limit is a failed write and not the end of the run.
+#ifndef KVA_OUTPUT_RESULTFILE_H
+#define KVA_OUTPUT_RESULTFILE_H
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// Is told of a result file that cannot be opened, written or closed: the name as
+// it is to be shown, and the system's reason.
+using FileFailureHandler = std::function<void(const std::string& name, const std::string& reason)>;
+
+class ResultFile {
+  public:
+    // A closed file: all writes are dropped.
+    ResultFile() = default;
+
+    // Opens `name` (a bare name in the current folder) in `mode`, one of "wb",
+    // "wb+", "ab+", "rb+", "ab". In mode "rb+" the position is the end of the file.
+    // `shownName` is the path inside the result folder. A failure is told to
+    // `onFailure`, at most once for a file.
+    ResultFile(const std::string& name, const char* mode, std::string shownName,
+               FileFailureHandler onFailure);
+
+    ResultFile(ResultFile&& other) noexcept;
+    ResultFile& operator=(ResultFile&& other) noexcept;
+    ResultFile(const ResultFile&) = delete;
+    ResultFile& operator=(const ResultFile&) = delete;
+    ~ResultFile(); // closes
+
+    // True from a successful opening until close(), also after a failed write.
+    bool isOpen() const { return Stream != nullptr; }
+
+    // Formatted write, as printf does it. For cells of plain numbers the direct
+    // writers below are faster and give the same bytes.
+    void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+    void text(std::string_view words); // the bytes as they are
+    void character(char c) {           // one byte
+        if (char* const place = room(1)) {
+            *place = c;
+            ++Used;
+        }
+    }
+    void integer(long long value);                              // "%lld"
+    void fixed(double value, int precision = 6, int width = 0); // "%*.*f"
+
+    // "\t%f": the cell of most sheets, in one go.
+    void tabFixed(double value);
+
+    // Hands everything written so far to the system.
+    void flush();
+
+    // Writes the rest and closes. False if anything failed since the opening.
+    bool close();
+
+  private:
+    static constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+
+    void fail(int errorNumber);
+
+    // The place behind what is written, with room for so many bytes (at most kBufferSize);
+    // null if the file is closed.
+    char* room(std::size_t bytes) {
+        if (!Stream) {
+            return nullptr;
+        }
+        if (kBufferSize - Used < bytes) {
+            flush();
+        }
+        return Buffer.get() + Used;
+    }
+
+    struct Closer {
+        void operator()(std::FILE* stream) const { std::fclose(stream); }
+    };
+    std::unique_ptr<std::FILE, Closer> Stream;
+    std::unique_ptr<char[]> Buffer; // kBufferSize bytes while open
+    std::size_t Used = 0;           // bytes written, not yet handed to the system
+    std::string ShownName;          // path inside the result folder
+    FileFailureHandler OnFailure;
+    bool Failed = false; // a failure was told; further writes are dropped
+};
+
+#endif

@@ -1,0 +1,111 @@
+// The search for the number of the next folder, and the files and entries of a run.
+#include "output/resultfolder.h"
+
+#include "control/Ausgabe.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t kFolderMode = 0777;
+
+// Makes the folder `stem` + the first free number; `folder` takes its path, also that of the
+// one that could not be made. Goes on to the next number only while the name is there already.
+// 0, or the system's error number.
+int makeNumberedFolder(const std::string& stem, std::string& folder) {
+    for (int number = 0;; ++number) {
+        char digits[16];
+        (void)std::snprintf(digits, sizeof digits, "%.2d", number);
+        folder = stem + digits;
+        if (mkdir(folder.c_str(), kFolderMode) == 0) {
+            return 0;
+        }
+        if (errno != EEXIST) {
+            return errno;
+        }
+    }
+}
+
+// The absolute path of a file name, seen from the current folder; empty without such a folder.
+std::string absolutePath(const std::string& name) {
+    std::error_code error;
+    const std::filesystem::path current = std::filesystem::current_path(error);
+    const std::filesystem::path path = current / name; // an absolute name stands alone
+    return path.is_absolute() ? path.string() : std::string();
+}
+
+} // namespace
+
+std::string folderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash > 0 ? slash : 1);
+}
+
+ResultFolder::~ResultFolder() {
+    LogDatei.close(); // now, while the object that tells of a failure is whole
+    if (!StartPfad.empty()) {
+        (void)chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
+    }
+}
+
+int ResultFolder::MakeNext(const std::string& dateiName) {
+    OrdnerFehlt = true;
+    if (DateiPfad.empty()) {
+        DateiPfad = absolutePath(dateiName);
+    }
+    std::string ordner = dateiName;
+    int error = DateiPfad.empty() ? ENOENT : makeNumberedFolder(DateiPfad + "_KVAresult", ordner);
+    if (error == 0 && chdir(ordner.c_str()) != 0) {
+        error = errno;
+    }
+    if (error != 0) {
+        AUSGABE(14, nullptr);
+        std::cout << "Cannot make result folder " << ordner << ": " << std::strerror(error)
+                  << std::endl;
+        return 1;
+    }
+    OrdnerFehlt = false;
+    StartPfad = folderOf(DateiPfad);
+    DateiKurzName = DateiPfad.substr(DateiPfad.rfind('/') + 1);
+    ResultPfad = ordner;
+    AktuellerOrdner.clear();
+    (void)LogDatei.close(); // its failure was told
+    LogDatei = OpenResult("KVA.log", "wb");
+    return 0;
+}
+
+bool ResultFolder::Enter() const {
+    if (chdir(ResultPfad.c_str()) == 0) {
+        return true;
+    }
+    AUSGABE(14, nullptr);
+    return false;
+}
+
+ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
+    return {name, mode, AktuellerOrdner + name,
+            [this](const std::string& shownName, const std::string& reason) {
+                reportFailure(shownName, reason);
+            }};
+}
+
+void ResultFolder::LogEntry(const char* text) {
+    LogDatei.character('\n');
+    LogDatei.text(text);
+    LogDatei.character('\n');
+    LogDatei.flush();
+}
+
+void ResultFolder::reportFailure(const std::string& name, const std::string& reason) {
+    const std::string line = "Cannot write result file " + name + ": " + reason;
+    std::cout << '\n' << line << std::endl;
+    LogDatei.text(line + "\n");
+    LogDatei.flush();
+}

@@ -1,0 +1,57 @@
+// ResultFolder: the numbered result folder of a run, beside the data file, and the log in it. Its
+// number is the first that is free, so that no run writes into the folder of an earlier one:
+//
+//     data.txt
+//     data.txt_KVAresult00/KVA.log
+//     data.txt_KVAresult01/KVA.log
+//
+// The current folder of the process is part of the state: passes go from ResultPfad into their
+// folder and back (PassFolder).
+#ifndef KVA_OUTPUT_RESULTFOLDER_H
+#define KVA_OUTPUT_RESULTFOLDER_H
+
+#include "output/resultfile.h"
+
+#include <string>
+
+class ResultFolder {
+  public:
+    ResultFolder() = default;
+    // Closes the log and takes the process back to StartPfad.
+    ~ResultFolder();
+    ResultFolder(const ResultFolder&) = delete;
+    ResultFolder& operator=(const ResultFolder&) = delete;
+
+    // Makes the next numbered folder for a data file, named as it was typed, enters it and opens
+    // its log. 0; 1 if that failed, with the paths and the log as they were.
+    int MakeNext(const std::string& dateiName);
+
+    // Goes into the result folder itself; false, with message 14, if that fails.
+    bool Enter() const;
+
+    // Opens a file of the result folder in the current folder; a failure, now or later, is told on
+    // the console and in the log.
+    ResultFile OpenResult(const std::string& name, const char* mode);
+
+    // The entry of a finished pass in the log: a line end, the text, a line end, flushed. Nothing
+    // without a log.
+    void LogEntry(const char* text);
+
+    std::string StartPfad;       // absolute; folder to go back to, empty until MakeNext
+    std::string ResultPfad;      // absolute; the numbered result folder, empty until MakeNext
+    std::string DateiKurzName;   // data file without its folder, set by MakeNext
+    std::string DateiPfad;       // absolute path of the data file, set at the first MakeNext
+    std::string AktuellerOrdner; // folder of the running pass inside the result folder, for
+                                 // failure lines; set by PassFolder
+    bool OrdnerFehlt = false;    // the last MakeNext failed: no pass may run
+    ResultFile LogDatei;         // the run log "KVA.log"
+
+  private:
+    void reportFailure(const std::string& name, const std::string& reason);
+};
+
+// The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a
+// file of the root folder.
+std::string folderOf(const std::string& path);
+
+#endif

@@ -1,0 +1,38 @@
+// The idioms of the result sheets: heads, labels, cells with a value or "n.d.".
+// Every cell of these sheets ends with its tab; the writeTab... forms begin with it.
+#ifndef KVA_OUTPUT_SHEET_H
+#define KVA_OUTPUT_SHEET_H
+
+#include <string>
+
+class Datensatz;
+class ResultFile;
+
+// "%f\t", or "n.d.\t" for a negative value.
+void writeRealOrNd(ResultFile& f, double value);
+
+// "%d\t", or "n.d.\t" for a value below `minimum`.
+void writeCountOrNd(ResultFile& f, int value, int minimum);
+
+// "%f\t" and "%d\t", whatever the value.
+void writeReal(ResultFile& f, double value);
+void writeCount(ResultFile& f, int value);
+
+// "n.d.\t", `cells` times.
+void writeNd(ResultFile& f, int cells = 1);
+
+// "\t%f" and "\tn.d.".
+void writeTabReal(ResultFile& f, double value);
+void writeTabNd(ResultFile& f);
+
+// "%s\t".
+void writeLabel(ResultFile& f, const std::string& label);
+
+// The head of a sheet with one column per locus: the line of first names and, in
+// two-column data, the line of second names.
+void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat);
+
+// The label of sample p: "Total" for 0, else the name of population p.
+std::string sampleLabel(const Datensatz& daten, int p);
+
+#endif
