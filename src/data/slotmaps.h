@@ -15,4 +15,7 @@ using SampleMap = std::array<std::vector<int32_t>, 2>;
 // the same population; -1: the slot counts as missing.
 using SlotSheet = std::vector<std::vector<std::vector<long>>>;
 
+// The source of `slot` in a sheet; -1 for a slot outside the population.
+long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot);
+
 #endif

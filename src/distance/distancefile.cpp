@@ -3,6 +3,7 @@
 #include "data/lociclass.h"
 #include "output/numberformat.h"
 #include "output/resultfile.h"
+#include "output/sheet.h"
 
 #include <cstdio>
 #include <string_view>
@@ -13,16 +14,7 @@ namespace {
 constexpr int kDecimals = 5;
 constexpr int kWidth = 8;
 constexpr std::string_view kDiagonal = "  0.00000"; // the cell of a sample with itself
-constexpr std::size_t kPopulationLabel = 10;        // characters of a population's label
 constexpr std::size_t kIndividualLabel = 5;         // of the name in an individual's label
-
-// printf's "%w.ws" of a name.
-std::string padOrCut(const std::string& name, std::size_t width) {
-    if (name.size() >= width) {
-        return name.substr(0, width);
-    }
-    return std::string(width - name.size(), ' ') + name;
-}
 
 // A cell as it is written: " %8.5f".
 class CellText {
@@ -60,10 +52,6 @@ void EndNexus(ResultFile& file, int row, int n) {
 }
 
 // --- Labels --------------------------------------------------------------------------
-
-std::string populationLabel(const std::string& name) {
-    return padOrCut(name, kPopulationLabel);
-}
 
 std::string individualLabel(const std::string& name, int number) {
     char digits[16];

@@ -30,9 +30,6 @@ bool StartNexus(ResultFile& file, long bit, int ntax, int index);
 // the block that has PAUP draw a neighbour-joining tree.
 void EndNexus(ResultFile& file, int row, int n);
 
-// The label of a population's row: ten characters, filled up on the left or cut.
-std::string populationLabel(const std::string& name);
-
 // The label of individual `number` (from 1) of a population: five characters of its name, and
 // the number with three digits or more.
 std::string individualLabel(const std::string& name, int number);

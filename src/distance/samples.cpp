@@ -1,6 +1,6 @@
 #include "distance/samples.h"
 
-#include "stats/randomdiscard.h"
+#include "data/randomdiscard.h"
 
 #include <algorithm>
 

@@ -3,112 +3,11 @@
 // reaches the observed one.
 #include "fstat/FstPermutation.h"
 
-#include "base/pairindex.h"
 #include "control/Ausgabe.h"
+#include "fstat/PairTest.h"
 #include "fstat/passes.h"
 #include "fstat/randsci.h"
 #include "run/run.h"
-
-#include <numeric>
-
-// --- What both tests share -------------------------------------------------------------
-
-CodedSample::CodedSample(const CodedData& data) : Data(data) {
-    for (std::size_t l = 0; l < data.loci(); ++l) {
-        for (std::size_t pop = 0; pop < data.populations(); ++pop) {
-            Tables.emplace_back().resize(data.locus(l).Alleles);
-        }
-    }
-    count();
-}
-
-void CodedSample::readThrough(const CodedData& data, const SlotSheet& sheet) {
-    data.readThrough(sheet, Data);
-    count();
-}
-
-void CodedSample::count() {
-    std::size_t table = 0;
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
-        for (std::size_t pop = 0; pop < Data.populations(); ++pop, ++table) {
-            Places.resize(static_cast<std::size_t>(Data.slots(pop)));
-            std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
-            Tables[table].clear();
-            Tables[table].addSlots(Data.locus(l), Places);
-        }
-    }
-}
-
-PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask,
-                   double undefined)
-    : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined),
-      ByRest(Art.Permutation && hRegel(fstMask) == HRegel::Hobs), Shuffle(Data, Art),
-      Estimator(hRegel(fstMask), Data.mostAlleles()) {
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
-        for (std::size_t pop = 1; pop < tab.size(); ++pop) {
-            HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
-        }
-    }
-    for (ShuffleTable& table : Tables) {
-        table.resize(Data.mostAlleles());
-    }
-}
-
-// The components of a locus in the last deal.
-std::optional<Varianz> PairTest::components(std::size_t pop1, std::size_t pop2,
-                                            const CodedSample& sample, std::size_t l) {
-    if (ByRest && Shuffle.paired()) {
-        return Estimator.componentsOfDeal(sample.locus(l), sample.table(pop1, l),
-                                          sample.table(pop2, l), Shuffle.places(0),
-                                          Shuffle.places(1));
-    }
-    Shuffle.count(sample.locus(l), Tables[0], Tables[1]);
-    return Estimator.components(Tables[0], Tables[1]);
-}
-
-FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
-    const auto pop1 = static_cast<std::size_t>(i);
-    const auto pop2 = static_cast<std::size_t>(j);
-    const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
-    FSummen sums;
-    if (Art.Linked && Data.loci() > 0) { // without loci there are no slots, either
-        Shuffle.deal(pop1, pop2);
-    }
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
-        std::optional<Varianz> v;
-        if (hasBoth(l, pop1, pop2)) {
-            if (!Art.Linked) {
-                Shuffle.deal(pop1, pop2);
-            }
-            v = components(pop1, pop2, sample, l);
-        }
-        if (v) {
-            sums.add(*v);
-        }
-        if (locusTable != nullptr) {
-            const std::optional<double> fst = v ? locusFst(*v) : std::nullopt;
-            (*locusTable)(static_cast<int32_t>(l), column) = fst.value_or(Undefined);
-        }
-    }
-    return sums.values(Undefined);
-}
-
-FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
-    const auto pop1 = static_cast<std::size_t>(i);
-    const auto pop2 = static_cast<std::size_t>(j);
-    FSummen sums;
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
-        if (!hasBoth(l, pop1, pop2)) {
-            continue;
-        }
-        const std::optional<Varianz> v =
-            Estimator.components(sample.table(pop1, l), sample.table(pop2, l));
-        if (v) {
-            sums.add(*v);
-        }
-    }
-    return sums.values(Undefined);
-}
 
 void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed,
                const FWerte& permuted) {

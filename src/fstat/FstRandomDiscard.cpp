@@ -4,6 +4,7 @@
 // compares. Mean and limits of the test statistic come with it.
 #include "control/Ausgabe.h"
 #include "fstat/FstPermutation.h"
+#include "fstat/PairTest.h"
 #include "fstat/TailList.h"
 #include "fstat/passes.h"
 #include "fstat/randsci.h"

@@ -6,7 +6,6 @@
 // the .xls sheets hold a row a population, name first, "n.d." where there is no value.
 #include "fstat/FstSheets.h"
 
-#include "distance/distancefile.h"
 #include "output/sheet.h"
 #include "run/run.h"
 

@@ -1,6 +1,7 @@
 #include "fstat/Shuffle.h"
 
 #include "base/settings.h"
+#include "fstat/jackknife.h"
 #include "fstat/randsci.h"
 
 #include <algorithm>

@@ -3,6 +3,12 @@
 #include "data/lociclass.h"
 #include "output/resultfile.h"
 
+namespace {
+
+constexpr std::size_t kLabelWidth = 10; // characters of a population's label
+
+} // namespace
+
 void writeRealOrNd(ResultFile& f, double value) {
     if (value < 0) {
         writeNd(f);
@@ -57,4 +63,15 @@ void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat) {
 
 std::string sampleLabel(const Datensatz& daten, int p) {
     return p == 0 ? std::string("Total") : orEmpty(daten.GetPopName(p));
+}
+
+std::string padOrCut(const std::string& name, std::size_t width) {
+    if (name.size() >= width) {
+        return name.substr(0, width);
+    }
+    return std::string(width - name.size(), ' ') + name;
+}
+
+std::string populationLabel(const std::string& name) {
+    return padOrCut(name, kLabelWidth);
 }

@@ -3,6 +3,7 @@
 #ifndef KVA_OUTPUT_SHEET_H
 #define KVA_OUTPUT_SHEET_H
 
+#include <cstddef>
 #include <string>
 
 class Datensatz;
@@ -34,5 +35,11 @@ void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat);
 
 // The label of sample p: "Total" for 0, else the name of population p.
 std::string sampleLabel(const Datensatz& daten, int p);
+
+// printf's "%w.ws" of a name: filled up on the left, or cut.
+std::string padOrCut(const std::string& name, std::size_t width);
+
+// The label of a population's row: ten characters, filled up on the left or cut.
+std::string populationLabel(const std::string& name);
 
 #endif

@@ -1,6 +1,6 @@
 // Means of the sample statistics over the populations of a group.
 #include "data/lociclass.h"
-#include "stats/randomdiscard.h"
+#include "data/randomdiscard.h"
 
 #include <algorithm>
 

@@ -1,8 +1,7 @@
 // Random discard: a table with haploid entries holds pairs that are not
 // independent, so each individual is thinned to one allele chosen at random, and
 // the statistics of these one-copy samples are averaged over replicates.
-#include "stats/randomdiscard.h"
-
+#include "data/randomdiscard.h"
 #include "data/lociclass.h"
 #include "fstat/randsci.h"
 
@@ -102,30 +101,7 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
     return table;
 }
 
-// The mean of `sum` over the replicates, or the plain value.
-template <class Plain>
-double replicateMean(const AllelCount& table, double AllelCount::*sum, Plain plain) {
-    return table.isHaploid() && table.RDDurchlauf >= 1 ? table.*sum / table.RDDurchlauf : plain();
-}
-
 } // namespace
-
-double rdHet(const AllelCount& table) {
-    return replicateMean(table, &AllelCount::RDHet, [&] { return table.CalcHet(); });
-}
-
-double rdMean(const AllelCount& table) {
-    return replicateMean(table, &AllelCount::RDMean, [&] { return table.CalcMean(); });
-}
-
-double rdVar(const AllelCount& table, double mean) {
-    return replicateMean(table, &AllelCount::RDVar, [&] { return table.CalcVar(mean); });
-}
-
-double rdAlleles(const AllelCount& table) {
-    return replicateMean(table, &AllelCount::RDAlleleSumme,
-                         [&] { return table.AnzAllele > 0 ? double(table.AnzAllele) : -1.0; });
-}
 
 double Datensatz::CalcRDHet(AllelTabellen& tab, int pop, int locus, int replikate) const {
     return rdHet(replicated(*this, tab, pop, locus, replikate, Walk::pairs));

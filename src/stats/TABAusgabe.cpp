@@ -5,9 +5,9 @@
 //      Locus name	Pop.name	Het obs	...	Fis,Pop	Frequences
 //      fca8	P01	0.625000	...	0.137931	0.125000	0.875000
 #include "control/Ausgabe.h"
+#include "data/randomdiscard.h"
 #include "stats/NumberAllelesExp.h"
 #include "stats/passes.h"
-#include "stats/randomdiscard.h"
 #include "stats/statpass.h"
 
 namespace {

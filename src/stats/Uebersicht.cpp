@@ -10,10 +10,10 @@
 // entries, in the order of the cells.
 #include "control/Ausgabe.h"
 #include "data/CMatrix.h"
+#include "data/randomdiscard.h"
 #include "output/passfolder.h"
 #include "stats/NumberAllelesExp.h"
 #include "stats/passes.h"
-#include "stats/randomdiscard.h"
 #include "stats/statpass.h"
 
 #include <algorithm>

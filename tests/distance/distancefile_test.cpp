@@ -9,15 +9,6 @@ using namespace kva_test;
 
 // --- Labels ----------------------------------------------------------------------------
 
-TEST(DistanceLabel, PopulationNameIsCutAfterTenCharacters) {
-    EXPECT_EQ(populationLabel("ABCDEFGHIJKL"), "ABCDEFGHIJ");
-}
-
-TEST(DistanceLabel, ShortPopulationNameIsFilledUpOnTheLeft) {
-    EXPECT_EQ(populationLabel("ABC"), "       ABC");
-    EXPECT_EQ(populationLabel(""), "          ");
-}
-
 TEST(DistanceLabel, IndividualHasFiveCharactersAndThreeDigits) {
     EXPECT_EQ(individualLabel("ABCDEFG", 7), "ABCDE007");
     EXPECT_EQ(individualLabel("AB", 12), "   AB012");

@@ -50,41 +50,6 @@ std::vector<int32_t> range(int32_t first, int32_t n) {
 
 } // namespace
 
-TEST(CodedData, SlotsOfAllPopulationsStandInOneRow) {
-    LoadedRun run(kTwoPops);
-    const CodedData data(*run->Daten);
-    EXPECT_EQ(data.populations(), 2U);
-    EXPECT_EQ(data.slots(1), 4);
-    EXPECT_EQ(data.slotPlace(1), 5) << "behind the four of A and the missing one";
-    EXPECT_EQ(data.pairPlace(1), 2);
-    EXPECT_EQ(data.mostAlleles(), 3);
-    // L1: 100 102 104 are 1 2 3; A 100/102 100/100, B 102/104 104/104.
-    EXPECT_EQ(data.locus(0).Code, (std::vector<uint32_t>{1, 2, 1, 1, 0, 2, 3, 3, 3, 0}));
-    EXPECT_EQ(data.locus(0).Pairs[2].First, 2U);
-    EXPECT_EQ(data.locus(0).Pairs[2].Second, 3U);
-    EXPECT_EQ(data.locus(0).Pairs[2].Sum.Hetero, 1);
-}
-
-TEST(CodedData, InbredEntriesWeighOne) {
-    LoadedRun run(kInbredPop);
-    const CodedData data(*run->Daten);
-    EXPECT_EQ(data.locus(0).Weight[0], 2);
-    EXPECT_EQ(data.locus(0).Weight[5], 1);
-    EXPECT_EQ(data.locus(0).Pairs[2].Sum.Weight, 2);
-}
-
-TEST(CodedData, ReadThroughASheet) {
-    LoadedRun run(kTwoPops);
-    const CodedData data(*run->Daten);
-    CodedData out = data;
-    const SlotSheet sheet(2, {{1, 1, -1, -1}, {3, 2, 1, 4}});
-    data.readThrough(sheet, out);
-    EXPECT_EQ(out.locus(0).Code, (std::vector<uint32_t>{2, 2, 0, 0, 0, 3, 3, 3, 0, 0}))
-        << "-1 and the slot behind the last are missing";
-    EXPECT_EQ(out.locus(0).Pairs[0].First, 2U) << "pairs follow";
-    EXPECT_EQ(out.locus(0).Pairs[1].Sum.Typed, 0);
-}
-
 TEST(ShuffleTable, EmptyTableHasNoStatistics) {
     ShuffleTable table;
     table.resize(3);
@@ -148,48 +113,4 @@ TEST(ShuffleTable, CopiesOfSeveralTablesKeepTheOrderOfAppearance) {
     EXPECT_EQ(pool.count(2), 2);
     EXPECT_EQ(pool.tally().Copies, 8);
     EXPECT_EQ(pool.CalcHetuk(), 42.0 / 64.0);
-}
-
-TEST(PairEstimator, TheRestOfADealCountsAsTheSecondSample) {
-    for (uint32_t seed = 0; seed < 40; ++seed) {
-        SCOPED_TRACE(seed);
-        LoadedRun run(randomFstData(seed));
-        const CodedData data(*run->Daten);
-        if (data.populations() < 2 || data.slots(0) % 2 != 0 || data.slots(1) % 2 != 0) {
-            continue;
-        }
-        std::mt19937 stream(seed);
-        const int32_t pairs1 = data.slots(0) / 2;
-        std::vector<int32_t> places = range(0, pairs1 + data.slots(1) / 2);
-        std::shuffle(places.begin(), places.end(), stream);
-        const auto deal = std::span<const int32_t>(places);
-        const auto sample1 = deal.first(static_cast<std::size_t>(pairs1));
-        const auto sample2 = deal.subspan(static_cast<std::size_t>(pairs1));
-        PairEstimator estimator(HRegel::Hobs, data.mostAlleles());
-        ShuffleTable t1;
-        ShuffleTable t2;
-        ShuffleTable whole1;
-        ShuffleTable whole2;
-        for (ShuffleTable* table : {&t1, &t2, &whole1, &whole2}) {
-            table->resize(data.mostAlleles());
-        }
-        for (std::size_t l = 0; l < data.loci(); ++l) {
-            for (ShuffleTable* table : {&t1, &t2, &whole1, &whole2}) {
-                table->clear();
-            }
-            t1.addPairs(data.locus(l), sample1);
-            t2.addPairs(data.locus(l), sample2);
-            whole1.addSlots(data.locus(l), range(data.slotPlace(0), data.slots(0)));
-            whole2.addSlots(data.locus(l), range(data.slotPlace(1), data.slots(1)));
-            const auto counted = estimator.components(t1, t2);
-            const auto rest =
-                estimator.componentsOfDeal(data.locus(l), whole1, whole2, sample1, sample2);
-            ASSERT_EQ(counted.has_value(), rest.has_value());
-            if (counted) {
-                EXPECT_EQ(counted->a, rest->a);
-                EXPECT_EQ(counted->b, rest->b);
-                EXPECT_EQ(counted->c, rest->c);
-            }
-        }
-    }
 }

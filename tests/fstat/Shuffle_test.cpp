@@ -3,7 +3,7 @@
 #include "fstat/Shuffle.h"
 
 #include "data/lociclass.h"
-#include "fstat/MakeMix.h"
+#include "fstat/plain/MakeMix.h"
 #include "fstat/randsci.h"
 
 #include <gtest/gtest.h>

@@ -98,3 +98,12 @@ TEST(Sheet, SampleZeroIsTheTotal) {
     EXPECT_EQ(sampleLabel(daten, 1), "North");
     EXPECT_EQ(sampleLabel(daten, 2), "South");
 }
+
+TEST(PopulationLabel, IsCutAfterTenCharacters) {
+    EXPECT_EQ(populationLabel("ABCDEFGHIJKL"), "ABCDEFGHIJ");
+}
+
+TEST(PopulationLabel, ShortNameIsFilledUpOnTheLeft) {
+    EXPECT_EQ(populationLabel("ABC"), "       ABC");
+    EXPECT_EQ(populationLabel(""), "          ");
+}

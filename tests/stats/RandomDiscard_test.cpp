@@ -1,5 +1,5 @@
 // The random-discard drivers, their draws replayed by a generator of the test's own.
-#include "stats/randomdiscard.h"
+#include "data/randomdiscard.h"
 
 #include "fstat/randsci.h"
 #include "stats/statsupport.h"

@@ -1,5 +1,6 @@
-#include "fstat/MakeMix.h"
+#include "fstat/plain/MakeMix.h"
 
+#include "fstat/jackknife.h"
 #include "fstat/randsci.h"
 
 #include <algorithm>
@@ -8,10 +9,6 @@
 namespace {
 
 constexpr int32_t kMissing = -1;
-constexpr long kJackknifeFrom = 6;      // slots from which a population is jackknifed
-constexpr double kJackknifeShare = 0.1; // of the individuals; JackknifeAnteil has no say here
-constexpr double kJackknifeMost = 80.0; // from here on the number left out is fixed
-constexpr long kJackknifeLimit = 158;   // slots left out then
 
 // A drawn sample that is being filled.
 struct Sample {
@@ -84,25 +81,6 @@ struct GlobalPlaces {
 };
 
 } // namespace
-
-long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot) {
-    const std::vector<long>& slots =
-        sheet[static_cast<std::size_t>(locus)][static_cast<std::size_t>(pop)];
-    return slot >= 0 && slot < static_cast<long>(slots.size())
-               ? slots[static_cast<std::size_t>(slot)]
-               : kMissing;
-}
-
-long jackknifedSlots(long slots) {
-    if (slots < kJackknifeFrom) {
-        return slots;
-    }
-    const double r = static_cast<double>(slots / 2) * kJackknifeShare;
-    if (r < 1.0) {
-        return slots - 2;
-    }
-    return slots - (r < kJackknifeMost ? 2 * static_cast<long>(r) : kJackknifeLimit);
-}
 
 int MakeMix2(int permutation, int genotypes, int /*linked*/, int jackknife, long nA, long nB,
              long pop1, long pop2, SampleMap& map1, SampleMap& map2, std::vector<int32_t>& buffer) {

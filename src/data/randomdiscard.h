@@ -1,8 +1,8 @@
 // Values of a table after its random-discard replicates: the mean over the
 // replicates if the table holds haploid entries and at least one replicate ran,
 // else the plain value. -1.0 if there is none, as in AllelCount.
-#ifndef KVA_STATS_RANDOMDISCARD_H
-#define KVA_STATS_RANDOMDISCARD_H
+#ifndef KVA_DATA_RANDOMDISCARD_H
+#define KVA_DATA_RANDOMDISCARD_H
 
 class AllelCount;
 

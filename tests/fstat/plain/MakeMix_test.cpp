@@ -1,5 +1,5 @@
 // The plain shuffles, replayed by hand. Draws are those of seed 1, see fstatsupport.h.
-#include "fstat/MakeMix.h"
+#include "fstat/plain/MakeMix.h"
 
 #include "fstat/fstatsupport.h"
 #include "fstat/randsci.h"
@@ -41,19 +41,6 @@ std::multiset<std::pair<int, int>> sources(const Deal& deal) {
 }
 
 } // namespace
-
-// --- Jackknifing -----------------------------------------------------------------------
-
-TEST(JackknifedSlots, LeavesOutATenthOfTheIndividuals) {
-    EXPECT_EQ(jackknifedSlots(5), 5) << "five slots or fewer keep all";
-    EXPECT_EQ(jackknifedSlots(0), 0);
-    EXPECT_EQ(jackknifedSlots(6), 4) << "0.3 individuals: one";
-    EXPECT_EQ(jackknifedSlots(18), 16) << "0.9 individuals: one";
-    EXPECT_EQ(jackknifedSlots(40), 36) << "two of twenty";
-    EXPECT_EQ(jackknifedSlots(59), 55) << "2.9 individuals: two";
-    EXPECT_EQ(jackknifedSlots(2000), 1842) << "79 individuals at most";
-    EXPECT_EQ(jackknifedSlots(1600), 1442) << "80.0 is not below 80";
-}
 
 // --- MakeMix2 --------------------------------------------------------------------------
 
@@ -302,11 +289,4 @@ TEST(MakeMixGlobal, TinyDataStayInside) {
             }
         }
     }
-}
-
-TEST(SheetSlot, SlotsOutsideAreMissing) {
-    const SlotSheet sheet{{{4, 5}, {6}}};
-    EXPECT_EQ(sheetSlot(sheet, 0, 0, 1), 5);
-    EXPECT_EQ(sheetSlot(sheet, 0, 1, 1), -1);
-    EXPECT_EQ(sheetSlot(sheet, 0, 1, -1), -1);
 }

@@ -1,24 +1,16 @@
 // The shuffles of the permutation tests: which source slot goes to which place of
 // the drawn samples. Populations and slots count from 0.
 //
-// These functions are the plain reading; the tests of all pairs and of all
-// populations run on the faster Shuffle.h, which makes the same draws.
-#ifndef KVA_FSTAT_MAKEMIX_H
-#define KVA_FSTAT_MAKEMIX_H
+// The plain reading, which only the tests reach: the program shuffles with Shuffle.h, which is
+// faster and makes the same draws, and the tests hold the two together.
+#ifndef KVA_FSTAT_PLAIN_MAKEMIX_H
+#define KVA_FSTAT_PLAIN_MAKEMIX_H
 
 #include "data/slotmaps.h"
 
 #include <cstdint>
 #include <span>
 #include <vector>
-
-// The source of `slot` in a sheet; -1 for a slot outside the population.
-long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot);
-
-// The slots of a population of `slots` that take part in a shuffle under jackknifing:
-// all but those of a tenth of the individuals, of 1 to 79. Populations of 5 slots or
-// fewer keep all.
-long jackknifedSlots(long slots);
 
 // Deals the slots of two populations of nA and nB slots into two maps of the same
 // sizes. Each map has room for its sample.

@@ -2,9 +2,10 @@
 // out anew (MakeMix.h) and counted into tables in the order of the deal, which is the
 // order in which a later sum over alleles runs.
 //
-// The plain reading of what ShuffleTable.h does faster in the test loops.
+// The plain reading, which only the tests reach, of what ShuffleTable.h does faster in the loops of
+// the program.
 #include "data/lociclass.h"
-#include "fstat/MakeMix.h"
+#include "fstat/plain/MakeMix.h"
 #include "fstat/randsci.h"
 
 namespace {

@@ -1,0 +1,94 @@
+// A data set in codes, made for resampling: an allele is a small number, so that counting needs no
+// search, and all loci share the places of their slots.
+#ifndef KVA_DATA_CODEDDATA_H
+#define KVA_DATA_CODEDDATA_H
+
+#include "data/slotmaps.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+class Datensatz;
+
+// The code of missing data; alleles count from 1.
+constexpr uint32_t kMissingCode = 0;
+
+// What a sample adds up to besides its alleles.
+struct Tally {
+    int32_t Copies = 0; // gene copies: AnzGesamt, 0 where that is -1
+    int32_t Weight = 0; // AnzChromosomen, likewise
+    int32_t Typed = 0;  // AnzTypisiert
+    int32_t Hetero = 0; // AnzHetero
+
+    void operator+=(const Tally& other) {
+        Copies += other.Copies;
+        Weight += other.Weight;
+        Typed += other.Typed;
+        Hetero += other.Hetero;
+    }
+    void operator-=(const Tally& other) {
+        Copies -= other.Copies;
+        Weight -= other.Weight;
+        Typed -= other.Typed;
+        Hetero -= other.Hetero;
+    }
+
+    // As AllelCount::CalcHetobs.
+    double CalcHetobs() const { return Weight <= 1 || Typed <= 1 ? -1.0 : Hetero / (Typed * 0.5); }
+};
+
+// The tally of two entries in turn, given by their codes and weights.
+Tally tallyPair(uint32_t first, int32_t firstWeight, uint32_t second, int32_t secondWeight);
+
+// Two entries that are counted as one individual.
+struct CodedPair {
+    uint32_t First = 0; // allele codes, 0: missing
+    uint32_t Second = 0;
+    Tally Sum; // of this individual
+};
+
+// One locus in codes: 0 is missing data, the alleles are 1..Alleles.
+//
+// The slots of all populations stand in one row, population after population, each
+// followed by one that reads as missing; see CodedData for the places.
+struct CodedLocus {
+    int32_t Alleles = 0;
+    std::vector<uint32_t> Code;   // by place
+    std::vector<int32_t> Weight;  // by place: 2; 1 for an entry flagged haploid
+    std::vector<CodedPair> Pairs; // by pair place
+
+    // Sets the pairs from the slots of a population of `slots`, of which an odd last one
+    // belongs to no pair.
+    void pairUp(int32_t slotPlace, int32_t pairPlace, int32_t slots);
+};
+
+// All loci in codes. Populations, loci and slots count from 0.
+class CodedData {
+  public:
+    explicit CodedData(const Datensatz& daten);
+
+    // This data set with each slot read where the sheet sends it. `out` is a copy of
+    // this object or an earlier result.
+    void readThrough(const SlotSheet& sheet, CodedData& out) const;
+
+    std::size_t populations() const { return Slots.size(); }
+    std::size_t loci() const { return Loci.size(); }
+    const CodedLocus& locus(std::size_t l) const { return Loci[l]; }
+    int32_t slots(std::size_t pop) const { return Slots[pop]; }
+
+    // Place of slot 0 of a population; the place behind its last slot reads as missing.
+    int32_t slotPlace(std::size_t pop) const { return SlotPlace[pop]; }
+    // Place of the first pair of a population.
+    int32_t pairPlace(std::size_t pop) const { return PairPlace[pop]; }
+
+    int32_t mostAlleles() const; // of any locus
+
+  private:
+    std::vector<int32_t> Slots;     // per population
+    std::vector<int32_t> SlotPlace; // per population
+    std::vector<int32_t> PairPlace; // per population
+    std::vector<CodedLocus> Loci;
+};
+
+#endif

@@ -1,0 +1,46 @@
+// The estimator of the permutation tests of pairs, on the tables made for speed.
+#ifndef KVA_FSTAT_PAIRESTIMATOR_H
+#define KVA_FSTAT_PAIRESTIMATOR_H
+
+#include "fstat/ShuffleTable.h"
+#include "fstat/wc84.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+// The components of variance of a pair's locus; twin of the plain reading in
+// FstPair.cpp. The object holds the room.
+class PairEstimator {
+  public:
+    PairEstimator(HRegel regel, int32_t mostAlleles);
+
+    std::optional<Varianz> components(const ShuffleTable& t1, const ShuffleTable& t2);
+
+    // The same for two populations that were dealt out anew as whole individuals, given by
+    // their pair places, each once. whole1, whole2: the tables of the populations. The second
+    // sample is not counted: it is what the first one leaves over. The rule must be Hobs.
+    std::optional<Varianz> componentsOfDeal(const CodedLocus& locus, const ShuffleTable& whole1,
+                                            const ShuffleTable& whole2,
+                                            std::span<const int32_t> places1,
+                                            std::span<const int32_t> places2);
+
+  private:
+    // Writes the counts of an allele behind those before.
+    void put(int32_t count1, int32_t count2) {
+        Counts1[Found] = count1;
+        Counts2[Found] = count2;
+        ++Found;
+    }
+    std::optional<Varianz> estimate(const Tally& t1, const Tally& t2, double H1, double H2);
+
+    HRegel Regel;
+    ShuffleTable Drawn;           // the first sample of a deal
+    std::size_t Found = 0;        // alleles in the lists
+    std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step
+    std::vector<int32_t> Counts2;
+};
+
+#endif

@@ -1,0 +1,21 @@
+#include "fstat/jackknife.h"
+
+namespace {
+
+constexpr long kJackknifeFrom = 6;      // slots from which a population is jackknifed
+constexpr double kJackknifeShare = 0.1; // of the individuals; JackknifeAnteil has no say here
+constexpr double kJackknifeMost = 80.0; // from here on the number left out is fixed
+constexpr long kJackknifeLimit = 158;   // slots left out then
+
+} // namespace
+
+long jackknifedSlots(long slots) {
+    if (slots < kJackknifeFrom) {
+        return slots;
+    }
+    const double r = static_cast<double>(slots / 2) * kJackknifeShare;
+    if (r < 1.0) {
+        return slots - 2;
+    }
+    return slots - (r < kJackknifeMost ? 2 * static_cast<long>(r) : kJackknifeLimit);
+}

@@ -1,0 +1,10 @@
+// Jackknifing: the share of a population that takes part in a shuffle.
+#ifndef KVA_FSTAT_JACKKNIFE_H
+#define KVA_FSTAT_JACKKNIFE_H
+
+// The slots of a population of `slots` that take part in a shuffle under jackknifing:
+// all but those of a tenth of the individuals, of 1 to 79. Populations of 5 slots or
+// fewer keep all.
+long jackknifedSlots(long slots);
+
+#endif

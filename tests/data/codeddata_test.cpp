@@ -1,0 +1,46 @@
+#include "data/codeddata.h"
+
+#include "data/lociclass.h"
+#include "support/datasets.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+using kva_test::kInbredPop;
+using kva_test::kTwoPops;
+using kva_test::LoadedRun;
+
+TEST(CodedData, SlotsOfAllPopulationsStandInOneRow) {
+    LoadedRun run(kTwoPops);
+    const CodedData data(*run->Daten);
+    EXPECT_EQ(data.populations(), 2U);
+    EXPECT_EQ(data.slots(1), 4);
+    EXPECT_EQ(data.slotPlace(1), 5) << "behind the four of A and the missing one";
+    EXPECT_EQ(data.pairPlace(1), 2);
+    EXPECT_EQ(data.mostAlleles(), 3);
+    // L1: 100 102 104 are 1 2 3; A 100/102 100/100, B 102/104 104/104.
+    EXPECT_EQ(data.locus(0).Code, (std::vector<uint32_t>{1, 2, 1, 1, 0, 2, 3, 3, 3, 0}));
+    EXPECT_EQ(data.locus(0).Pairs[2].First, 2U);
+    EXPECT_EQ(data.locus(0).Pairs[2].Second, 3U);
+    EXPECT_EQ(data.locus(0).Pairs[2].Sum.Hetero, 1);
+}
+
+TEST(CodedData, InbredEntriesWeighOne) {
+    LoadedRun run(kInbredPop);
+    const CodedData data(*run->Daten);
+    EXPECT_EQ(data.locus(0).Weight[0], 2);
+    EXPECT_EQ(data.locus(0).Weight[5], 1);
+    EXPECT_EQ(data.locus(0).Pairs[2].Sum.Weight, 2);
+}
+
+TEST(CodedData, ReadThroughASheet) {
+    LoadedRun run(kTwoPops);
+    const CodedData data(*run->Daten);
+    CodedData out = data;
+    const SlotSheet sheet(2, {{1, 1, -1, -1}, {3, 2, 1, 4}});
+    data.readThrough(sheet, out);
+    EXPECT_EQ(out.locus(0).Code, (std::vector<uint32_t>{2, 2, 0, 0, 0, 3, 3, 3, 0, 0}))
+        << "-1 and the slot behind the last are missing";
+    EXPECT_EQ(out.locus(0).Pairs[0].First, 2U) << "pairs follow";
+    EXPECT_EQ(out.locus(0).Pairs[1].Sum.Typed, 0);
+}
