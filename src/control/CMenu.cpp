@@ -11,6 +11,7 @@
 
 #include "control/CMenuEingabe.h"
 #include "control/frontend.h"
+#include "distance/measures.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -250,20 +251,13 @@ constexpr Taste kDistanzen[] = {
     {"sS", goTo<Menue::FStatistik>},
 };
 
+// The keys of the distances themselves stand with them: toggleMeasure.
 constexpr Taste kDistanzEinstellung[] = {
     {"cC", general<GeneralBit::PopDistances>},
     {"iI", general<GeneralBit::IndDistances>},
     {"lL", general<GeneralBit::MinusLog>},
     {"oO", dist<DistBit::PerLocus>},
     {"xX", dist<DistBit::Nexus>}, // wanted: the screen does not show this key
-    {"1", dist<DistBit::Dps>},
-    {"2", dist<DistBit::Dfs>},
-    {"3", dist<DistBit::Dad>},
-    {"4", dist<DistBit::Dkf>},
-    {"5", dist<DistBit::Dmu>},
-    {"6", dist<DistBit::D1>},
-    {"78", dist<DistBit::DcDa>},
-    {"9", dist<DistBit::D>},
     {"nN", ask<kBootstraps>},
     {"rR", ask<kBootLoci>},
     {"bB", goTo<Menue::Distanzen>},
@@ -337,6 +331,16 @@ bool press(CMenuAllg& menu, std::span<const Taste> keys, char pressed) {
     return true;
 }
 
+// The same for the key of a distance.
+bool toggleMeasure(CMenuAllg& menu, char pressed) {
+    const auto row = std::ranges::find(allMeasures(), pressed, &Measure::Key);
+    if (menu.MenuNummer != Menue::DistanzEinstellung || row == allMeasures().end()) {
+        return false;
+    }
+    menu.PopDistMask ^= row->Bit;
+    return true;
+}
+
 } // namespace
 
 int CMenuAllg::Run(int arg) {
@@ -370,7 +374,8 @@ int CMenuAllg::AnalyseCommand(int /*arg*/) {
     if (taste == kQuit || taste == 'Q') {
         return 0;
     }
-    if (!press(*this, kEverywhere, taste) && !press(*this, keysOf(MenuNummer), taste)) {
+    if (!press(*this, kEverywhere, taste) && !press(*this, keysOf(MenuNummer), taste) &&
+        !toggleMeasure(*this, taste)) {
         std::cout << std::endl << "Unknown command!" << std::flush;
     }
     return -1;

@@ -17,6 +17,8 @@
 // spacing of the labels is the program's face.
 #include "control/CMenu.h"
 
+#include "distance/measures.h"
+
 #include <algorithm>
 #include <iostream>
 #include <span>
@@ -81,8 +83,12 @@ bool isHeterogeneity(const CMenuAllg& menu) {
 
 // --- States -----------------------------------------------------------------------------
 
+const char* onOffWord(uint32_t mask, uint32_t bit) {
+    return hasBit(mask, bit) ? "ON" : "OFF";
+}
+
 template <auto Wort, uint32_t Bit> void onOff(const CMenuAllg& menu) {
-    std::cout << (hasBit(menu.*Wort, Bit) ? "ON" : "OFF");
+    std::cout << onOffWord(menu.*Wort, Bit);
 }
 
 template <auto Wort, uint32_t Bit> void yesNo(const CMenuAllg& menu) {
@@ -280,15 +286,6 @@ constexpr Bildzeile kDistanzAuskunft[] = {
     {""},
     {"     (c) ... Pairwise populations distances calc: ", general<GeneralBit::PopDistances>},
     {"     (i) ... Pairwise individual distances calc : ", general<GeneralBit::IndDistances>},
-    {"  (1)    Dps, Proportion of shared allels : ", dist<DistBit::Dps>},
-    {"  (2)    Dfs, Fuzzy set similarity        : ", dist<DistBit::Dfs>},
-    {"  (3)    Dad, Absolute difference algorithm:", dist<DistBit::Dad>},
-    {"  (4)    Dkf, Kinship coefficient         : ", dist<DistBit::Dkf>},
-    {"  (5)    Dmu, Delta mu squared            : ", dist<DistBit::Dmu>},
-    {"  (6)    D1 , Average squared difference  : ", dist<DistBit::D1>},
-    {"  (7)    Dc , Chord distance              : ", dist<DistBit::DcDa>},
-    {"  (8)    Da , Nei's-distance (1983)       : ", dist<DistBit::DcDa>},
-    {"  (9)    D  , Nei standard genetic distance:", dist<DistBit::D>},
 };
 
 // Follows a label on its line.
@@ -348,6 +345,14 @@ void showData(const AnalyseDataObj& lauf) {
     std::cout << " Number of tests:\t\t" << (pops * pops - pops) / 2 << std::flush;
 }
 
+// A line for each distance, with its key and its state.
+void showMeasures(const CMenuAllg& menu) {
+    for (const Measure& measure : allMeasures()) {
+        std::cout << "  (" << measure.Key << ")    " << measure.MenuLine
+                  << onOffWord(menu.PopDistMask, measure.Bit) << '\n';
+    }
+}
+
 // Any key leads back.
 void showHelp() {
     std::cout << '\n' << kRule << '\n' << kHilfe << std::flush;
@@ -390,6 +395,7 @@ int CMenuAllg::WriteInformation(int was) {
         break;
     case Auskunft::Distanzen:
         writeLines(kDistanzAuskunft, *this);
+        showMeasures(*this);
         break;
     case Auskunft::FStatistik:
         writeLines(kFStatistikAuskunft, *this);

@@ -9,10 +9,13 @@
 // text that no row knows is skipped up to the next blank.
 #include "control/cczkva.h"
 
+#include "distance/measures.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -105,26 +108,9 @@ constexpr Schluesselwort kFstWords[] = {
     word("RD", fst<FstBit::RandomDiscard>),
 };
 
-// Wanted: no row knows "bl=", so the loci per bootstrap replicate keep their default.
+// Behind the names of the distances themselves: takeMeasure. Wanted: no row knows "bl=", so the
+// loci per bootstrap replicate keep their default.
 constexpr Schluesselwort kDistWords[] = {
-    word("POSA", dist<DistBit::Dps>),
-    word("posa", dist<DistBit::Dps>),
-    word("FSS", dist<DistBit::Dfs>),
-    word("fss", dist<DistBit::Dfs>),
-    word("ADA", dist<DistBit::Dad>),
-    word("ada", dist<DistBit::Dad>),
-    word("KSC", dist<DistBit::Dkf>),
-    word("ksc", dist<DistBit::Dkf>),
-    word("DMS", dist<DistBit::Dmu>),
-    word("dms", dist<DistBit::Dmu>),
-    word("ASD", dist<DistBit::D1>),
-    word("asd", dist<DistBit::D1>),
-    word("CAS", dist<DistBit::DcDa>),
-    word("cas", dist<DistBit::DcDa>),
-    word("DAN", dist<DistBit::DcDa>),
-    word("dan", dist<DistBit::DcDa>),
-    word("DSG", dist<DistBit::D>),
-    word("dsg", dist<DistBit::D>),
     word("population", general<GeneralBit::PopDistances>),
     word("p", general<GeneralBit::PopDistances>),
     word("individual", general<GeneralBit::IndDistances>),
@@ -188,13 +174,36 @@ bool takeKeyword(Optionslauf& lauf, std::span<const Schluesselwort> words) {
     return false;
 }
 
-void readKeywords(Optionslauf& lauf, std::span<const Schluesselwort> words) {
+std::string smallLetters(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](char c) { return static_cast<char>(c - 'A' + 'a'); });
+    return text;
+}
+
+// Takes away the name of a distance, in capitals or small letters, at the start of the text.
+bool takeMeasure(Optionslauf& lauf) {
+    for (const Measure& measure : allMeasures()) {
+        const std::string capitals = measure.Stem;
+        const std::string_view begin = std::string_view(lauf.Rest).substr(0, capitals.size());
+        if (begin == capitals || begin == smallLetters(capitals)) {
+            lauf.Kommando.DistWort |= measure.Bit;
+            take(lauf.Rest, capitals.size());
+            return true;
+        }
+    }
+    return false;
+}
+
+// `first`: is tried before the rows.
+void readKeywords(
+    Optionslauf& lauf, std::span<const Schluesselwort> words,
+    bool (*first)(Optionslauf&) = [](Optionslauf&) { return false; }) {
     while (!lauf.Rest.empty()) {
         dropBlanks(lauf.Rest);
         if (lauf.Rest == " ") {
             return;
         }
-        if (!takeKeyword(lauf, words)) {
+        if (!first(lauf) && !takeKeyword(lauf, words)) {
             const std::size_t blank = lauf.Rest.find(' ', 1);
             take(lauf.Rest, blank == std::string_view::npos ? blank : blank + 1);
         }
@@ -250,7 +259,7 @@ int readFst(Optionslauf& lauf) {
 
 // Wanted: the distances are computed only with `population` or `individual`.
 int readDist(Optionslauf& lauf) {
-    readKeywords(lauf, kDistWords);
+    readKeywords(lauf, kDistWords, takeMeasure);
     return 1;
 }
 

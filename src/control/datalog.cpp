@@ -22,6 +22,7 @@
 // Wanted: neither global nor pairwise Fst, nor F-beta, nor the word for individuals,
 // nor the heterozygosity range stands there.
 #include "control/AnalyseDataObj.h"
+#include "distance/measures.h"
 
 #include <span>
 
@@ -34,16 +35,8 @@ struct LogStueck {
     const char* Frei = ""; // while it is off
 };
 
-constexpr LogStueck kDistances[] = {
-    {DistBit::Dps, "Dps, Proportion of shared allels\n"},
-    {DistBit::Dfs, "Dfs, Fuzzy set similarity\n"},
-    {DistBit::Dad, "Dad, Absolute difference algorithm\n"},
-    {DistBit::Dkf, "Dkf, Kinship coefficient\n"},
-    {DistBit::Dmu, "Dmu, Delta mu squared\n"},
-    {DistBit::D1, "D1, Average squared difference\n"},
-    {DistBit::DcDa, "Dc , Chord distance (Cavalli-Sforza and Edwards (1967))\n"
-                    "Da , Nei's-distance (1983)\n"},
-    {DistBit::D, "D, Nei's standard genetic distance (1978) corrected for small sample size.\n"},
+// Behind the lines of the distances themselves.
+constexpr LogStueck kAfterDistances[] = {
     {DistBit::Rst, "Rst, Population subdivision with MS\n"},
 };
 
@@ -100,7 +93,10 @@ void writeRichness(ResultFile& log, int32_t geneCopies) {
 
 void writeDistances(ResultFile& log, const AnalyseSettings& settings, long bootstraps) {
     log.text("\nDistanz settings:\n");
-    writePieces(log, kDistances, settings.PopDistMask);
+    for (const Measure& measure : selectedMeasures(settings.PopDistMask)) {
+        log.print("%s\n", measure.LogLine);
+    }
+    writePieces(log, kAfterDistances, settings.PopDistMask);
     log.text(hasBit(settings.GeneralMask, GeneralBit::MinusLog)
                  ? "Distances are taken as -ln(P) [if possible]\n"
                  : "Distances are taken as 1-P [if possible]\n");

@@ -404,12 +404,12 @@ int AllelCount::RDEnd() {
         return 0;
     }
     if (AnzAllele == 1) {
-        AUSGABE(3, "2#");
+        AUSGABE(Message::DiscardMark, "2#");
         return 0;
     }
     if (RDDurchlauf < RDReplikate) {
         return 1;
     }
-    AUSGABE(3, "3#");
+    AUSGABE(Message::DiscardMark, "3#");
     return 0;
 }

@@ -195,7 +195,7 @@ struct Refusal {
 
 void tell(const std::string& file, const Refusal& refusal) {
     if (refusal.words == CatalogueWords::noMemory) {
-        AUSGABE(18, nullptr); // speaks of memory, also where nothing could be read
+        AUSGABE(Message::NoMemory); // speaks of memory, also where nothing could be read
     } else if (refusal.words == CatalogueWords::noLineEnd) {
         std::cout << "Error to detect NEWLINE" << std::endl;
     } else {
@@ -482,7 +482,7 @@ void readRows(LoadedData& data, RowWalk& walk) {
             name = tier.name;
             ++pop;
         }
-        AUSGABE(10, nullptr);
+        AUSGABE(Message::RowRead);
         batch.add(tier.alleles, tier.info, pop);
         // Wanted: this pass, unlike the first, also stops at a line end in a block's last place.
     } while (!walk.endsBlock() && walk.next());
@@ -541,7 +541,7 @@ int LoadedData::CheckDataFile(std::FILE* stream) {
         return -1;
     }
     if (Daten) {
-        AUSGABE(17, nullptr);
+        AUSGABE(Message::AlreadyChecked);
     }
     AnzLoci = AnzPop = MaxChromosomen = 0;
     DataWindow window(stream);
@@ -573,13 +573,13 @@ int LoadedData::GetDataFile(std::FILE* stream) {
     if (KopfZeilen == 3) {
         const struct {
             std::string_view row;
-            int message;
+            Message message;
             int (Datensatz::*store)(int, int);
-        } lengths[] = {{header.first.text, 15, &Datensatz::SetLociRepeatMuster},
-                       {header.second.text, 16, &Datensatz::SetLociRepeatRest}};
+        } lengths[] = {{header.first.text, Message::WrongRows, &Datensatz::SetLociRepeatMuster},
+                       {header.second.text, Message::WrongColumns, &Datensatz::SetLociRepeatRest}};
         for (const auto& length : lengths) {
             if (KopfSpalten != kHeadColumns) {
-                AUSGABE(length.message, nullptr);
+                AUSGABE(length.message);
                 return -3;
             }
             readLengths(*Daten, DatenFormat, length.row, length.store);
@@ -593,11 +593,11 @@ int LoadedData::GetDataFile(std::FILE* stream) {
         return -1;
     }
     if (rowTooLong(AnzLoci, DatenFormat)) {
-        AUSGABE(60, nullptr);
+        AUSGABE(Message::RowTooLong);
         return -1;
     }
-    AUSGABE(11, nullptr);
+    AUSGABE(Message::ReadingBegin);
     readRows(*this, walk);
-    AUSGABE(12, nullptr);
+    AUSGABE(Message::ReadingEnd);
     return 0;
 }

@@ -54,9 +54,9 @@ long runPass(Run& run, const DistanceKind& kind, long bootstraps, long (*engine)
     constexpr long kMost = std::numeric_limits<int32_t>::max();
     run.Bootstraps = static_cast<int32_t>(std::clamp(bootstraps, -kMost, kMost));
     if (hasBit(run.PopDistMask, DistBit::Engine)) {
-        AUSGABE(48, kind.Announcement);
+        AUSGABE(Message::DistanceBegin, kind.Announcement);
         (void)engine(run); // without a selected measure there is nothing to tell
-        AUSGABE(49, nullptr);
+        AUSGABE(Message::DistanceEnd);
     }
     run.LogEntry(kind.LogText);
     return 0;

@@ -58,7 +58,7 @@ long DistanceRun::run() {
     for (int32_t replicate = 0; replicate < Lauf.Bootstraps; ++replicate) {
         writeReplicate();
     }
-    AUSGABE(-1, nullptr);
+    AUSGABE(Message::ReplicateEnd);
     Sheets.close();
     return 0;
 }
@@ -85,11 +85,11 @@ void DistanceRun::writeReplicate() {
     for (RowSummer& sums : Sums) {
         ResultFile matrix = openMatrix(sums.measure(), "rb+");
         if (!matrix.isOpen()) {
-            AUSGABE(51, nullptr);
+            AUSGABE(Message::DistanceLost);
         }
         Matrices.write(matrix, sums, loci);
     }
-    AUSGABE(-1, nullptr);
+    AUSGABE(Message::ReplicateEnd);
 }
 
 // The loci of a replicate (from 0), with their marks on the console. They are drawn before
@@ -101,11 +101,11 @@ std::vector<int32_t> DistanceRun::drawLoci() {
     std::vector<int32_t> loci;
     for (int32_t pass = 0; pass < passes; ++pass) {
         if (bootstrapping() && Kind.PassNumber) {
-            AUSGABE(50, pass);
-            AUSGABE(50, " ");
+            AUSGABE(Message::DistanceMark, pass);
+            AUSGABE(Message::DistanceMark, " ");
         }
         loci.push_back(bootstrapping() ? drawIndex(available) : pass);
-        AUSGABE(50, Kind.PassMark);
+        AUSGABE(Message::DistanceMark, Kind.PassMark);
     }
     return loci;
 }

@@ -186,16 +186,31 @@ double normalizedIdentity(const PairSums& sums) {
 // --- The table ---------------------------------------------------------------------------
 
 constexpr Measure kMeasures[] = {
-    // bit, stem, index, layers, value of a locus, adding it, value of the sums, cells
-    {DistBit::Dps, "POSA", 0, 1, nullptr, addAlleles<smaller>, mean, Walk::Similarity},
-    {DistBit::Dfs, "FSS", 0, 1, sharedAlleles, addAlleleCounts, mean, Walk::Similarity},
-    {DistBit::Dad, "ADA", 0, 1, absoluteDifferences, addMeanValues, mean, Walk::Distance},
-    {DistBit::Dkf, "KSC", 0, 1, nullptr, addAlleles<product>, mean, Walk::Similarity},
-    {DistBit::Dmu, "DMS", 0, 1, squaredDifferences, addMeanValues, mean, Walk::Distance},
-    {DistBit::D1, "ASD", 0, 1, averageSquaredDifferences, addMeanValues, mean, Walk::Distance},
-    {DistBit::DcDa, "CAS", 0, 1, chords, addTypedValues, chordDistance, Walk::Distance},
-    {DistBit::DcDa, "DAN", 1, 1, cosines, addTypedValues, oneMinusMean, Walk::Distance},
-    {DistBit::D, "DSG", 0, 2, nullptr, addIdentities, normalizedIdentity, Walk::Nei},
+    // bit, stem, key, line of the menu, line of the log,
+    // index, layers, value of a locus, adding it, value of the sums, cells
+    {DistBit::Dps, "POSA", '1',
+     "Dps, Proportion of shared allels : ", "Dps, Proportion of shared allels", 0, 1, nullptr,
+     addAlleles<smaller>, mean, CellKind::Similarity},
+    {DistBit::Dfs, "FSS", '2', "Dfs, Fuzzy set similarity        : ", "Dfs, Fuzzy set similarity",
+     0, 1, sharedAlleles, addAlleleCounts, mean, CellKind::Similarity},
+    {DistBit::Dad, "ADA", '3',
+     "Dad, Absolute difference algorithm:", "Dad, Absolute difference algorithm", 0, 1,
+     absoluteDifferences, addMeanValues, mean, CellKind::Distance},
+    {DistBit::Dkf, "KSC", '4', "Dkf, Kinship coefficient         : ", "Dkf, Kinship coefficient", 0,
+     1, nullptr, addAlleles<product>, mean, CellKind::Similarity},
+    {DistBit::Dmu, "DMS", '5', "Dmu, Delta mu squared            : ", "Dmu, Delta mu squared", 0, 1,
+     squaredDifferences, addMeanValues, mean, CellKind::Distance},
+    {DistBit::D1, "ASD", '6',
+     "D1 , Average squared difference  : ", "D1, Average squared difference", 0, 1,
+     averageSquaredDifferences, addMeanValues, mean, CellKind::Distance},
+    {DistBit::DcDa, "CAS", '7', "Dc , Chord distance              : ",
+     "Dc , Chord distance (Cavalli-Sforza and Edwards (1967))", 0, 1, chords, addTypedValues,
+     chordDistance, CellKind::Distance},
+    {DistBit::DcDa, "DAN", '8', "Da , Nei's-distance (1983)       : ", "Da , Nei's-distance (1983)",
+     1, 1, cosines, addTypedValues, oneMinusMean, CellKind::Distance},
+    {DistBit::D, "DSG", '9', "D  , Nei standard genetic distance:",
+     "D, Nei's standard genetic distance (1978) corrected for small sample size.", 0, 2, nullptr,
+     addIdentities, normalizedIdentity, CellKind::Nei},
 };
 
 // --- Cells -------------------------------------------------------------------------------
@@ -205,12 +220,12 @@ double fromSimilarity(double similarity, bool minusLog) {
 }
 
 double countedLoci(const Measure& measure, const PairSums& sums) {
-    return measure.Cells == Walk::Nei ? sums.Nenner2 : sums.Nenner;
+    return measure.Cells == CellKind::Nei ? sums.Nenner2 : sums.Nenner;
 }
 
 // The sum that is 0 where the samples share no allele.
 double sharedSum(const Measure& measure, const PairSums& sums) {
-    return measure.Cells == Walk::Nei ? sums.Nenner : sums.Summe;
+    return measure.Cells == CellKind::Nei ? sums.Nenner : sums.Summe;
 }
 
 } // namespace
@@ -247,14 +262,14 @@ CellPair matrixCells(const Measure& measure, const PairSums& sums, const CellRul
     if (!(countedLoci(measure, sums) > 0.0)) {
         return {rules.Fehlerwert, rules.Fehlerwert};
     }
-    if (measure.Cells == Walk::Distance) {
+    if (measure.Cells == CellKind::Distance) {
         const double value = measure.Close(sums);
         return {value, value};
     }
     if (rules.MinusLog && sharedSum(measure, sums) == 0.0) {
         // Wanted: under -ln the upper cell of Nei's distance looks for the pair in the empty
         // lower triangle, finds no locus there, and tells so.
-        const bool lost = measure.Cells == Walk::Nei;
+        const bool lost = measure.Cells == CellKind::Nei;
         return {lost ? rules.Fehlerwert : rules.Unendlich, rules.Unendlich};
     }
     const double value = fromSimilarity(measure.Close(sums), rules.MinusLog);
@@ -267,7 +282,7 @@ std::optional<double> sheetCell(const Measure& measure, const PairSums& sums,
         return std::nullopt;
     }
     const double value = measure.Close(sums);
-    if (measure.Cells != Walk::Distance) {
+    if (measure.Cells != CellKind::Distance) {
         return fromSimilarity(value, rules.MinusLog);
     }
     // Wanted: a difference of -1 counts as none. With a variance of -1.0 it can come out.

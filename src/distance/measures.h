@@ -58,18 +58,23 @@ struct LocusRow {
 };
 
 // How a cell is made of the value that comes out of the sums.
-enum class Walk {
+enum class CellKind {
     Similarity, // 1 - value, or -ln(value); a pair without a counted locus has no value
     Distance,   // the value as it is
     Nei         // as Similarity, with the loci counted in Nenner2; under -ln the two triangles
                 // differ
 };
 
+// A row of the catalogue of distances, which the command line, the menu and its screens, the log
+// and the engines read. A new distance is a row here, with its formula, and a bit of DistBit.
 struct Measure {
-    uint32_t Bit;     // in PopDistMask; outputs of one bit are always together
-    const char* Stem; // of its files
-    int Index;        // of the output within its bit
-    int32_t Layers;   // of DistSumme and DistNenner in use
+    uint32_t Bit;         // in PopDistMask; outputs of one bit are always together
+    const char* Stem;     // of its files; also its keyword of -dist, in capitals or small letters
+    char Key;             // in the menu of the distance settings
+    const char* MenuLine; // what the screen shows between the key and the state
+    const char* LogLine;  // in the head of the log
+    int Index;            // of the output within its bit
+    int32_t Layers;       // of DistSumme and DistNenner in use
 
     // value[j] for each pair (I, j), j > I: what the locus adds to the pair as one number, the
     // same whenever it is drawn; 0.0 for a pair that the locus does not count for. Null where a
@@ -82,7 +87,7 @@ struct Measure {
     // The value of a pair from its sums, for one locus or for many. At least one is counted.
     double (*Close)(const PairSums& sums);
 
-    Walk Cells;
+    CellKind Cells;
 };
 
 // All nine in the order of the output.

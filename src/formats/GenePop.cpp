@@ -232,8 +232,8 @@ void writePopulation(Dateien& files, const Datensatz& data, int pop, const Allel
     files.Genepop.text("POP\n");
     files.GenepopRD.text("POP\n");
     const int individuals = data.GetAnzTiere(pop);
-    AUSGABE(66, pop);
-    AUSGABE(67, individuals);
+    AUSGABE(Message::ExportedPopulation, pop);
+    AUSGABE(Message::ExportedIndividuals, individuals);
     for (int ind = 0; ind < individuals; ++ind) {
         writeLine(files.Genepop, data.MakeGenePopLine(pop, ind, 1, 0, pool, lines));
         writeLine(files.GenepopRD, *lines.GenepopRD);
@@ -284,7 +284,7 @@ long writeGenepop(Run& run) {
     if (run.PopAllele.empty()) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
-    AUSGABE(61, nullptr);
+    AUSGABE(Message::GenepopBegin);
     PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
@@ -301,6 +301,6 @@ long writeGenepop(Run& run) {
     }
     files = {};
     run.LogEntry("Make Genepop files...\n     and datasheet convertion...");
-    AUSGABE(62, nullptr);
+    AUSGABE(Message::GenepopEnd);
     return 0;
 }

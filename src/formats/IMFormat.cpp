@@ -134,7 +134,7 @@ ResultFile openIMPair(Run& run, int i, int j, const std::string& nameI, const st
     }
     const int common = countCommonLoci(tablesOf(run, i), tablesOf(run, j));
     if (common == 0) {
-        AUSGABE(104, fileName.c_str());
+        AUSGABE(Message::NoCommonLocus, fileName.c_str());
         return file;
     }
     file.print("File '%s' converted by KVAnalyzer\n", run.DateiKurzName.c_str());
@@ -173,7 +173,7 @@ long writeIMFormat(Run& run) {
     if (run.PopAllele.empty()) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
-    AUSGABE(100, nullptr);
+    AUSGABE(Message::IMBegin);
     PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
@@ -184,11 +184,11 @@ long writeIMFormat(Run& run) {
         return inner != 0 ? inner : 1;
     }
     if (!writePairs(run, stepWidths(*run.Daten, run.PopAllele.front()))) {
-        AUSGABE(103, nullptr);
+        AUSGABE(Message::IMLost);
         folder.stay();
         return -2;
     }
     run.LogEntry("Create IM-formated population pair files");
-    AUSGABE(102, nullptr);
+    AUSGABE(Message::IMEnd);
     return 0;
 }

@@ -115,7 +115,7 @@ long readIMInfo(Run& run, std::FILE* stream) {
         return -1;
     }
     if (run.KopfZeilen == 3 && run.KopfSpalten != 3) {
-        AUSGABE(15, nullptr);
+        AUSGABE(Message::WrongRows);
         return -3;
     }
     const std::optional<std::size_t> position =
@@ -125,7 +125,7 @@ long readIMInfo(Run& run, std::FILE* stream) {
         return -1;
     }
     if (rowTooLong(run.AnzLoci, run.DatenFormat)) {
-        AUSGABE(60, nullptr);
+        AUSGABE(Message::RowTooLong);
         return -1;
     }
     readRows(run, window, static_cast<int64_t>(*position));

@@ -42,7 +42,7 @@ long writeOtherFormats(Run& run) {
     if (run.PopAllele.empty()) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
-    AUSGABE(68, nullptr);
+    AUSGABE(Message::FormatsBegin);
     PassFolder folder(run, Ordner::FormatsData);
     if (!folder.entered()) {
         return folder.status();
@@ -63,6 +63,6 @@ long writeOtherFormats(Run& run) {
         }
     }
     writeLog(run.LogDatei, run.GeneralMask);
-    AUSGABE(70, nullptr);
+    AUSGABE(Message::FormatsEnd);
     return 0;
 }

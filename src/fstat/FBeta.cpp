@@ -156,7 +156,7 @@ int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& /*bet
 }
 
 int fBeta(Run& run) {
-    AUSGABE(90, nullptr);
+    AUSGABE(Message::BetaBegin);
     CMatrix beta;
     CMatrix betaN;
     CMatrix betaW;

@@ -14,7 +14,7 @@ constexpr uint32_t kLocusTableBits = FstBit::LocusTable | FstBit::Heterogeneity;
 constexpr uint32_t kThinningBits = FstBit::RandomDiscard | FstBit::Jackknife;
 
 // Tells the start of a computation once for each heterozygosity that is on.
-void announce(uint32_t fstMask, int code) {
+void announce(uint32_t fstMask, Message message) {
     constexpr struct {
         uint32_t bit;
         const char* text;
@@ -25,7 +25,7 @@ void announce(uint32_t fstMask, int code) {
     };
     for (const auto& rule : rules) {
         if (hasBit(fstMask, rule.bit)) {
-            AUSGABE(code, rule.text);
+            AUSGABE(message, rule.text);
         }
     }
 }
@@ -38,7 +38,7 @@ CMatrix newLocusTable(int32_t loci, int32_t pops) {
 }
 
 int lostFile() {
-    AUSGABE(55, nullptr);
+    AUSGABE(Message::PairsLost);
     return -1;
 }
 
@@ -96,7 +96,7 @@ int pairwiseFst(Run& run) {
     if (run.PopAllele.empty()) {
         countAlleles(run);
     }
-    announce(run.FstMask, 52);
+    announce(run.FstMask, Message::PairsBegin);
     FTripel f = newFTripel(run.AnzPop);
     CMatrix locusTable;
     const bool withTable = (run.FstMask & kLocusTableBits) != 0;
@@ -107,7 +107,7 @@ int pairwiseFst(Run& run) {
     if (!writeFstMatrices(run, f)) {
         return lostFile();
     }
-    AUSGABE(53, nullptr);
+    AUSGABE(Message::PairsEnd);
     if (withTable) {
         ResultFile sheet = run.OpenResult("LocusFHeterogeneity.xls", "ab+");
         if (hasBit(run.FstMask, FstBit::Heterogeneity)) {
@@ -118,7 +118,7 @@ int pairwiseFst(Run& run) {
 }
 
 int globalFst(Run& run) {
-    announce(run.FstMask, 71);
+    announce(run.FstMask, Message::GlobalBegin);
     GlobalErgebnis global{};
     const int32_t columns = run.AnzLoci;
     global.locus.Resize(FZeile::Anzahl, columns);
@@ -139,6 +139,6 @@ int globalFst(Run& run) {
             writeGlobalHeterogeneity(run, global.locus, sheet);
         }
     }
-    AUSGABE(72, nullptr);
+    AUSGABE(Message::GlobalEnd);
     return 0;
 }

@@ -42,7 +42,7 @@ int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen&
     }
     InternStartRDGen();
     for (int32_t k = 0; k < run.Permutationen; ++k) {
-        AUSGABE(57, k);
+        AUSGABE(Message::PairReplica, k);
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }

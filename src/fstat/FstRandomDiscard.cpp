@@ -190,7 +190,7 @@ int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen
     SlotSheet sheet = newSheet(*run.Daten);
     InternStartRDGen();
     for (int32_t k = 0; k < run.Permutationen; ++k) {
-        AUSGABE(57, k);
+        AUSGABE(Message::PairReplica, k);
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }

@@ -225,7 +225,7 @@ int testGlobal(const Run& run, double fst, double gst, double gstStrich, const C
     TrefferSatz all;
     std::vector<TrefferSatz> ofLocus(static_cast<std::size_t>(run.AnzLoci));
     for (int32_t k = 0; k < run.Permutationen; ++k) {
-        AUSGABE(76, k);
+        AUSGABE(Message::GlobalReplica, k);
         if (k % kSeedEvery == 0) {
             InternStartRDGen();
         }

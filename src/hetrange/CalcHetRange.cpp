@@ -105,7 +105,7 @@ long heterozygosityRange(Run& run) {
     if (run.PopAllele.empty()) {
         countAlleles(run);
     }
-    AUSGABE(78, nullptr);
+    AUSGABE(Message::HetRangeBegin);
     {
         PassFolder folder(run, Ordner::ResamplingData);
         if (!folder.entered()) {
@@ -114,7 +114,7 @@ long heterozygosityRange(Run& run) {
         writeHeterozygosityRanges(run);
         run.LogEntry("Calculate heterosygosity range as a sampling artefact");
     }
-    AUSGABE(80, nullptr);
+    AUSGABE(Message::HetRangeEnd);
     return 0;
 }
 
@@ -148,7 +148,7 @@ std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTab
                          run.PopAllele[static_cast<std::size_t>(pop) + 1][l]);
     }
     HetReplikaSheets sheets = openReplicateSheets(run, pop);
-    AUSGABE(79, ".");
+    AUSGABE(Message::HetRangeMark, ".");
     const int32_t entries = entriesOf(*run.Daten, pop);
     const DrawShape shape = drawShape(run.HetRangeMask, entries);
     const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);

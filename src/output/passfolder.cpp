@@ -1,6 +1,5 @@
 #include "output/passfolder.h"
 
-#include "control/Ausgabe.h"
 #include "output/resultfolder.h"
 
 #include <sys/stat.h>
@@ -14,13 +13,13 @@ constexpr mode_t kFolderMode = 0777;
 int makeAndEnter(const std::string& path, const OrdnerRegel& regel) {
     const bool made = mkdir(path.c_str(), kFolderMode) == 0;
     if (!made && regel.MkdirFehlerMelden) {
-        AUSGABE(regel.MeldungVorhanden, nullptr);
+        AUSGABE(regel.MeldungVorhanden);
     }
     if (chdir(path.c_str()) == 0) {
         return 0;
     }
     const bool asNew = made || regel.MkdirFehlerMelden;
-    AUSGABE(asNew ? regel.MeldungNeu : regel.MeldungVorhanden, nullptr);
+    AUSGABE(asNew ? regel.MeldungNeu : regel.MeldungVorhanden);
     return asNew ? 1 : 2;
 }
 

@@ -5,27 +5,36 @@
 #ifndef KVA_OUTPUT_PASSFOLDER_H
 #define KVA_OUTPUT_PASSFOLDER_H
 
+#include "control/Ausgabe.h"
+
 class ResultFolder;
 
 // A pass's folder and the two messages of the catalogue for it.
 struct OrdnerRegel {
     const char* Name;               // folder under the result folder
-    int MeldungVorhanden;           // an existing folder cannot be entered (or none made)
-    int MeldungNeu;                 // the folder just made cannot be entered
+    Message MeldungVorhanden;       // an existing folder cannot be entered (or none made)
+    Message MeldungNeu;             // the folder just made cannot be entered
     bool MkdirFehlerMelden = false; // wanted oddity of "Single_data": any failure of mkdir is
                                     // told by MeldungVorhanden, and the pass goes on to enter
 };
 
 namespace Ordner {
-constexpr OrdnerRegel Allelecount{"Allelecount", 9, 8};
-constexpr OrdnerRegel SingleData{"Single_data", 22, 19, true};
-constexpr OrdnerRegel GroupData{"Group_data", 41, 42};
-constexpr OrdnerRegel FormatsData{"Formats&Data", 63, 64};
-constexpr OrdnerRegel IMFormat{"IM_Format", 63, 64}; // inside FormatsData
-constexpr OrdnerRegel DistanceData{"Distance_data", 46, 47};
+constexpr OrdnerRegel Allelecount{"Allelecount", Message::CountNotMade, Message::CountNotEntered};
+constexpr OrdnerRegel SingleData{"Single_data", Message::SingleDataNotMade,
+                                 Message::SingleDataNotEntered, true};
+constexpr OrdnerRegel GroupData{"Group_data", Message::GroupDataNotMade,
+                                Message::GroupDataNotEntered};
+constexpr OrdnerRegel FormatsData{"Formats&Data", Message::FormatsNotMade,
+                                  Message::FormatsNotEntered};
+constexpr OrdnerRegel IMFormat{"IM_Format", Message::FormatsNotMade,
+                               Message::FormatsNotEntered}; // inside FormatsData
+constexpr OrdnerRegel DistanceData{"Distance_data", Message::DistanceNotMade,
+                                   Message::DistanceNotEntered};
 // The two messages speak of "Distance_data": the pass has none of its own.
-constexpr OrdnerRegel FStatistic{"F-Statistic", 46, 47};
-constexpr OrdnerRegel ResamplingData{"Resampling_data", 81, 82};
+constexpr OrdnerRegel FStatistic{"F-Statistic", Message::DistanceNotMade,
+                                 Message::DistanceNotEntered};
+constexpr OrdnerRegel ResamplingData{"Resampling_data", Message::ResamplingNotMade,
+                                     Message::ResamplingNotEntered};
 } // namespace Ordner
 
 class PassFolder {

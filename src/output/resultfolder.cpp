@@ -66,7 +66,7 @@ int ResultFolder::MakeNext(const std::string& dateiName) {
         error = errno;
     }
     if (error != 0) {
-        AUSGABE(14, nullptr);
+        AUSGABE(Message::ResultNotEntered);
         std::cout << "Cannot make result folder " << ordner << ": " << std::strerror(error)
                   << std::endl;
         return 1;
@@ -85,7 +85,7 @@ bool ResultFolder::Enter() const {
     if (chdir(ResultPfad.c_str()) == 0) {
         return true;
     }
-    AUSGABE(14, nullptr);
+    AUSGABE(Message::ResultNotEntered);
     return false;
 }
 

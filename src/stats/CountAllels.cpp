@@ -111,7 +111,7 @@ AllelTabelle Datensatz::AllelCountInd(int pop, int tier) const {
 }
 
 int countAlleles(Run& run) {
-    AUSGABE(7, nullptr);
+    AUSGABE(Message::CountBegin);
     PassFolder folder(run, Ordner::Allelecount);
     if (!folder.entered() || !run.Daten) {
         return folder.status();
@@ -131,12 +131,12 @@ int countAlleles(Run& run) {
     run.PopAllele.push_back(run.Daten->AllelCountLT(zahl, freq));
     for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
         run.PopAllele.push_back(run.Daten->AllelCountPop(zahl, freq, pop));
-        AUSGABE(2, "*");
+        AUSGABE(Message::CountMark, "*");
     }
     zahl.close();
     freq.close();
     run.LogEntry("Count Allels...");
-    AUSGABE(13, nullptr);
+    AUSGABE(Message::CountEnd);
     return 0;
 }
 
@@ -154,7 +154,7 @@ int countIndividualAlleles(Run& run) {
     run.IndAllele.reserve(static_cast<std::size_t>(run.AnzInd));
     run.Daten->ForEachTier([&run](int pop, int tier) {
         run.IndAllele.push_back(run.Daten->AllelCountInd(pop, tier));
-        AUSGABE(2, "#");
+        AUSGABE(Message::CountMark, "#");
     });
     run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd),
                          AllelTabelle(run.Daten->Loci.size()));

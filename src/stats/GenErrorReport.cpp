@@ -83,13 +83,13 @@ long writeErrorReport(Run& run) {
     if (!tablesReady(run) || !run.Enter()) {
         return 1;
     }
-    AUSGABE(1, nullptr);
+    AUSGABE(Message::ErrorReportBegin);
     ResultFile report = run.OpenResult("Errorreport.txt", "wb");
     writeHead(report, run);
     const AllelTabelle& pool = run.PopAllele[0];
     for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
         const AllelCount& table = pool[static_cast<std::size_t>(l - 1)];
-        AUSGABE(2, "*");
+        AUSGABE(Message::CountMark, "*");
         report.character('\n');
         report.text(locusLabel(*run.Daten, l));
         report.text(",\t");
@@ -101,6 +101,6 @@ long writeErrorReport(Run& run) {
     }
     report.close();
     run.LogEntry("Generate Errorreport...");
-    AUSGABE(40, nullptr);
+    AUSGABE(Message::ErrorReportEnd);
     return 0;
 }

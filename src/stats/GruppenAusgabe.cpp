@@ -131,11 +131,11 @@ int writeGroupData(Run& run) {
         return folder.status();
     }
     folder.stay(); // wanted: the next pass enters its own folder by its full path
-    AUSGABE(43, nullptr);
+    AUSGABE(Message::GroupsBegin);
     std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(run, kGroupSheets);
     // The walk ends at the first number without a population: groups behind a gap are left out.
     for (int g = 1;; ++g) {
-        AUSGABE(45, g);
+        AUSGABE(Message::TestGroup, g);
         if (run.Daten->TestGroup(g) == 0) {
             break;
         }
@@ -145,6 +145,6 @@ int writeGroupData(Run& run) {
         sheet.close();
     }
     run.LogEntry("Make Group results...");
-    AUSGABE(44, nullptr);
+    AUSGABE(Message::GroupsEnd);
     return 0;
 }

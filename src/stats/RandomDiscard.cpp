@@ -9,15 +9,15 @@
 
 namespace {
 
-// Which individuals the walk of a driver takes in.
-enum class Walk {
+// Which individuals a driver takes in.
+enum class Coverage {
     pairs,    // slot pairs
     withRest, // wanted: also the single slot behind the last pair of one-column data
 };
 
-int individuals(const Datensatz& daten, int pop, Walk walk) {
+int individuals(const Datensatz& daten, int pop, Coverage coverage) {
     const int slots = daten.GetAnzDatenChromosome(pop);
-    return walk == Walk::pairs ? slots / 2 : (slots + 1) / 2;
+    return coverage == Coverage::pairs ? slots / 2 : (slots + 1) / 2;
 }
 
 // The individuals of a table for its replicates, the alleles looked up as rows once. A replicate is
@@ -29,7 +29,7 @@ class Thinning {
     explicit Thinning(AllelCount& table)
         : Table(table), Alone(static_cast<std::size_t>(table.AnzAllele) + 1, 0) {}
 
-    void addPopulation(const Datensatz& daten, int pop, int locus, Walk walk);
+    void addPopulation(const Datensatz& daten, int pop, int locus, Coverage coverage);
     void run();
 
   private:
@@ -52,8 +52,8 @@ class Thinning {
     std::vector<int32_t> Kept;  // by row: alleles kept in the running replicate
 };
 
-void Thinning::addPopulation(const Datensatz& daten, int pop, int locus, Walk walk) {
-    for (int tier = 0; tier < individuals(daten, pop, walk); ++tier) {
+void Thinning::addPopulation(const Datensatz& daten, int pop, int locus, Coverage coverage) {
+    for (int tier = 0; tier < individuals(daten, pop, coverage); ++tier) {
         int allel1 = -1;
         int allel2 = -1;
         (void)daten.GetTierDaten(locus, pop, tier, allel1, allel2); // a bad locus stays missing
@@ -83,7 +83,7 @@ void Thinning::run() {
 // Runs the replicates of the table of `pop` (0: the pool) at `locus`, once in its life. All
 // individuals are thinned, the diploid ones of a mixed sample too.
 AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int locus,
-                       int replikate, Walk walk) {
+                       int replikate, Coverage coverage) {
     AllelCount& table = tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(locus - 1)];
     if (table.RDDurchlauf != 0 || !table.isHaploid()) {
         return table;
@@ -92,7 +92,7 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
     const int first = pop >= 1 ? pop : 1;
     const int last = pop >= 1 ? pop : daten.GetPopAnzahl();
     for (int population = first; population <= last; ++population) {
-        thinning.addPopulation(daten, population, locus, walk);
+        thinning.addPopulation(daten, population, locus, coverage);
     }
     table.StartRD(replikate);
     do {
@@ -104,18 +104,18 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
 } // namespace
 
 double Datensatz::CalcRDHet(AllelTabellen& tab, int pop, int locus, int replikate) const {
-    return rdHet(replicated(*this, tab, pop, locus, replikate, Walk::pairs));
+    return rdHet(replicated(*this, tab, pop, locus, replikate, Coverage::pairs));
 }
 
 double Datensatz::CalcRDMean(AllelTabellen& tab, int pop, int locus, int replikate) const {
-    return rdMean(replicated(*this, tab, pop, locus, replikate, Walk::withRest));
+    return rdMean(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
 }
 
 double Datensatz::CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean,
                             int replikate) const {
-    return rdVar(replicated(*this, tab, pop, locus, replikate, Walk::withRest), mean);
+    return rdVar(replicated(*this, tab, pop, locus, replikate, Coverage::withRest), mean);
 }
 
 double Datensatz::CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const {
-    return rdAlleles(replicated(*this, tab, pop, locus, replikate, Walk::withRest));
+    return rdAlleles(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
 }

@@ -129,22 +129,22 @@ int writeSummary(Run& run) {
     if (!tablesReady(run) || !run.Enter()) {
         return 1;
     }
-    AUSGABE(34, nullptr);
+    AUSGABE(Message::SummaryBegin);
     ResultFile sheet = run.OpenResult("Summary.xls", "wb");
     sheet.text(locusNameHead(run));
     sheet.text("\tPop.name");
     writeColumnHeads(sheet, kColumns);
     sheet.text("\tFrequences\n");
     for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
-        AUSGABE(36, nullptr);
-        AUSGABE(37, locusLabel(*run.Daten, l).c_str());
+        AUSGABE(Message::SummaryLoci);
+        AUSGABE(Message::SummaryLocus, locusLabel(*run.Daten, l).c_str());
         for (int p = 1; p <= run.Daten->GetPopAnzahl(); ++p) {
-            AUSGABE(38, "P");
+            AUSGABE(Message::SummaryMark, "P");
             writeLine(sheet, run, p, l);
         }
     }
     sheet.close();
     run.LogEntry("Create tabular result files...");
-    AUSGABE(35, nullptr);
+    AUSGABE(Message::SummaryEnd);
     return 0;
 }

@@ -17,6 +17,7 @@
 #include "stats/statpass.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -124,16 +125,17 @@ constexpr std::array<CellRule<NumberValues>, 5> kNumberSheets = {{
 // --- Console marks of a block -------------------------------------------------------------
 
 struct Marks {
-    int before;       // message in front of the block
-    int line;         // code of the marks
-    const char* mark; // after the label of a population; null: the names themselves
-    int after;        // message behind the block, 0: none
+    Message before;               // in front of the block
+    Message line;                 // the marks
+    const char* mark;             // after the label of a population; null: the names themselves
+    std::optional<Message> after; // behind the block
 };
 
-constexpr Marks kHetMarks = {23, 5, nullptr, 0};
-constexpr Marks kVarMarks = {25, 27, "&", 26};
-constexpr Marks kRangeMarks = {28, 30, "$", 29};
-constexpr Marks kNumberMarks = {31, 33, "*", 32};
+constexpr Marks kHetMarks = {Message::HetBegin, Message::HetMark, nullptr, std::nullopt};
+constexpr Marks kVarMarks = {Message::VarBegin, Message::VarMark, "&", Message::VarEnd};
+constexpr Marks kRangeMarks = {Message::RangeBegin, Message::RangeMark, "$", Message::RangeEnd};
+constexpr Marks kNumberMarks = {Message::NumbersBegin, Message::NumbersMark, "*",
+                                Message::NumbersEnd};
 
 void markLineStart(const Marks& marks, const std::string& label, int p) {
     if (marks.mark == nullptr) {
@@ -203,7 +205,7 @@ template <class Values, std::size_t Count>
 std::array<ResultFile, Count> Overview::writeBlock(const std::array<CellRule<Values>, Count>& rules,
                                                    const Marks& marks,
                                                    Values (Overview::*values)(int p, int l)) {
-    AUSGABE(marks.before, nullptr);
+    AUSGABE(marks.before);
     std::array<ResultFile, Count> sheets = openSheets(Lauf, rules);
     for (int p = 0; p <= AnzPop; ++p) {
         const std::string label = sampleLabel(*Lauf.Daten, p);
@@ -222,8 +224,8 @@ std::array<ResultFile, Count> Overview::writeBlock(const std::array<CellRule<Val
         }
         markLineEnd(marks);
     }
-    if (marks.after != 0) {
-        AUSGABE(marks.after, nullptr);
+    if (marks.after) {
+        AUSGABE(*marks.after);
     }
     return sheets;
 }
@@ -313,7 +315,7 @@ int writeOverview(Run& run) {
     if (!tablesReady(run)) {
         return 1;
     }
-    AUSGABE(21, nullptr);
+    AUSGABE(Message::OverviewBegin);
     PassFolder folder(run, Ordner::SingleData);
     if (!folder.entered()) {
         return folder.status();
@@ -325,6 +327,6 @@ int writeOverview(Run& run) {
     overview.writeNumbers();
     (void)writeGst(run); // always 0
     run.LogEntry("Make Overview...");
-    AUSGABE(20, nullptr);
+    AUSGABE(Message::OverviewEnd);
     return 0;
 }

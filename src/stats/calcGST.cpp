@@ -145,7 +145,7 @@ void writeMean(ResultFile& sheet, const char* label, bool there, double ratio, d
 } // namespace
 
 int writeGst(Run& run) {
-    AUSGABE(110, nullptr);
+    AUSGABE(Message::GstBegin);
     ResultFile sheet = run.OpenResult("GST.xls", "wb");
     writeLociHead(sheet, *run.Daten, run.DatenFormat);
     const int loci = run.Daten->AnzLoci;
@@ -160,6 +160,6 @@ int writeGst(Run& run) {
               of.SummeHs / of.SummeHtMax);
     sheet.close();
     run.LogEntry("     Calculated Gst");
-    AUSGABE(112, nullptr);
+    AUSGABE(Message::GstEnd);
     return 0;
 }

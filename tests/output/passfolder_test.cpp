@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr OrdnerRegel kInner{"IM_Format", 63, 64};
+constexpr OrdnerRegel kInner{"IM_Format", Message::FormatsNotMade, Message::FormatsNotEntered};
 
 // A pass's folder and what the console says of it.
 struct FolderRow {
@@ -38,7 +38,7 @@ const FolderRow kRows[] = {
     {Ordner::GroupData, "Group_data",
      "\n!! ERROR Can't create Subfolder Group_data! ERROR !!\nErrorcode: 3-2\n",
      "\n!! ERROR Can't change into Subfolder Group_data! ERROR !!\nErrorcode: 3-1\n"},
-    {Ordner::FormatsData, "Formats&Data", "\n", "\n"}, // 63 and 64 have no words
+    {Ordner::FormatsData, "Formats&Data", "\n", "\n"}, // their messages have no words
     {Ordner::DistanceData, "Distance_data",
      "\n!! ERROR Can't create Subfolder Distance_data! ERROR !!\nErrorcode: 4-2\n",
      "\n!! ERROR Can't change into Subfolder Distance_data! ERROR !!\nErrorcode: 4-1\n"},
