@@ -8,6 +8,8 @@
 #include <string>
 #include <unistd.h>
 
+using namespace kva;
+
 namespace {
 
 struct Closer {

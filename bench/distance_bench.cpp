@@ -12,6 +12,8 @@
 #include <benchmark/benchmark.h>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 constexpr int kLoci = 20;

@@ -9,6 +9,8 @@
 #include <benchmark/benchmark.h>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 constexpr int kLoci = 9;

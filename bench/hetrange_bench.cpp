@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+using namespace kva;
+
 namespace {
 
 void replicate(benchmark::State& state) {

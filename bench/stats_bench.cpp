@@ -7,6 +7,8 @@
 #include <benchmark/benchmark.h>
 #include <iostream>
 
+using namespace kva;
+
 namespace {
 
 void richness(benchmark::State& state) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 std::string fileNameOf(const std::string& name) {
     if (name.empty() || name == "." || name == "..") {
         return "_" + name;
@@ -10,3 +12,5 @@ std::string fileNameOf(const std::string& name) {
     std::replace(file.begin(), file.end(), '/', '_');
     return file;
 }
+
+} // namespace kva

@@ -2,6 +2,8 @@
 #ifndef KVA_BASE_GLOBALS_H
 #define KVA_BASE_GLOBALS_H
 
+namespace kva {
+
 // The line end of everything the program writes; the sheets spell it out.
 extern const char NEWLINE[10];
 
@@ -11,5 +13,7 @@ extern const char TABNEWLINE[10];
 // What Datensatz::AccessInheritanceScalar and Datensatz::AccessMutationRate hand
 // out for a bad locus number; set back to -2.0 at each such call.
 extern double Fehlerwert;
+
+} // namespace kva
 
 #endif

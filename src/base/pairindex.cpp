@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 namespace {
 
 template <class Number> int compare(const void* a, const void* b) {
@@ -24,3 +26,5 @@ int SortFST(const void* a, const void* b) {
 int SortLONG(const void* a, const void* b) {
     return compare<int32_t>(a, b);
 }
+
+} // namespace kva

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 // The version, as the log and the exports tell it.
 constexpr const char* kVersion = "4.05";
 
@@ -106,5 +108,7 @@ struct ScalarSettings {
                                         // 0 all, n > 0 n loci, n < 0 all but -n
     int32_t Replikate = 1000;           // replicas of the heterogeneity among loci
 };
+
+} // namespace kva
 
 #endif

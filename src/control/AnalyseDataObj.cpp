@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+namespace kva {
+
 int AnalyseDataObj::LinkResultNew() {
     if (!Daten || StartPfad.empty()) {
         return 1;
@@ -52,3 +54,5 @@ int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
     (void)GetDataFile(stream); // what it refuses stays without individuals
     return 0;
 }
+
+} // namespace kva

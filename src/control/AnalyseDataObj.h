@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 class AnalyseDataObj : public Run {
   public:
     // --- Run control: AnalyseDataObj.cpp -------------------------------------------------
@@ -138,5 +140,7 @@ class AnalyseDataObj : public Run {
         return writeIMLocus(*this, f, i, j, locus, nameI, nameJ, schrittweite);
     }
 };
+
+} // namespace kva
 
 #endif

@@ -15,6 +15,8 @@
 #include <span>
 #include <string>
 
+namespace kva {
+
 namespace {
 
 // --- Forms ----------------------------------------------------------------------
@@ -214,3 +216,5 @@ void AUSGABE(int code, const int& wert) {
 void AUSGABE(int /*code*/, const double& wert) {
     std::cout << wert << std::flush;
 }
+
+} // namespace kva

@@ -5,6 +5,8 @@
 #ifndef KVA_CONTROL_AUSGABE_H
 #define KVA_CONTROL_AUSGABE_H
 
+namespace kva {
+
 // The messages by name, with the catalogue's numbers. What is told as an argument stands behind.
 enum class Message : int {
     ReplicateEnd = -1, // a line of marks ends: a replicate of the distances
@@ -111,5 +113,7 @@ inline void AUSGABE(Message message, const char* text = nullptr) {
 inline void AUSGABE(Message message, const int& wert) {
     AUSGABE(static_cast<int>(message), wert);
 }
+
+} // namespace kva
 
 #endif

@@ -19,6 +19,8 @@
 #include <span>
 #include <string_view>
 
+namespace kva {
+
 namespace {
 
 constexpr char kQuit = 'q';
@@ -405,3 +407,5 @@ int CMenuAllg::DoWork(int /*arg*/) {
     std::cout << std::endl;
     return 0;
 }
+
+} // namespace kva

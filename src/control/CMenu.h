@@ -22,6 +22,8 @@
 #include <memory>
 #include <string>
 
+namespace kva {
+
 // Values of CMenuAllg::MenuNummer; 3 is not used.
 namespace Menue {
 constexpr int32_t Haupt = 0;
@@ -88,5 +90,7 @@ class CMenuAllg : public AnalyseSettings, public ScalarSettings {
     int32_t DateiAnzahl = 0;                     // names in DateiListe, 0 or 1
     std::unique_ptr<AnalyseDataObj> DatenObjekt; // null until a run, and after keys i and X
 };
+
+} // namespace kva
 
 #endif

@@ -7,6 +7,8 @@
 #include <limits>
 #include <string_view>
 
+namespace kva {
+
 namespace {
 
 constexpr auto kEndOfInput = std::char_traits<char>::eof();
@@ -125,3 +127,5 @@ std::string LiesDateiName() {
     }
     return bounded(name);
 }
+
+} // namespace kva

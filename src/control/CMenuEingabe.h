@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+namespace kva {
+
 // So many bytes of a file name are taken.
 constexpr std::size_t kEingabeGrenze = 255;
 
@@ -30,5 +32,7 @@ std::string LiesWort();
 // the quote in a further word; what stands behind that quote in its word is dropped. Wanted: the
 // quote is not looked for in the first word, so "name" in quotes waits for more.
 std::string LiesDateiName();
+
+} // namespace kva
 
 #endif

@@ -23,6 +23,8 @@
 #include <iostream>
 #include <span>
 
+namespace kva {
+
 namespace {
 
 constexpr const char* kRule = "__________________________________________________________";
@@ -416,3 +418,5 @@ int CMenuAllg::WriteInformation(int was) {
     }
     return 0;
 }
+
+} // namespace kva

@@ -7,6 +7,8 @@
 #include <iostream>
 #include <unistd.h>
 
+using namespace kva;
+
 namespace {
 
 constexpr int kError = -1; // the system makes 255 of it

@@ -18,6 +18,8 @@
 #include <string>
 #include <string_view>
 
+namespace kva {
+
 namespace {
 
 // --- Effects ----------------------------------------------------------------------
@@ -389,3 +391,5 @@ int CCommandZeileKVA::Analyse(int argc, char** argv) {
     StarteLauf(*DatenObjekt, {GeneralMask, DistWort, DistWort, FstMask, HetRangeMask}, *this);
     return 1;
 }
+
+} // namespace kva

@@ -12,6 +12,8 @@
 #include <memory>
 #include <string>
 
+namespace kva {
+
 class CCommandZeileKVA : public ScalarSettings {
   public:
     // Takes what main got. 1 after a run; 0 if there is no argument; -1 after an error,
@@ -36,5 +38,7 @@ class CCommandZeileKVA : public ScalarSettings {
     bool readOptions(int argc, char** argv);
     bool load(InputFile& daten);
 };
+
+} // namespace kva
 
 #endif

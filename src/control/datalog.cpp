@@ -26,6 +26,8 @@
 
 #include <span>
 
+namespace kva {
+
 namespace {
 
 // A piece of the head that follows a bit.
@@ -132,3 +134,5 @@ int AnalyseDataObj::WriteDataLog(long bootstraps, long permutations) {
     LogDatei.flush();
     return 0;
 }
+
+} // namespace kva

@@ -9,6 +9,8 @@
 #include <limits>
 #include <system_error>
 
+namespace kva {
+
 namespace {
 
 // A pipe without a writer would hold the program for ever, and none can be read twice.
@@ -67,3 +69,5 @@ int32_t TruncatedInt32(double value) {
     }
     return static_cast<int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
 }
+
+} // namespace kva

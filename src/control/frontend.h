@@ -10,6 +10,8 @@
 #include <memory>
 #include <string>
 
+namespace kva {
+
 class AnalyseDataObj;
 
 struct InputCloser {
@@ -47,5 +49,7 @@ int32_t NearestInt32(long value);
 
 // `value` without its fraction, or the nearest int32; 0 for what is not a number.
 int32_t TruncatedInt32(double value);
+
+} // namespace kva
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 void CMatrix::Resize(int32_t rows, int32_t cols) {
     MaxZeile = -1;
     MaxSpalte = -1;
@@ -17,3 +19,5 @@ void CMatrix::Resize(int32_t rows, int32_t cols) {
 void CMatrix::Fill(double value) {
     std::fill(Daten.begin(), Daten.end(), value);
 }
+
+} // namespace kva

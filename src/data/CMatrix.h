@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 class CMatrix {
   public:
     // An empty matrix.
@@ -40,5 +42,7 @@ class CMatrix {
                static_cast<std::size_t>(j);
     }
 };
+
+} // namespace kva
 
 #endif

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kStartRows = 40;      // rows of a new table
@@ -413,3 +415,5 @@ int AllelCount::RDEnd() {
     AUSGABE(Message::DiscardMark, "3#");
     return 0;
 }
+
+} // namespace kva

@@ -14,6 +14,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace kva {
+
 class ResultFile;
 
 // One row of a table.
@@ -187,5 +189,7 @@ using AllelTabelle = std::vector<AllelCount>;
 // Such arrays for many samples. In AnalyseDataObj::PopAllele entry 0 is the pool
 // of all populations and entry p population p; empty: not counted yet.
 using AllelTabellen = std::vector<AllelTabelle>;
+
+} // namespace kva
 
 #endif

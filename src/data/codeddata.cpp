@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 std::vector<int32_t> allelesOf(const LociObj& locus) {
@@ -105,3 +107,5 @@ int32_t CodedData::mostAlleles() const {
     }
     return most;
 }
+
+} // namespace kva

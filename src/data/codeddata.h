@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 class Datensatz;
 
 // The code of missing data; alleles count from 1.
@@ -90,5 +92,7 @@ class CodedData {
     std::vector<int32_t> PairPlace; // per population
     std::vector<CodedLocus> Loci;
 };
+
+} // namespace kva
 
 #endif

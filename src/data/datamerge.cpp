@@ -15,6 +15,8 @@
 #include <unordered_set>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr int kNothingLoaded = -1;
@@ -233,3 +235,5 @@ int LoadedData::SaveDataAs(const std::string& filename) const {
     Daten->ForEachTier([&](int pop, int tier) { writeIndividual(file, *Daten, pop, tier); });
     return kAlways;
 }
+
+} // namespace kva

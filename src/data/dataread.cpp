@@ -23,6 +23,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kMissing = -1; // allele or length without a number
@@ -601,3 +603,5 @@ int LoadedData::GetDataFile(std::FILE* stream) {
     AUSGABE(Message::ReadingEnd);
     return 0;
 }
+
+} // namespace kva

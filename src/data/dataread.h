@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 class Datensatz;
 
 // Adds one individual's alleles to population `pop` (from 1) of all loci, with one or two cells
@@ -17,5 +19,7 @@ int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int
 // cell is empty or no number stands in front: a 0 counts only if the first byte is "0". Goes to
 // the next cell, or to the end of the row.
 int32_t takeNumber(const char*& cell, const char* rowEnd);
+
+} // namespace kva
 
 #endif

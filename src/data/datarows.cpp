@@ -5,6 +5,8 @@
 #include <new>
 #include <sys/types.h>
 
+namespace kva {
+
 namespace {
 
 // Large enough that the bytes moved to the front when the buffer slides are fewer than those
@@ -143,3 +145,5 @@ bool RowWalk::next() {
 bool RowWalk::endsBlock() const {
     return Before >= BlockLast;
 }
+
+} // namespace kva

@@ -18,6 +18,8 @@
 #include <memory>
 #include <string_view>
 
+namespace kva {
+
 constexpr int64_t kBlockSize = 200000; // bytes
 
 // True if a row may not fit in a block: 4 bytes for each allele, and 211 for the rest.
@@ -105,5 +107,7 @@ class RowWalk {
     DataRow Row;
     bool Ended = false;
 };
+
+} // namespace kva
 
 #endif

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace kva {
+
 // Places in an F-triple and rows of the table of the global statistics.
 namespace FZeile {
 constexpr int32_t Fst = 0;       // theta: correlation of genes within populations
@@ -34,5 +36,7 @@ inline FTripel newFTripel(int32_t n) {
     }
     return f;
 }
+
+} // namespace kva
 
 #endif

@@ -10,6 +10,8 @@
 #include <memory>
 #include <string>
 
+namespace kva {
+
 class LoadedData {
   public:
     // --- Reading: dataread.cpp -----------------------------------------------------------
@@ -81,5 +83,7 @@ class LoadedData {
     char DatenFormat = 0;                   // columns per locus, 1 or 2; a number, not a digit
     std::string DateiName = "testdata.dat"; // data file as it was typed
 };
+
+} // namespace kva
 
 #endif

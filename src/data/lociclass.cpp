@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr int kNoPlace = -10;   // no such locus or population
@@ -391,3 +393,5 @@ void Datensatz::LociNamenKS2(ResultFile& f, const char* titel) const {
     f.print("\t%s\t", titel);
     writeNames(f, true);
 }
+
+} // namespace kva

@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 class ResultFile;
 struct GenePopZeilen;
 
@@ -344,5 +346,7 @@ class Datensatz {
     double& doubleOfLocus(int locus, double LociObj::*field);
     void writeNames(ResultFile& f, bool second) const; // "name\t" per locus and a line end
 };
+
+} // namespace kva
 
 #endif

@@ -2,6 +2,8 @@
 
 #include "data/allelcount.h"
 
+namespace kva {
+
 namespace {
 
 // The mean of `sum` over the replicates, or the plain value.
@@ -28,3 +30,5 @@ double rdAlleles(const AllelCount& table) {
     return replicateMean(table, &AllelCount::RDAlleleSumme,
                          [&] { return table.AnzAllele > 0 ? double(table.AnzAllele) : -1.0; });
 }
+
+} // namespace kva

@@ -4,11 +4,15 @@
 #ifndef KVA_DATA_RANDOMDISCARD_H
 #define KVA_DATA_RANDOMDISCARD_H
 
+namespace kva {
+
 class AllelCount;
 
 double rdHet(const AllelCount& table);              // plain: CalcHet()
 double rdMean(const AllelCount& table);             // plain: CalcMean()
 double rdVar(const AllelCount& table, double mean); // plain: CalcVar(mean)
 double rdAlleles(const AllelCount& table);          // plain: AnzAllele, -1.0 for none
+
+} // namespace kva
 
 #endif

@@ -1,5 +1,7 @@
 #include "data/slotmaps.h"
 
+namespace kva {
+
 long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot) {
     const std::vector<long>& slots =
         sheet[static_cast<std::size_t>(locus)][static_cast<std::size_t>(pop)];
@@ -7,3 +9,5 @@ long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot)
                ? slots[static_cast<std::size_t>(slot)]
                : -1;
 }
+
+} // namespace kva

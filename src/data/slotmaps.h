@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 // A drawn sample: for place c, [0][c] is the source slot and [1][c] its population.
 // Slot -1: nothing was dealt to the place, or the source has no such slot; it reads
 // as missing data.
@@ -17,5 +19,7 @@ using SlotSheet = std::vector<std::vector<std::vector<long>>>;
 
 // The source of `slot` in a sheet; -1 for a slot outside the population.
 long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot);
+
+} // namespace kva
 
 #endif

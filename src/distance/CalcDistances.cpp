@@ -11,6 +11,8 @@
 #include <limits>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr DistanceKind kPopulations{"Proportion of shared allels & others",
@@ -112,3 +114,5 @@ long writeIndividualMatrices(Run& run) {
                        individualLabels(*run.Daten, run.AnzInd))
         .run();
 }
+
+} // namespace kva

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr int kDecimals = 5;
@@ -124,3 +126,5 @@ void MatrixWriter::writeRow(ResultFile& file, RowSummer& sums, std::span<const i
         file.character('\n');
     }
 }
+
+} // namespace kva

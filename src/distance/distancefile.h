@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 class Datensatz;
 class ResultFile;
 
@@ -64,5 +66,7 @@ class MatrixWriter {
     LowerTriangle Mirror;
     std::string Line;
 };
+
+} // namespace kva
 
 #endif

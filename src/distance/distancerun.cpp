@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 // Of what a bootstrap keeps of single loci, over all measures.
@@ -109,3 +111,5 @@ std::vector<int32_t> DistanceRun::drawLoci() {
     }
     return loci;
 }
+
+} // namespace kva

@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 class Run;
 
 // Where populations and individuals differ.
@@ -56,5 +58,7 @@ class DistanceRun {
     MatrixWriter Matrices;
     LocusSheets Sheets;
 };
+
+} // namespace kva
 
 #endif

@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr std::size_t kMaxKeptBytes = std::size_t{1} << 28U; // of all rows together
@@ -120,3 +122,5 @@ const std::string& LocusSheets::keptCells(Sheet& sheet, int32_t locus, RowSummer
     *kept = Spare;
     return *kept;
 }
+
+} // namespace kva

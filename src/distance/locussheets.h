@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+namespace kva {
+
 class Datensatz;
 
 class LocusSheets {
@@ -63,5 +65,7 @@ class LocusSheets {
     std::string Spare; // the row written last where it is not kept
     std::vector<Sheet> Sheets;
 };
+
+} // namespace kva
 
 #endif

@@ -1,5 +1,7 @@
 #include "distance/lowertriangle.h"
 
+namespace kva {
+
 namespace {
 
 constexpr std::size_t kCellSize = 9; // of most cells
@@ -48,3 +50,5 @@ void LowerTriangle::emptyBand() {
         }
     }
 }
+
+} // namespace kva

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace kva {
+
 class LowerTriangle {
   public:
     explicit LowerTriangle(int32_t rows);
@@ -42,5 +44,7 @@ class LowerTriangle {
     int32_t BandEnd = kBand; // first row behind the band
     int32_t Row = 0;         // begun last
 };
+
+} // namespace kva
 
 #endif

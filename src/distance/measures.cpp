@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kva {
+
 namespace {
 
 constexpr double kPi = 3.141592654; // wanted: this literal, not the full precision
@@ -288,3 +290,5 @@ std::optional<double> sheetCell(const Measure& measure, const PairSums& sums,
     // Wanted: a difference of -1 counts as none. With a variance of -1.0 it can come out.
     return value == -1.0 ? std::nullopt : std::optional<double>(value);
 }
+
+} // namespace kva

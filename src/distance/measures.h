@@ -32,6 +32,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // The sums of a row of pairs (i, j): entry j of each vector belongs to sample j, j > i.
 struct RowSums {
     explicit RowSums(int32_t samples);
@@ -114,5 +116,7 @@ CellPair matrixCells(const Measure& measure, const PairSums& sums, const CellRul
 // "n.d.". A similarity of 0 is not caught here: its -ln is inf.
 std::optional<double> sheetCell(const Measure& measure, const PairSums& sums,
                                 const CellRules& rules);
+
+} // namespace kva
 
 #endif

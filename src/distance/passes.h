@@ -2,6 +2,8 @@
 #ifndef KVA_DISTANCE_PASSES_H
 #define KVA_DISTANCE_PASSES_H
 
+namespace kva {
+
 class Run;
 
 // Distances between all pairs of populations, in the folder "Distance_data": a file of matrices
@@ -18,5 +20,7 @@ long individualDistances(Run& run, long bootstraps);
 // The engines, in the current folder. 0; -3 if no measure is selected.
 long writePopulationMatrices(Run& run);
 long writeIndividualMatrices(Run& run);
+
+} // namespace kva
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 RowSummer::RowSummer(const Samples& samples, const Measure& measure, std::size_t keepBytes)
     : Prepared(samples), Rule(measure), Sums(samples.Count) {
     int32_t alleles = 0;
@@ -76,3 +78,5 @@ void RowSummer::spread(const LocusRow& row, bool present) {
         Frequencies[static_cast<std::size_t>(share.Place)] = present ? share.Share : 0.0;
     }
 }
+
+} // namespace kva

@@ -10,6 +10,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 class RowSummer {
   public:
     // samples: NOT OWNED, they outlive the object. keepBytes: what a locus adds as one number
@@ -46,5 +48,7 @@ class RowSummer {
     std::vector<double> Values;      // of one row where they are not kept
     std::vector<KeptLocus> Kept;     // by locus; empty: not kept
 };
+
+} // namespace kva
 
 #endif

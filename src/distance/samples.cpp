@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 // J' of a sample. For a single gene copy it is 0/0.
@@ -80,3 +82,5 @@ Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t c
     }
     return samples;
 }
+
+} // namespace kva

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 // One allele in one sample.
 struct AlleleShare {
     double Share = 0.0; // frequency in the sample, above 0; 0.0 in a filler
@@ -57,5 +59,7 @@ constexpr SampleRules kIndividualRules{false, false, 2};
 Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t count,
                        const AllelTabelle& pool, const std::vector<double>& repeats,
                        const SampleRules& rules);
+
+} // namespace kva
 
 #endif

@@ -14,6 +14,8 @@
 #include <map>
 #include <vector>
 
+namespace kva {
+
 namespace {
 
 // Populations (from 1) by the group of their first individual.
@@ -92,3 +94,5 @@ long writeArlequinStructure(const Run& run, ResultFile& f) {
     }
     return 0;
 }
+
+} // namespace kva

@@ -22,6 +22,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kva {
+
 namespace {
 
 constexpr std::size_t kFieldStep = 5; // room of a genotype in a Genepop line
@@ -304,3 +306,5 @@ long writeGenepop(Run& run) {
     AUSGABE(Message::GenepopEnd);
     return 0;
 }
+
+} // namespace kva

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace kva {
+
 // Where Datensatz::MakeGenePopLine puts the lines beside the Genepop line. NOT OWNED. A line is
 // replaced, its room kept. The lines come in groups: both GenepopRD, both ZweiSpalten, and the
 // last four; with a null in a group the whole group is left out.
@@ -17,5 +19,7 @@ struct GenePopZeilen {
     std::string* Struktur = nullptr; // the two rows of the structure file
     std::string* Struktur2 = nullptr;
 };
+
+} // namespace kva
 
 #endif

@@ -24,6 +24,8 @@
 #include <iostream>
 #include <span>
 
+namespace kva {
+
 namespace {
 
 // The tables of population i, counted from 0.
@@ -192,3 +194,5 @@ long writeIMFormat(Run& run) {
     AUSGABE(Message::IMEnd);
     return 0;
 }
+
+} // namespace kva

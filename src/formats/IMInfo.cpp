@@ -21,6 +21,8 @@
 #include <cstdlib>
 #include <optional>
 
+namespace kva {
+
 namespace {
 
 constexpr double kNoValue = -1.0;
@@ -131,3 +133,5 @@ long readIMInfo(Run& run, std::FILE* stream) {
     readRows(run, window, static_cast<int64_t>(*position));
     return 0;
 }
+
+} // namespace kva

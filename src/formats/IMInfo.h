@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+namespace kva {
+
 class Datensatz;
 
 // Stores the values of a row in the loci 1 to `anzLoci`: as inheritance scalars if `vererbung` is
@@ -12,5 +14,7 @@ class Datensatz;
 // -1.0 comes of an empty cell, of a text without a number in front (a 0 counts only if the first
 // byte is "0"), and of a cell behind the end of the row. A comma is a decimal point. 0.
 int GetIMData(Datensatz& daten, long anzLoci, std::string_view zeile, int vererbung, int format);
+
+} // namespace kva
 
 #endif

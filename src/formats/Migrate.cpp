@@ -14,6 +14,8 @@
 #include "formats/passes.h"
 #include "run/run.h"
 
+namespace kva {
+
 namespace {
 
 constexpr const char* kSecondRow = "            "; // Arlequin: in place of name and number
@@ -118,3 +120,5 @@ long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite)
     (void)writeArlequinStructure(run, arlequin); // -1 tells only that there are no groups
     return 0;
 }
+
+} // namespace kva

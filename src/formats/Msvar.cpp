@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <span>
 
+namespace kva {
+
 namespace {
 
 // `table`: the population's alleles, at least one. `divisor`: base pairs per step.
@@ -55,3 +57,5 @@ void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite) {
         }
     }
 }
+
+} // namespace kva

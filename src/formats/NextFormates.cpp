@@ -8,6 +8,8 @@
 #include "run/run.h"
 #include "stats/passes.h"
 
+namespace kva {
+
 namespace {
 
 // The line of the log for each file that was asked for.
@@ -66,3 +68,5 @@ long writeOtherFormats(Run& run) {
     AUSGABE(Message::FormatsEnd);
     return 0;
 }
+
+} // namespace kva

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 class Run;
 
 // Both work in the current folder, "Formats&Data", on counted alleles. `schrittweite`: the step
@@ -16,5 +18,7 @@ void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite);
 // Writes the Migrate/LAMARC file and the Arlequin project, which share one walk over the
 // individuals. 0; -1 if the first, -2 if the second cannot be opened.
 long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite);
+
+} // namespace kva
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kStart = 10000; // step width before the first gap
@@ -55,3 +57,5 @@ std::vector<int32_t> stepWidths(const Datensatz& data, const AllelTabelle& pool)
     }
     return widths;
 }
+
+} // namespace kva

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace kva {
+
 class Datensatz;
 
 // The step width of one locus, in base pairs, at least 1. `pool`: the sorted table of the whole
@@ -24,5 +26,7 @@ std::vector<int32_t> stepWidths(const Datensatz& data, const AllelTabelle& pool)
 constexpr int32_t stepDivisor(bool repeatSteps, int32_t repeat, int32_t width) {
     return repeatSteps && repeat >= 1 ? repeat : width;
 }
+
+} // namespace kva
 
 #endif

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <string>
 
+namespace kva {
+
 // "%d"
 inline void appendNumber(std::string& line, int number) {
     std::array<char, 12> digits;
@@ -25,5 +27,7 @@ inline void appendPadded(std::string& line, int number, int width) {
     }
     appendNumber(line, number);
 }
+
+} // namespace kva
 
 #endif

@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <string>
 
+namespace kva {
+
 class Run;
 
 // GenePop.cpp: the two Genepop files, the structure file and the two new data sheets, with the
@@ -44,5 +46,7 @@ ResultFile openIMPair(Run& run, int i, int j, const std::string& nameI, const st
 // width. 0; -1, and nothing written, if one of the two has no data there.
 long writeIMLocus(Run& run, ResultFile& f, int i, int j, int locus, const std::string& nameI,
                   const std::string& nameJ, int schrittweite);
+
+} // namespace kva
 
 #endif

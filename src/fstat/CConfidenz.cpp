@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
+namespace kva {
+
 namespace {
 
 constexpr double kTail95 = 0.025;
@@ -88,3 +90,5 @@ int CConfidenz::GetIntervall99(double& oben, double& unten) const {
 double CConfidenz::GetMittel() const {
     return AnzErhalten == AnzErwartet ? Summe / AnzErhalten : -1.0;
 }
+
+} // namespace kva

@@ -10,6 +10,8 @@
 #include <limits>
 #include <vector>
 
+namespace kva {
+
 // Comparison of two doubles for qsort: -1, 0 or 1, ascending.
 int SortDaten(const void* a, const void* b);
 
@@ -51,5 +53,7 @@ class CConfidenz {
 
     bool Sortiert = false; // both arrays ascend but for the value just given
 };
+
+} // namespace kva
 
 #endif

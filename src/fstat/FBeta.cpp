@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 constexpr double kNone = -1.0; // of a locus without data
@@ -172,3 +174,5 @@ int fBeta(Run& run) {
     writeBetaSheets(run, beta);
     return 0;
 }
+
+} // namespace kva

@@ -8,6 +8,8 @@
 #include "run/run.h"
 #include "stats/passes.h"
 
+namespace kva {
+
 namespace {
 
 constexpr uint32_t kLocusTableBits = FstBit::LocusTable | FstBit::Heterogeneity;
@@ -142,3 +144,5 @@ int globalFst(Run& run) {
     AUSGABE(Message::GlobalEnd);
     return 0;
 }
+
+} // namespace kva

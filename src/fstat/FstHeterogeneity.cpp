@@ -22,6 +22,8 @@
 #include <iostream>
 #include <span>
 
+namespace kva {
+
 namespace {
 
 constexpr const char* kOfPairs = "made";
@@ -200,3 +202,5 @@ void writeGlobalHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& s
     }
     sheet.character('\n');
 }
+
+} // namespace kva

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 class Run;
 class CMatrix;
 class ResultFile;
@@ -19,5 +21,7 @@ void writePairHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& she
 // Writes the row for all populations. locusTable: Fst, Fit, Fis in rows 0 to 2, a column a
 // locus. The head comes first where no pairwise pass wrote it.
 void writeGlobalHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet);
+
+} // namespace kva
 
 #endif

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kva {
+
 namespace {
 
 // The tables of one locus: the alleles to sum over and the two samples.
@@ -160,3 +162,5 @@ int logLikelihoodRatio(long i, long j, FTripel& f, const AllelTabellen& tab, lon
     storePair(f, i, j, {2.0 * G, 2.0 * G, 2.0 * G});
     return 0;
 }
+
+} // namespace kva

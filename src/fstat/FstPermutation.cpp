@@ -9,6 +9,8 @@
 #include "fstat/randsci.h"
 #include "run/run.h"
 
+namespace kva {
+
 void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed,
                const FWerte& permuted) {
     for (std::size_t s = 0; s < hits.size(); ++s) {
@@ -58,3 +60,5 @@ int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen&
     });
     return 0;
 }
+
+} // namespace kva

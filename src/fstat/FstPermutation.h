@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 // Permutations after which the pairwise tests seed the stream again.
 constexpr int32_t kPairSeedEvery = 50;
 
@@ -28,5 +30,7 @@ void hitsToPValues(FTripel& p, int32_t i, int32_t j, double pairs, double n);
 
 // Number of pairs of n populations.
 double pairNumber(int32_t n);
+
+} // namespace kva
 
 #endif

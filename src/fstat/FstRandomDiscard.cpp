@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <iostream>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kFewestJackknifed = 6; // slots from which a population is jackknifed
@@ -214,3 +216,5 @@ int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen
     });
     return 0;
 }
+
+} // namespace kva

@@ -9,6 +9,8 @@
 #include "output/sheet.h"
 #include "run/run.h"
 
+namespace kva {
+
 namespace {
 
 constexpr double kSignificant = 0.05; // largest corrected p-value that is shown
@@ -211,3 +213,5 @@ void writeBetaSheets(Run& run, const CMatrix& beta) {
     }
     writeMatrix(run, file, pairs);
 }
+
+} // namespace kva

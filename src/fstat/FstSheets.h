@@ -8,6 +8,8 @@
 
 #include <array>
 
+namespace kva {
+
 class Run;
 
 // Writes "FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt". False if the first cannot be
@@ -36,5 +38,7 @@ void writeGlobalFst(Run& run, const GlobalErgebnis& ergebnis);
 
 // Writes "Beta_POP.xls" and "Betaij_POP.txt".
 void writeBetaSheets(Run& run, const CMatrix& beta);
+
+} // namespace kva
 
 #endif

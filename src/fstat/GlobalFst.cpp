@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 constexpr double kLeastIndividuals = 1.0; // of a population that counts at a locus
@@ -247,3 +249,5 @@ int testGlobal(const Run& run, double fst, double gst, double gstStrich, const C
     }
     return 0;
 }
+
+} // namespace kva

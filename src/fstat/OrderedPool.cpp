@@ -4,6 +4,8 @@
 #include <bit>
 #include <numeric>
 
+namespace kva {
+
 void OrderedPool::fill(int32_t n) {
     Remaining = n;
     InTree = n >= kTreeFrom;
@@ -37,3 +39,5 @@ int32_t OrderedPool::takeFromTree(int32_t r) {
     }
     return static_cast<int32_t>(place);
 }
+
+} // namespace kva

@@ -16,6 +16,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 class OrderedPool {
   public:
     static constexpr int32_t kTreeFrom = 2048; // items from which the tree is used
@@ -72,5 +74,7 @@ class OrderedPool {
     int32_t Width = 0;          // leaves of the tree, a power of two
     bool InTree = false;
 };
+
+} // namespace kva
 
 #endif

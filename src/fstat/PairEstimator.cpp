@@ -1,5 +1,7 @@
 #include "fstat/PairEstimator.h"
 
+namespace kva {
+
 PairEstimator::PairEstimator(HRegel regel, int32_t mostAlleles)
     : Regel(regel), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {
     Drawn.resize(mostAlleles);
@@ -61,3 +63,5 @@ std::optional<Varianz> PairEstimator::estimate(const Tally& t1, const Tally& t2,
     return pairComponents({t1.Copies, t2.Copies, H1, H2, std::span(Counts1).first(Found),
                            std::span(Counts2).first(Found)});
 }
+
+} // namespace kva

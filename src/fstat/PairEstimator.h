@@ -11,6 +11,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // The components of variance of a pair's locus; twin of the plain reading in
 // FstPair.cpp. The object holds the room.
 class PairEstimator {
@@ -42,5 +44,7 @@ class PairEstimator {
     std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step
     std::vector<int32_t> Counts2;
 };
+
+} // namespace kva
 
 #endif

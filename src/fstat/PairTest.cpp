@@ -5,6 +5,8 @@
 
 #include <numeric>
 
+namespace kva {
+
 CodedSample::CodedSample(const CodedData& data) : Data(data) {
     for (std::size_t l = 0; l < data.loci(); ++l) {
         for (std::size_t pop = 0; pop < data.populations(); ++pop) {
@@ -101,3 +103,5 @@ FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
     }
     return sums.values(Undefined);
 }
+
+} // namespace kva

@@ -15,6 +15,8 @@
 #include <optional>
 #include <vector>
 
+namespace kva {
+
 class Datensatz;
 
 // A data set in codes, with the tables of its populations.
@@ -77,5 +79,7 @@ class PairTest {
     PairEstimator Estimator;
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
 };
+
+} // namespace kva
 
 #endif

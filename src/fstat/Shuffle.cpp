@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <numeric>
 
+namespace kva {
+
 ShuffleArt ShuffleArt::of(uint32_t fstMask) {
     return {hasBit(fstMask, FstBit::Genotypes), hasBit(fstMask, FstBit::Linked),
             hasBit(fstMask, FstBit::Permutation), hasBit(fstMask, FstBit::Jackknife)};
@@ -203,3 +205,5 @@ void GlobalShuffle::count(const CodedLocus& locus, std::size_t pop, ShuffleTable
         table.addSlots(locus, sample);
     }
 }
+
+} // namespace kva

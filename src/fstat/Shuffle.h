@@ -14,6 +14,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // The bits of FstMask that a shuffle follows.
 struct ShuffleArt {
     bool Genotypes;   // individuals stay together
@@ -93,5 +95,7 @@ class GlobalShuffle {
     std::vector<int32_t> Units;     // in the order of the deal
     OrderedPool Pool;
 };
+
+} // namespace kva
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 // Counting with the table's fields held in registers. A code seen for the first time is
@@ -101,3 +103,5 @@ double ShuffleTable::CalcHet() const {
 double ShuffleTable::CalcHetuk() const {
     return Sum.Copies == 0 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
 }
+
+} // namespace kva

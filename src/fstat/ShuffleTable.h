@@ -12,6 +12,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // The allele table of one sample at one locus under shuffles; twin of AllelCount. Make
 // room with resize, then clear, add and read any number of times.
 class ShuffleTable {
@@ -70,5 +72,7 @@ class ShuffleTable {
     std::size_t Found = 0;
     Tally Sum;
 };
+
+} // namespace kva
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 void TailList::add(double v) {
     if (v < (Untere.size() < K ? kStartUnten : Untere.back())) {
         if (Untere.size() == K) {
@@ -28,3 +30,5 @@ double TailList::upper() const {
     const std::size_t fillers = K - Obere.size();
     return fillers < 2 ? Obere[1 - fillers] : kStartOben;
 }
+
+} // namespace kva

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace kva {
+
 class TailList {
   public:
     static constexpr double kStartUnten = 100000.0; // filler of the smallest values
@@ -29,5 +31,7 @@ class TailList {
     std::vector<double> Untere; // smallest values, ascending; fillers stand behind
     std::vector<double> Obere;  // largest values, ascending; fillers stand in front
 };
+
+} // namespace kva
 
 #endif

@@ -1,5 +1,7 @@
 #include "fstat/jackknife.h"
 
+namespace kva {
+
 namespace {
 
 constexpr long kJackknifeFrom = 6;      // slots from which a population is jackknifed
@@ -19,3 +21,5 @@ long jackknifedSlots(long slots) {
     }
     return slots - (r < kJackknifeMost ? 2 * static_cast<long>(r) : kJackknifeLimit);
 }
+
+} // namespace kva

@@ -2,9 +2,13 @@
 #ifndef KVA_FSTAT_JACKKNIFE_H
 #define KVA_FSTAT_JACKKNIFE_H
 
+namespace kva {
+
 // The slots of a population of `slots` that take part in a shuffle under jackknifing:
 // all but those of a tenth of the individuals, of 1 to 79. Populations of 5 slots or
 // fewer keep all.
 long jackknifedSlots(long slots);
+
+} // namespace kva
 
 #endif

@@ -7,6 +7,8 @@
 #include "data/ftriple.h"
 #include "data/slotmaps.h"
 
+namespace kva {
+
 class ResultFile;
 class Run;
 
@@ -90,5 +92,7 @@ int betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& betaN,
 // with nothing changed if i is j.
 int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& betaN,
                const CMatrix& betaW, const CMatrix& betaQ, bool mittel);
+
+} // namespace kva
 
 #endif

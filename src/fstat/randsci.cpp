@@ -4,6 +4,8 @@
 #include <array>
 #include <ctime>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kMultiplier = 16807;
@@ -113,3 +115,5 @@ int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, i
     rest = -1;
     return 1;
 }
+
+} // namespace kva

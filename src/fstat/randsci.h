@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <span>
 
+namespace kva {
+
 // Starts the stream anew: the next draw refills the shuffle table. 0 acts as 1, a
 // negative seed as its negation. Seeds are cut to 32 bits.
 void srand2(long seed);
@@ -45,5 +47,7 @@ int32_t drawIndex(int32_t n);
 // Turns a flat index over groups of the given sizes into group and offset within
 // it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
 int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest);
+
+} // namespace kva
 
 #endif

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace kva {
+
 namespace {
 
 constexpr double kLeastHt = 1e-06; // below it a pool counts as monomorphic
@@ -122,3 +124,5 @@ GlobalWerte GlobalSummen::values(double undefined) const {
     }
     return werte;
 }
+
+} // namespace kva

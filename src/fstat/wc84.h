@@ -15,6 +15,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // Which heterozygosity stands for H in the estimators.
 enum class HRegel {
     Hobs, // the observed one, also for inbred data
@@ -187,5 +189,7 @@ class GlobalSummen {
 
 // Sets rows first to last of column l.
 void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value);
+
+} // namespace kva
 
 #endif

@@ -21,6 +21,8 @@
 #include <algorithm>
 #include <array>
 
+namespace kva {
+
 namespace {
 
 // One of the nine sheets: file name and cell.
@@ -226,3 +228,5 @@ int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichpr
     }
     return lastH < 0 ? -100 : 0;
 }
+
+} // namespace kva

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace kva {
+
 namespace {
 
 constexpr double kNearlyOne = 0.999999; // a heterozygosity above it counts as 1
@@ -228,3 +230,5 @@ double correctHeterozygosity(double H, int32_t n) {
     }
     return H;
 }
+
+} // namespace kva

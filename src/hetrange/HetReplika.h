@@ -18,6 +18,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // The entries drawn for one replicate: a row per locus, or one row for linked loci. A
 // place holds the index of a data entry of the population, from 0; the index behind the
 // last entry reads as missing.
@@ -129,5 +131,7 @@ struct HetReplikaSheets {
     ResultFile Var;
     ResultFile Allele;
 };
+
+} // namespace kva
 
 #endif

@@ -6,6 +6,8 @@
 
 #include <vector>
 
+namespace kva {
+
 class Run;
 
 // The pass. 0; -4 if nothing is loaded; 1 or 2 if the folder cannot be entered. The random stream
@@ -32,5 +34,7 @@ int drawReplicate(const Run& run, int replikat, int pop, HetStichprobe& stichpro
 int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
                       std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
                       HetReplikaSheets& sheets);
+
+} // namespace kva
 
 #endif

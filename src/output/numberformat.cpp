@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace kva {
+
 namespace {
 
 // The words of printf for what is not finite. The sign of a nan shows, too.
@@ -169,3 +171,5 @@ std::size_t formatFixed(char* buffer, double value, int precision, int width) {
     std::memset(buffer, ' ', blanks);
     return wanted;
 }
+
+} // namespace kva

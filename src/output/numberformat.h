@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+namespace kva {
+
 // Room for any double with up to 9 decimals and a width of at most 32.
 constexpr std::size_t kFixedBufferSize = 352;
 
@@ -12,5 +14,7 @@ constexpr std::size_t kFixedBufferSize = 352;
 // Not finite values come out as "inf", "-inf", "nan" and "-nan".
 // Result: the number of bytes; no zero byte is added.
 std::size_t formatFixed(char* buffer, double value, int precision, int width = 0);
+
+} // namespace kva
 
 #endif

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace kva {
+
 namespace {
 
 constexpr mode_t kFolderMode = 0777;
@@ -49,3 +51,5 @@ int PassFolder::enterInner(const OrdnerRegel& regel) {
     }
     return status;
 }
+
+} // namespace kva

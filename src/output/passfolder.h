@@ -7,6 +7,8 @@
 
 #include "control/Ausgabe.h"
 
+namespace kva {
+
 class ResultFolder;
 
 // A pass's folder and the two messages of the catalogue for it.
@@ -66,5 +68,7 @@ class PassFolder {
     int Status = 0;
     bool Bleibt = false; // stay() was called
 };
+
+} // namespace kva
 
 #endif

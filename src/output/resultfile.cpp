@@ -10,6 +10,8 @@
 #include <cstring>
 #include <utility>
 
+namespace kva {
+
 namespace {
 
 constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
@@ -149,3 +151,5 @@ void ResultFile::fail(int errorNumber) {
         OnFailure(ShownName, std::strerror(errorNumber));
     }
 }
+
+} // namespace kva

@@ -13,6 +13,8 @@
 #include <string>
 #include <string_view>
 
+namespace kva {
+
 // Is told of a result file that cannot be opened, written or closed: the name as
 // it is to be shown, and the system's reason.
 using FileFailureHandler = std::function<void(const std::string& name, const std::string& reason)>;
@@ -88,5 +90,7 @@ class ResultFile {
     FileFailureHandler OnFailure;
     bool Failed = false; // a failure was told; further writes are dropped
 };
+
+} // namespace kva
 
 #endif

@@ -12,6 +12,8 @@
 #include <system_error>
 #include <unistd.h>
 
+namespace kva {
+
 namespace {
 
 constexpr mode_t kFolderMode = 0777;
@@ -109,3 +111,5 @@ void ResultFolder::reportFailure(const std::string& name, const std::string& rea
     LogDatei.text(line + "\n");
     LogDatei.flush();
 }
+
+} // namespace kva

@@ -14,6 +14,8 @@
 
 #include <string>
 
+namespace kva {
+
 class ResultFolder {
   public:
     ResultFolder() = default;
@@ -53,5 +55,7 @@ class ResultFolder {
 // The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a
 // file of the root folder.
 std::string folderOf(const std::string& path);
+
+} // namespace kva
 
 #endif

@@ -3,6 +3,8 @@
 #include "data/lociclass.h"
 #include "output/resultfile.h"
 
+namespace kva {
+
 namespace {
 
 constexpr std::size_t kLabelWidth = 10; // characters of a population's label
@@ -75,3 +77,5 @@ std::string padOrCut(const std::string& name, std::size_t width) {
 std::string populationLabel(const std::string& name) {
     return padOrCut(name, kLabelWidth);
 }
+
+} // namespace kva

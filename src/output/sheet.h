@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string>
 
+namespace kva {
+
 class Datensatz;
 class ResultFile;
 
@@ -41,5 +43,7 @@ std::string padOrCut(const std::string& name, std::size_t width);
 
 // The label of a population's row: ten characters, filled up on the left or cut.
 std::string populationLabel(const std::string& name);
+
+} // namespace kva
 
 #endif

@@ -1,5 +1,7 @@
 #include "run/run.h"
 
+namespace kva {
+
 void Run::TakeSettings(const AnalyseSettings& masks, const ScalarSettings& scalars) {
     static_cast<AnalyseSettings&>(*this) = masks;
     BootLoci = scalars.BootLoci;
@@ -21,3 +23,5 @@ int Run::AddNewData(const Run* neu) {
     AnzInd = 0;
     return AddLociOf(*neu);
 }
+
+} // namespace kva

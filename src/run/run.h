@@ -11,6 +11,8 @@
 
 #include <cstdint>
 
+namespace kva {
+
 // The five words of flags come first.
 class Run : public AnalyseSettings, public LoadedData, public ResultFolder {
   public:
@@ -46,5 +48,7 @@ class Run : public AnalyseSettings, public LoadedData, public ResultFolder {
     AllelTabellen IndAllele;            // one entry per individual; empty until counted
     int32_t AnzInd = 0;                 // individuals in IndAllele
 };
+
+} // namespace kva
 
 #endif

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kva {
+
 namespace {
 
 constexpr int kNoFactorialFrom = 126; // wanted: the table ends at 125!, though a double holds 170!
@@ -55,3 +57,5 @@ long double CFactorial::Range(int a, int b) {
     }
     return product;
 }
+
+} // namespace kva

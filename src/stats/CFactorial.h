@@ -5,6 +5,8 @@
 
 #include <vector>
 
+namespace kva {
+
 class CFactorial {
   public:
     // n!, filling the table up to n first if it is too short. -1.0 for a negative n,
@@ -27,5 +29,7 @@ class CFactorial {
 
 // The one table of the program; it lives and grows for the whole run.
 extern CFactorial Factorial;
+
+} // namespace kva
 
 #endif

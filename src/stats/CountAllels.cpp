@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 int longestTable(const AllelTabelle& tables) {
@@ -161,3 +163,5 @@ int countIndividualAlleles(Run& run) {
     run.LogEntry("Count Allels per Individual ...");
     return 0;
 }
+
+} // namespace kva

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kSmallestGapStart = 10000; // wanted: larger gaps count as this one
@@ -104,3 +106,5 @@ long writeErrorReport(Run& run) {
     AUSGABE(Message::ErrorReportEnd);
     return 0;
 }
+
+} // namespace kva

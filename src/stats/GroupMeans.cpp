@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 constexpr double kNoValue = -1.0;
@@ -177,3 +179,5 @@ int Datensatz::CalcMax(const AllelTabellen& tab, int locus, int gruppe) const {
 int Datensatz::CalcMin(const AllelTabellen& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcMin, kNoLocusExtreme, tab, locus, gruppe);
 }
+
+} // namespace kva

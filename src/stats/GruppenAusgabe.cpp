@@ -10,6 +10,8 @@
 #include "stats/passes.h"
 #include "stats/statpass.h"
 
+namespace kva {
+
 namespace {
 
 struct GroupValues {
@@ -148,3 +150,5 @@ int writeGroupData(Run& run) {
     AUSGABE(Message::GroupsEnd);
     return 0;
 }
+
+} // namespace kva

@@ -1,5 +1,7 @@
 #include "stats/NumberAllelesExp.h"
 
+namespace kva {
+
 namespace {
 
 constexpr double kAllDifferent = 0.99999; // h from here on: as many alleles as copies
@@ -71,3 +73,5 @@ double CalcThetaSMM(double h, int n) {
     }
     return thetaOfHomozygosity(1.0 - h);
 }
+
+} // namespace kva

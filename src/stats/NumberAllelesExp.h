@@ -3,6 +3,8 @@
 #ifndef KVA_STATS_NUMBERALLELESEXP_H
 #define KVA_STATS_NUMBERALLELESEXP_H
 
+namespace kva {
+
 // Numbers of alleles expected in a sample of `n` independent gene copies with
 // heterozygosity `h`: `smm` by Kimura and Ohta (1975), `iam` by Ewens (1972).
 // 0; -1 if n < 2; -2 if h < 0; both outputs are -1.0 then. h of 0.99999 and above
@@ -14,5 +16,7 @@ int CalcNumberAllelesExp(double& smm, double& iam, int n, double& h);
 // copies: h above 0.999999 counts as 1 - 2/(n(n+1)), h of exactly 0 as 2/(n+1).
 // -1.0 for a negative h.
 double CalcThetaSMM(double h, int n);
+
+} // namespace kva
 
 #endif

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace kva {
+
 namespace {
 
 // Which individuals a driver takes in.
@@ -119,3 +121,5 @@ double Datensatz::CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean,
 double Datensatz::CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const {
     return rdAlleles(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
 }
+
+} // namespace kva

@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace kva {
+
 namespace {
 
 constexpr int kSingleByFactorialsTo = 122; // largest N whose q(i) are taken from factorials
@@ -204,3 +206,5 @@ double AllelCount::CalcRarefraction(int k, double& varianz) const {
     varianz = sum.V + 2.0 * pairsByWindows(draw, windows);
     return sum.R;
 }
+
+} // namespace kva

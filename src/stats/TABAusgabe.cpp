@@ -10,6 +10,8 @@
 #include "stats/passes.h"
 #include "stats/statpass.h"
 
+namespace kva {
+
 namespace {
 
 struct SummaryValues {
@@ -148,3 +150,5 @@ int writeSummary(Run& run) {
     AUSGABE(Message::SummaryEnd);
     return 0;
 }
+
+} // namespace kva

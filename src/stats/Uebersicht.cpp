@@ -19,6 +19,8 @@
 #include <algorithm>
 #include <optional>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kRichnessMinStart = 1000000; // stays where no sample has two copies
@@ -330,3 +332,5 @@ int writeOverview(Run& run) {
     AUSGABE(Message::OverviewEnd);
     return 0;
 }
+
+} // namespace kva

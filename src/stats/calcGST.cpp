@@ -12,6 +12,8 @@
 #include "stats/passes.h"
 #include "stats/statpass.h"
 
+namespace kva {
+
 namespace {
 
 constexpr double kLeast = 1e-06; // diversities and sums up to here divide nothing
@@ -163,3 +165,5 @@ int writeGst(Run& run) {
     AUSGABE(Message::GstEnd);
     return 0;
 }
+
+} // namespace kva

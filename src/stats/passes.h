@@ -4,6 +4,8 @@
 #ifndef KVA_STATS_PASSES_H
 #define KVA_STATS_PASSES_H
 
+namespace kva {
+
 class Run;
 
 // CountAllels.cpp: builds PopAllele and writes the two count sheets. 0; 1 or 2 if the folder cannot
@@ -29,5 +31,7 @@ int writeSummary(Run& run);
 // GruppenAusgabe.cpp: the sheets of "Group_data", where the process stays. 2: the folder is there
 // but cannot be entered.
 int writeGroupData(Run& run);
+
+} // namespace kva
 
 #endif

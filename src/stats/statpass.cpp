@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+namespace kva {
+
 std::string locusLabel(const Datensatz& daten, int locus) {
     return orEmpty(daten.GetLociName(locus));
 }
@@ -31,3 +33,5 @@ bool tablesReady(Run& run) {
     }
     return !run.PopAllele.empty();
 }
+
+} // namespace kva

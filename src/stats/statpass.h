@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <string>
 
+namespace kva {
+
 // Replicates of the random discard for the sheets.
 constexpr int kRDReplicates = 200;
 
@@ -98,5 +100,7 @@ int effectiveCopies(const AllelCount& table);
 
 // Counts the alleles if no pass did so yet. False if there are still no tables.
 bool tablesReady(Run& run);
+
+} // namespace kva
 
 #endif

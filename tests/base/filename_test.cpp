@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 TEST(FileNameOf, OrdinaryNamesStay) {
     EXPECT_EQ(fileNameOf("North"), "North");
     EXPECT_EQ(fileNameOf("St. Gallen (2)"), "St. Gallen (2)");

@@ -7,6 +7,8 @@
 #include <limits>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 // The place as it is defined: j - 1 in the first row; in row i, j - i - 1 behind the n - k - 1

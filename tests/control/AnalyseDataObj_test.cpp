@@ -9,6 +9,8 @@
 #include <memory>
 #include <string>
 
+using namespace kva;
+
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;
 using kva_test::readFile;

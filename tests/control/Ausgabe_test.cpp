@@ -10,6 +10,8 @@
 #include <streambuf>
 #include <string>
 
+using namespace kva;
+
 using kva_test::StdoutCapture;
 
 namespace {

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <string>
 
+using namespace kva;
+
 using kva_test::Typed;
 
 namespace {

@@ -7,6 +7,8 @@
 #include <ostream>
 #include <string>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

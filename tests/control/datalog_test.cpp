@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::readFile;
 using kva_test::TempFolder;
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <sys/stat.h>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+using namespace kva;
+
 namespace kva_test {
 
 Pressed press(CMenuAllg& menu, const std::string& keys) {

@@ -13,6 +13,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // Standard input holds the text, and then ends, until the end of the scope.
 class Typed {
   public:

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+using namespace kva;
+
 namespace {
 
 // Rows and columns outside a matrix of 2 x 3 cells.

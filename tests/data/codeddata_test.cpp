@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::kInbredPop;
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;

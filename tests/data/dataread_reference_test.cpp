@@ -13,6 +13,8 @@
 #include <sstream>
 #include <vector>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

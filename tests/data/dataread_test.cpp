@@ -6,6 +6,8 @@
 #include <sstream>
 #include <vector>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

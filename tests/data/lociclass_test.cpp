@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::written;
 
 namespace {

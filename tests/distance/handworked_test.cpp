@@ -21,6 +21,8 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

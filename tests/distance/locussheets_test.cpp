@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using namespace kva_test;
 
 TEST(LocusSheets, OneColumnDataHasOneLabelCell) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 namespace {
 
 // The cell of row r and column c, of different lengths.

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+using namespace kva;
+
 namespace {
 
 const Measure& measure(const std::string& stem) {

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+using namespace kva;
+
 namespace kva_test {
 
 const char* const kThreePops = "2 . . 2 . 4 .\n"

@@ -8,6 +8,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // Three populations of two diploids, two loci with repeat lengths 2 and 4. Frequencies:
 //   L1: A 100 1,   B 100 1/2 104 1/2, C 104 1
 //   L2: A 200 1/2 208 1/2, B the same, C 200 3/4 208 1/4

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
+using namespace kva;
+
 namespace kva_test {
 
 const std::array<const char*, kOutputs> kStems = {"POSA", "FSS", "ADA", "KSC", "DMS",

@@ -12,6 +12,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // The outputs in their order.
 enum Output { POSA, FSS, ADA, KSC, DMS, ASD, CAS, DAN, DSG };
 constexpr int kOutputs = 9;

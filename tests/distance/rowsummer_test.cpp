@@ -6,6 +6,8 @@
 #include <bit>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

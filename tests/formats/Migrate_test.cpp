@@ -3,6 +3,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using namespace kva_test;
 
 namespace {

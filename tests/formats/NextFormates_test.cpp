@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

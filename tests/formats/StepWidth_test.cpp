@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 
+using namespace kva;
+
 namespace {
 
 int32_t widthOf(std::initializer_list<int> alleles, int32_t repeat) {

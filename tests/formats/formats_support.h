@@ -9,6 +9,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // Calls `pass` and swallows what it prints. Result: that of the pass.
 template <class Pass> long quietly(Pass&& pass) {
     const StdoutCapture swallowed;

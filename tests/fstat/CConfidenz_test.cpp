@@ -7,6 +7,8 @@
 #include <numeric>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 // Gives the values 1..n in a scattered order: 7 i mod (n + 1), n + 1 prime.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;
 using kva_test::StdoutCapture;

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
+using namespace kva;
+
 using kva_test::kBeta;
 using kva_test::kBoth;
 using kva_test::kGlobal;

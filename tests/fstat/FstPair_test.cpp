@@ -3,6 +3,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::kInbredPop;
 using kva_test::kTwoPops;
 using kva_test::kTwoPopsOneColumn;

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::FrozenClock;
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;

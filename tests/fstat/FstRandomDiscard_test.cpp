@@ -7,6 +7,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::FrozenClock;
 using kva_test::kInbredPop;
 using kva_test::kTwoPops;

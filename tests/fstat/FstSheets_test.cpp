@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::kGlobal;
 using kva_test::kOnePop;
 using kva_test::kPairs;

@@ -5,6 +5,8 @@
 #include <random>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 // Takes all items at random places and compares each with a list whose gaps close one by one.

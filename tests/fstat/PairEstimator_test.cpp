@@ -10,6 +10,8 @@
 #include <span>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::LoadedRun;
 using kva_test::randomFstData;
 

@@ -9,6 +9,8 @@
 #include <numeric>
 #include <random>
 
+using namespace kva;
+
 using kva_test::kInbredPop;
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;

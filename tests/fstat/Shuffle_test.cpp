@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 namespace {
 
 // A data set of one locus in which every slot has an allele of its own: the slot's number in the

@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+using namespace kva;
+
 TEST(TailList, LimitsAreFillersWithoutValues) {
     const TailList list(2);
     EXPECT_EQ(list.lower(), 100000.0);

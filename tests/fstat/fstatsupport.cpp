@@ -6,6 +6,8 @@
 #include <optional>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 std::optional<long> frozenSeconds;

@@ -11,6 +11,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // While it lives, std::time gives `seconds` in this program. A pass that seeds the random
 // stream with the clock then starts the stream of seed `seconds`.
 class FrozenClock {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 TEST(JackknifedSlots, LeavesOutATenthOfTheIndividuals) {
     EXPECT_EQ(jackknifedSlots(5), 5) << "five slots or fewer keep all";
     EXPECT_EQ(jackknifedSlots(0), 0);

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+using namespace kva;
+
 using kva_test::kBoth;
 using kva_test::kNancyNine;
 using kva_test::kNancyNineLoci;

@@ -11,6 +11,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // Flags of passes.
 constexpr uint32_t kPairs = 0x39;    // pairs alone
 constexpr uint32_t kGlobal = 0x1839; // all populations alone

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstdlib>
 
+using namespace kva;
+
 namespace kva_test {
 
 namespace {

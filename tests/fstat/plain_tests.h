@@ -7,6 +7,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // As AnalyseDataObj::FST_P_WC84.
 void plainPairTest(const AnalyseDataObj& obj, FTripel& p, const FTripel& f, CMatrix& locusTable);
 

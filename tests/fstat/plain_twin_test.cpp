@@ -8,6 +8,8 @@
 #include <bit>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::FrozenClock;
 using kva_test::GlobalP;
 using kva_test::LoadedRun;

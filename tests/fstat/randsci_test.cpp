@@ -13,6 +13,8 @@
 #include <unistd.h>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 constexpr int kFirst = 1000;  // draws of each seed in the reference

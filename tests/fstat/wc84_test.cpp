@@ -4,6 +4,8 @@
 #include <random>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 constexpr double kUndefined = -32767.0;

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 using kva_test::LoadedRun;

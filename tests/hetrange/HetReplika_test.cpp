@@ -7,6 +7,8 @@
 #include <numeric>
 #include <random>
 
+using namespace kva;
+
 namespace {
 
 using kva_test::LoadedRun;

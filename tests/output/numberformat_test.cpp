@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 namespace {
 
 constexpr int kPrecisions = 10; // 0 to 9

@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace kva;
+
 using kva_test::StdoutCapture;
 using kva_test::TempFolder;
 using kva_test::writeFile;

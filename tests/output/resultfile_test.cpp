@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::readFile;
 using kva_test::TempFolder;
 using kva_test::writeFile;

@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace kva;
+
 namespace fs = std::filesystem;
 using namespace kva_test;
 

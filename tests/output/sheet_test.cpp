@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+using namespace kva;
+
 using kva_test::written;
 
 namespace {

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+using namespace kva;
+
 TEST(CFactorialCalc, SmallFactorialsAreExact) {
     CFactorial table;
     const double expected[] = {1, 1, 2, 6, 24, 120, 720, 5040, 40320};

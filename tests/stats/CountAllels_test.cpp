@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::kInbredPop;
 using kva_test::kTwoPops;
 using kva_test::kTwoPopsOneColumn;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;
 using kva_test::StdoutCapture;

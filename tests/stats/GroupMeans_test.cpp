@@ -4,6 +4,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::LoadedRun;
 using kva_test::tableOf;
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::cellOf;
 using kva_test::cellsOf;
 using kva_test::fixed6;

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::LoadedRun;
 using kva_test::StdoutCapture;
 using kva_test::tableOf;

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::tableOf;
 
 namespace {

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::cellsOf;
 using kva_test::fixed6;
 using kva_test::kTwoPops;

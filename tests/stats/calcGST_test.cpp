@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+using namespace kva;
+
 using kva_test::cellOf;
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::cellOf;
 using kva_test::cellsOf;
 using kva_test::kNancyCats;

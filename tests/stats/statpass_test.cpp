@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+using namespace kva;
+
 using kva_test::kTwoPops;
 using kva_test::kTwoPopsOneColumn;
 using kva_test::LoadedRun;

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+using namespace kva;
+
 namespace kva_test {
 
 AllelCount tableOf(const std::vector<AllelEintrag>& rows, int haploid) {

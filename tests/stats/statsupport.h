@@ -11,6 +11,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // A sorted table that was fed with `Anzahl` copies of each allele, one allele after the other;
 // `haploid` as in AddAllel.
 AllelCount tableOf(const std::vector<AllelEintrag>& rows, int haploid = 0);

@@ -4,6 +4,8 @@
 #include <memory>
 #include <stdexcept>
 
+using namespace kva;
+
 namespace kva_test {
 
 std::string tabbed(std::string_view text) {

@@ -18,6 +18,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // Every blank becomes a tab, every cell that is "." an empty cell.
 std::string tabbed(std::string_view text);
 

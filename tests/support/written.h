@@ -9,6 +9,8 @@
 
 namespace kva_test {
 
+using namespace kva;
+
 // The bytes that `write(file)` leaves in a fresh file.
 template <class Writer> std::string written(Writer&& write) {
     const TempFolder folder;

@@ -8,6 +8,8 @@
 #include "fstat/plain/MakeMix.h"
 #include "fstat/randsci.h"
 
+namespace kva {
+
 namespace {
 
 // Places of the tables in `mix`.
@@ -153,3 +155,5 @@ int Datensatz::CountMixGlobal(AllelTabellen& tab, std::vector<std::vector<int32_
     }
     return 0;
 }
+
+} // namespace kva

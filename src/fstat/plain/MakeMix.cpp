@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <numeric>
 
+namespace kva {
+
 namespace {
 
 constexpr int32_t kMissing = -1;
@@ -175,3 +177,5 @@ int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
     places.put(toPop, to, fromPop, from);
     return 0;
 }
+
+} // namespace kva

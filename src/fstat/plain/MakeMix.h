@@ -12,6 +12,8 @@
 #include <span>
 #include <vector>
 
+namespace kva {
+
 // Deals the slots of two populations of nA and nB slots into two maps of the same
 // sizes. Each map has room for its sample.
 // permutation 1: each slot once; else every place is drawn from all slots.
@@ -38,5 +40,7 @@ int MakeMix(int permutation, int genotypes, int linked, long nA, long nB, long p
 int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
                   std::vector<std::vector<int32_t>>& mapPop, std::span<const int32_t> groessen,
                   int gesamt, std::vector<int32_t>& buffer, int genotypes);
+
+} // namespace kva
 
 #endif

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace kva;
+
 using kva_test::kTwoPops;
 using kva_test::kTwoPopsOneColumn;
 using kva_test::LoadedRun;

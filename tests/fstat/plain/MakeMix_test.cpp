@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
+using namespace kva;
+
 using kva_test::streamIsBehind;
 
 namespace {
