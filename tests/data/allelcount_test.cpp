@@ -689,6 +689,23 @@ TEST(AllelCountRD, AnotherStartBeginsTheSumsAnew) {
     EXPECT_EQ(table.RDEnd(), 1);
 }
 
+TEST(AllelCountRD, BeforeAStartAnAlleleCountsAsAnIndividualOnly) {
+    AllelCount table = homozygotes();
+    table.AddHaploidSet(10, 10);
+    EXPECT_EQ(table.RDGroesse, 1);
+    EXPECT_TRUE(table.RDAktuell.empty());
+}
+
+TEST(AllelCountRD, ClrForgetsTheReplicates) {
+    AllelCount table = homozygotes();
+    const StdoutCapture console;
+    table.StartRD(2);
+    drawHomozygotes(table);
+    EXPECT_EQ(table.RDEnd(), 1);
+    table.Clr();
+    expectEmptyTallies(table);
+}
+
 // --- Properties over random data
 // ------------------------------------------------------------------
 

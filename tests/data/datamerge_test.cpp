@@ -136,6 +136,16 @@ TEST(Access, InfoCountsIndividualsFromOne) {
     EXPECT_EQ(std::pair(haploid, gruppe), std::pair(0, 6));
 }
 
+TEST(Access, TheGroupIsReadOnTheFirstLocus) {
+    LoadedRun run(kTwoPops);
+    run->Daten->Loci[0].SetInfoChromosom(2, 0, 5, 0);
+    run->Daten->Loci[1].SetInfoChromosom(2, 0, 6, 0);
+    int haploid = -99;
+    int gruppe = -99;
+    EXPECT_EQ(run->GetTierInfo(2, 1, haploid, gruppe, 2), 0);
+    EXPECT_EQ(gruppe, 5);
+}
+
 TEST(Access, TheFlagIsReadOnTheLocusAskedFor) {
     LoadedRun run(kInbredPop);
     run->Daten->Loci[1].SetInfoChromosom(2, 0, 2, 0); // B's first individual diploid at L2 alone

@@ -143,6 +143,16 @@ TEST(RowWalk, NulEndsTheWalkBehindTheTextBeforeIt) {
     EXPECT_EQ(rowsOf(std::string("\na\n \0\0\n", 7)), (Rows{"a"})); // blanks alone: no row
 }
 
+TEST(RowWalk, AWalkThatEndedStaysEnded) {
+    const Stream stream = fileOf(std::string("\na\0b\nc\n", 7));
+    DataWindow window(stream.get());
+    RowWalk walk(window, 0, CrLf::lineEnd);
+    EXPECT_TRUE(walk.next());
+    EXPECT_EQ(walk.row().text, "a");
+    EXPECT_FALSE(walk.next());
+    EXPECT_FALSE(walk.next()); // not the row behind the NUL
+}
+
 TEST(RowWalk, FileOfALineEndHasNoRows) {
     EXPECT_EQ(rowsOf("\n"), Rows{});
     EXPECT_EQ(rowsOf("\n\n  "), Rows{});

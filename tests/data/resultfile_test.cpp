@@ -231,6 +231,16 @@ TEST_F(ResultFileTest, AnAssignedFileClosesItsEarlierOne) {
     EXPECT_EQ(readFile("new.xls"), "new");
 }
 
+TEST_F(ResultFileTest, AnAssignedFileGoesOnWithItsBuffer) {
+    ResultFile first = open("sheet.xls");
+    first.text("one,");
+    ResultFile second;
+    second = std::move(first);
+    second.text("two");
+    second.close();
+    EXPECT_EQ(readFile("sheet.xls"), "one,two");
+}
+
 TEST_F(ResultFileTest, AFailureIsTakenAlong) {
     fs::create_directory("sheet.xls");
     ResultFile file;

@@ -187,6 +187,17 @@ TEST(GruppenAusgabe, WithoutRestLengthTheRepeatNumbersAloneAreMissing) {
                         .at(0));
 }
 
+// A step of one base and a rest of one base: variance 2 / 1, repeats (100 - 1) / 1.
+TEST(GruppenAusgabe, LengthsOfOneBaseAreKnown) {
+    const Written run("2 . . 1 .\n. . . 1 .\n. . . L1 L1b\nA d 1 100 102\n");
+    EXPECT_EQ(cellOf(run.sheet("Varrepeatgroup"), "Grp 01", 1), "2.000000");
+    EXPECT_EQ(cellOf(run.sheet("VarRDrepeatgroup"), "Grp 01", 1), "2.000000");
+    EXPECT_EQ(cellsOf(run.sheet("SumGrp01")).at(1),
+              cellsOf(tabbed("L1 L1b 1.000000 1.000000 2.000000 2.000000 2.000000 2.000000 "
+                             "100 101.000000 102 99.000000 100.000000 101.000000 ."))
+                  .at(0));
+}
+
 TEST(GruppenAusgabe, UntypedGroupHasNoValue) {
     const Written run(kConditions);
     for (const std::string& name : kSheets) {

@@ -185,6 +185,16 @@ TEST(CalcRDHet, InbredPopulationIsThinned) {
     EXPECT_EQ(rand2(), stream.draw());
 }
 
+// Allele 0 in each place of an individual: two draws and two single alleles, 6 copies.
+TEST(CalcRDHet, AlleleZeroIsAnAllele) {
+    Drivers drivers("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n"
+                    "A h 0 0 104\nA h 0 102 0\nA h 0 . 0\nA h 0 0 .\n");
+    const Individuals individuals = {{0, 104}, {102, 0}, {kMissing, 0}, {0, kMissing}};
+    Replay stream(kSeed);
+    expectMeans(drivers, 1, replayed(individuals, 6, kReplicates, stream));
+    EXPECT_EQ(rand2(), stream.draw());
+}
+
 // 100, 102, 100, 100: H = 8/6 x (1 - 10/16) = 1/2, mean 100.5, variance 8/6 x 3/4 = 1.
 TEST(CalcRDHet, DiploidPopulationIsPlainAndDrawsNothing) {
     Drivers drivers(kThreeKinds);
