@@ -289,6 +289,14 @@ TEST(Uebersicht, MonomorphicSample) {
     EXPECT_EQ(run.cell("NumAllelesExpIAM", "A"), "1.000000");
 }
 
+// One homozygote: n = 2, the fewest copies of a corrected variance, 1/(2 + 1).
+TEST(Uebersicht, TwoAlikeCopiesHaveACorrectedVariance) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 100 100\n");
+    EXPECT_EQ(run.cell("Varrepeat", "A"), "0.000000");
+    EXPECT_EQ(run.cell("VarrepeatKorr", "A"), "0.333333");
+    EXPECT_EQ(run.cell("VarRDrepeatKorr", "A"), "0.333333");
+}
+
 // H = 8/6 x 3/4 = 1; q = 2/(4 x 5), theta = 99/2.
 TEST(Uebersicht, AllDifferentSample) {
     const Written run(kEdges);
@@ -365,6 +373,17 @@ TEST(Uebersicht, ReferenceAboveASampleSilencesItsCellsAlone) {
     const std::string variances = richness.substr(richness.find("Variance of"));
     EXPECT_EQ(cellOf(variances, "Total", 1), fixed6(5.0 / 9.0));
     EXPECT_EQ(cellOf(variances, "A", 1), "n.d.");
+}
+
+// Of two copies the number of alleles is 1 with the probability P that they are alike, else 2: mean
+// 2 - P, variance P (1 - P). L1: pool P = (3 + 1 + 3)/28, A and B 3/6. L2: pool (10 + 1)/28, A 1/6,
+// B 3/6.
+TEST(Uebersicht, EachSampleHasItsVarianceOfTheRichness) {
+    EXPECT_EQ(Written(kTwoPops, 2).sheet("AllelicRichness"),
+              twoPopsSheet("1.750000 1.607143", "1.500000 1.833333", "1.500000 1.500000") +
+                  "\nStd. Ind. Number\t1.000000\t1.000000\t\n" +
+                  "\nVariance of allelic richness\n" +
+                  twoPopsSheet("0.187500 0.238520", "0.250000 0.138889", "0.250000 0.250000"));
 }
 
 TEST(Uebersicht, ReferenceOfZeroHasNoRichness) {

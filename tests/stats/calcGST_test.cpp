@@ -1,6 +1,7 @@
 // The partition of gene diversity in "GST.xls".
 #include "stats/statsupport.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
@@ -148,4 +149,16 @@ TEST(CalcGST, TellsItsBeginningAndEnd) {
     EXPECT_EQ(run->calcGST(), 0);
     EXPECT_EQ(console.text(), "\nStart with G ST calculation!\n\n... Finished GST calculation!\n");
     EXPECT_NE(run.resultFile("KVA.log").find("\n     Calculated Gst\n"), std::string::npos);
+}
+
+TEST(CalcGST, AFullDiskIsToldBeforeTheEnd) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    std::filesystem::create_symlink("/dev/full", "GST.xls");
+    const std::string told = "Cannot write result file GST.xls: No space left on device\n";
+    StdoutCapture console;
+    run->calcGST();
+    EXPECT_EQ(console.text(), "\nStart with G ST calculation!\n\n" + told +
+                                  "\n... Finished GST calculation!\n");
+    EXPECT_NE(run.resultFile("KVA.log").find(told + "\n     Calculated Gst\n"), std::string::npos);
 }
