@@ -32,9 +32,8 @@ TREE = ROOT / "build/mutation/tree"
 BUILD = ROOT / "build/mutation/build"
 EQUIVALENT = ROOT / "scripts/mutants_equivalent.txt"
 SUBSYSTEMS = ["control", "data", "stats", "distance", "fstat", "hetrange", "formats"]
-LEAST_OF_A_SUBSYSTEM = 25  # in a sample
+LEAST = 25  # mutants of a subsystem in a sample
 GIBIBYTE = 1 << 30
-
 # Quick to compile and to link, and an index out of range ends the test.
 CONFIGURATION = [
     "-GNinja", "-DKVA_BENCH=OFF", "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST",
@@ -85,8 +84,7 @@ def chosen(places):
         name, _, lines = place.partition(":")
         first, _, last = lines.partition("-")
         path = ROOT / name
-        files = sorted(p for p in path.rglob("*.*") if p.suffix in (".cpp", ".h"))
-        for file in files if path.is_dir() else [path]:
+        for file in sorted(path.rglob("*.[ch]*")) if path.is_dir() else [path]:
             found += [m for m in mutants_of(str(file.relative_to(ROOT)))
                       if not lines or int(first) <= m.line <= int(last or first)]
     return [m for m in found if m.file != "src/control/MainWork.cpp"]  # no unit test has main
@@ -95,16 +93,14 @@ def chosen(places):
 def sample(mutants, count, seed):
     """About `count` mutants: of each subsystem in proportion to its size, but not too few."""
     draw, taken = random.Random(seed), []
-    least = min(LEAST_OF_A_SUBSYSTEM, count // len(SUBSYSTEMS))
     for name in SUBSYSTEMS:
         own = [m for m in mutants if m.subsystem == name]
-        share = max(least, round(count * len(own) / len(mutants)))
+        share = max(min(LEAST, count // len(SUBSYSTEMS)), round(count * len(own) / len(mutants)))
         taken += sorted(draw.sample(own, min(share, len(own))))
     return taken
 
 
 def known_equivalents():
-    """Blocks, apart by blank lines: the file, "-" and its line, "+" and the mutant, the reason."""
     blocks = [b.split("\n") for b in EQUIVALENT.read_text().split("\n\n")]
     return {(b[0], b[1][1:].strip(), b[2][1:].strip()) for b in blocks if len(b) > 3}
 
@@ -172,8 +168,7 @@ def fate(mutant, limits):
 
 
 def main():
-    parser = argparse.ArgumentParser(
-        description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    parser = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     parser.add_argument("places", nargs="*", default=["src"], help="folder, FILE, FILE:LINE[-LINE]")
     parser.add_argument("--count", type=int, help="a random sample of so many")
     parser.add_argument("--seed", type=int, default=1, help="of the sample (default 1)")
@@ -181,7 +176,8 @@ def main():
     options = parser.parse_args()
 
     mutants = chosen(options.places)
-    mutants = sample(mutants, options.count, options.seed) if options.count else mutants
+    if options.count:
+        mutants = sample(mutants, options.count, options.seed)
     known, counts = known_equivalents(), collections.defaultdict(collections.Counter)
     limits = {} if options.list else prepare()
     for number, m in enumerate(mutants, 1):

@@ -1,6 +1,7 @@
 #include "data/allelcount.h"
 
 #include "fstat/randsci.h"
+#include "support/draws.h"
 #include "support/support.h"
 #include "support/written.h"
 
@@ -511,6 +512,14 @@ TEST(AllelCountRD, UpToOneHalfChoosesTheFirstAllele) {
         EXPECT_EQ(rowsOf(table.RDAktuell), first ? (Rows{{3, 1}, {5, 0}}) : (Rows{{3, 0}, {5, 1}}))
             << "seed " << seed;
     }
+}
+
+TEST(AllelCountRD, OneHalfItselfChoosesTheFirstAllele) {
+    AllelCount table = counted({3, 5, 3, 5}, kInbred);
+    table.StartRD(1);
+    srand2(kva_test::kSeedOfOneHalf);
+    table.AddHaploidSet(3, 5);
+    EXPECT_EQ(rowsOf(table.RDAktuell), (Rows{{3, 1}, {5, 0}}));
 }
 
 TEST(AllelCountRD, AHomozygoteUsesUpARandomNumber) {

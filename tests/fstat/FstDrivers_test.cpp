@@ -94,6 +94,12 @@ TEST(FstAllg, WithoutPermutationsThereIsNoPValueSheet) {
     EXPECT_EQ(PassRun(kTwoPops, kPairs | 0x80, 0).files().count("FST_WC84-pValue.xls"), 0U);
 }
 
+TEST(FstAllg, WithoutThinningThereAreNoMeanSheets) {
+    const Names files = PassRun(kTwoPops, kPairs, 20).files();
+    EXPECT_EQ(files.count("FST_WC84-pValue.xls"), 1U);
+    EXPECT_EQ(files.count("FST_WC84_MEAN.xls"), 0U);
+}
+
 TEST(FstAllg, WithoutTheBitNoLimitSheets) {
     PassRun pass(kTwoPops, kPairs | 0x100, 20);
     EXPECT_EQ(pass.files().count("FST_WC84_MEAN.xls"), 1U);
