@@ -100,6 +100,14 @@ TEST(Access, WithoutDataEverythingIsRefused) {
     EXPECT_EQ(std::pair(a, b), std::pair(71, 72)); // untouched
 }
 
+TEST(Merge, OfTwoObjectsWithoutDataIsRefused) {
+    AnalyseDataObj run;
+    AnalyseDataObj other;
+    run.AnzPop = other.AnzPop = 1; // both equally without names and individuals
+    EXPECT_EQ(run.AddNewData(&other), -3);
+    EXPECT_EQ(run.AnzPop, 0);
+}
+
 TEST(Access, IndividualsCountFromZero) {
     LoadedRun run(kTwoPops);
     EXPECT_EQ(genotype(*run, 2, 1, 1), (Genotype{204, 208}));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -151,6 +152,14 @@ TEST(RowWalk, AWalkThatEndedStaysEnded) {
     EXPECT_EQ(walk.row().text, "a");
     EXPECT_FALSE(walk.next());
     EXPECT_FALSE(walk.next()); // not the row behind the NUL
+}
+
+TEST(RowWalk, AFileThatBecameShorterHasNoRows) {
+    const Stream stream = fileOf("\n" + std::string(300'000, 'x') + "\n");
+    DataWindow window(stream.get());
+    ASSERT_EQ(ftruncate(fileno(stream.get()), 1), 0);
+    RowWalk walk(window, 0, CrLf::lineEnd);
+    EXPECT_FALSE(walk.next());
 }
 
 TEST(RowWalk, FileOfALineEndHasNoRows) {

@@ -337,6 +337,13 @@ TEST(Datensatz, EntriesGoToTheirLocus) {
     EXPECT_EQ(daten.AddTier(1, 3, 7, 8, 0), -10);
 }
 
+TEST(Datensatz, ALocusWithoutNamesHasEmptyCells) {
+    Datensatz daten;
+    daten.init(2);
+    EXPECT_EQ(written([&](ResultFile& f) { daten.LociNamen(f, 1); }), "\t\t\t\t\n");
+    EXPECT_EQ(written([&](ResultFile& f) { daten.LociNamenK(f); }), "\t\t\t\n");
+}
+
 TEST(Datensatz, NamesGoToTheirLocus) {
     Datensatz daten = twoLoci();
     EXPECT_EQ(daten.SetLociName(2, "x"), 0);

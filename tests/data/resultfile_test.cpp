@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -206,6 +207,12 @@ TEST_F(ResultFileTest, OnlyTheModeRbPlusNeedsTheFile) {
     EXPECT_TRUE(open("new2", "ab+").isOpen());
     EXPECT_FALSE(open("new3", "rb+").isOpen());
     EXPECT_EQ(told, (std::vector<std::string>{"Folder/new3: No such file or directory"}));
+}
+
+TEST_F(ResultFileTest, APipeHasNoEndToGoOnBehind) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    const ResultFile file = open("pipe", "rb+");
+    EXPECT_EQ(told, (std::vector<std::string>{"Folder/pipe: Illegal seek"}));
 }
 
 // --- Moving ------------------------------------------------------------------------------

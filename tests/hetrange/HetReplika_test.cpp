@@ -76,6 +76,15 @@ TEST(HetBereich, VarianceThatIsNeverValidShowsItsStart) {
     EXPECT_EQ(bereich.V.Max, 0.0);
 }
 
+TEST(HetBereich, LaterVarianceOfZeroIsCounted) {
+    HetBereich bereich;
+    bereich.Add(0, {0.5, 1.0, 2.0, 4});
+    bereich.Add(1, {0.5, 0.0, 2.0, 4});
+    EXPECT_EQ(bereich.V.Min, 0.0);
+    EXPECT_EQ(bereich.V.Summe, 1.0);
+    EXPECT_EQ(bereich.V.Max, 1.0);
+}
+
 TEST(HetBereich, AllelesKeepTheValueOfTheFirstReplicate) {
     HetBereich bereich;
     bereich.Add(0, {0.5, 1.0, 3.0, 4});

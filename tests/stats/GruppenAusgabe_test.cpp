@@ -217,6 +217,16 @@ TEST(GruppenAusgabe, SingleCopyHasItsAlleles) {
                         .at(0));
 }
 
+// C = 1: an allele, but no mean.
+TEST(GruppenAusgabe, SingleInbredCopyHasNoRepeatNumbers) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA h 1 100 .\n");
+    const std::vector<std::string> line = cellsOf(run.sheet("SumGrp01")).at(1);
+    EXPECT_EQ(line[8], "100");
+    for (const std::size_t column : {11U, 12U, 13U}) {
+        EXPECT_EQ(line[column], "n.d.") << column;
+    }
+}
+
 // Half missing diploid and half missing inbred, 100 and 104: C = 3, H = 3 x 1/2, cut to 1,
 // variance 12; the replicate is refused, and the heterozygosity alone guards its columns: -1.0,
 // and per repeat -1/4, are printed in the long sheet, not in the others.

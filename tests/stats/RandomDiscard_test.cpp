@@ -186,11 +186,18 @@ TEST(CalcRDHet, InbredPopulationIsThinned) {
     EXPECT_EQ(rand2(), stream.draw());
 }
 
-// Allele 0 in each place of an individual: two draws and two single alleles, 6 copies.
+// Allele 0, which no file gives, in each place of an individual: two draws and two single alleles,
+// 6 copies.
 TEST(CalcRDHet, AlleleZeroIsAnAllele) {
     Drivers drivers("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n"
-                    "A h 0 0 104\nA h 0 102 0\nA h 0 . 0\nA h 0 0 .\n");
+                    "A h 0 1 1\nA h 0 1 1\nA h 0 1 1\nA h 0 1 1\n");
     const Individuals individuals = {{0, 104}, {102, 0}, {kMissing, 0}, {0, kMissing}};
+    for (int tier = 0; tier < 4; ++tier) {
+        const auto& [first, second] = individuals[static_cast<std::size_t>(tier)];
+        drivers.daten().SetTierDaten(1, 1, tier, first, second);
+    }
+    ResultFile none;
+    drivers.tables()[1] = drivers.daten().AllelCountPop(none, none, 1);
     Replay stream(kSeed);
     expectMeans(drivers, 1, replayed(individuals, 6, kReplicates, stream));
     EXPECT_EQ(rand2(), stream.draw());
