@@ -7,9 +7,9 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh build test coverage
 cmake --preset coverage
-cmake --build --preset coverage -j2
 find build/coverage -name '*.gcda' -delete # counters of earlier runs
-ctest --preset coverage -j2 --output-on-failure
+cmake --build --preset coverage -j2
+ctest --preset coverage -j2
 
 # A branch that only an exception takes (every call that may throw has one), or that no source
 # line stands for, is no branch of the program.

@@ -9,7 +9,7 @@ for need in "$@"; do
     build) set -- "$@" g++=g++ cmake=cmake ninja-build=ninja ;;
     test) set -- "$@" libgtest-dev libgmock-dev faketime python3=python3 ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
-    coverage) set -- "$@" gcovr ;;
+    coverage) set -- "$@" gcovr=gcovr ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
     *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;

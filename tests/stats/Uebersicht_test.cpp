@@ -297,6 +297,24 @@ TEST(Uebersicht, TwoAlikeCopiesHaveACorrectedVariance) {
     EXPECT_EQ(run.cell("VarRDrepeatKorr", "A"), "0.333333");
 }
 
+// 100/102: variance 4/2 x 1 = 2, by 1 x 1 base.
+TEST(Uebersicht, ARepeatOfOneBaseIsKnown) {
+    const Written run("2 . . 1 .\n. . . 1 .\n. . . L1 L1b\nA d 0 100 102\n");
+    for (const char* name : {"Varrepeat", "VarRDrepeat", "VarrepeatKorr", "VarRDrepeatKorr"}) {
+        EXPECT_EQ(run.cell(name, "A"), "2.000000") << name;
+    }
+}
+
+// Allele 0, which no file gives, is an allele: 0/4 has the variance 4/2 x 4 = 8, by 2 x 2 bases.
+TEST(Uebersicht, AlleleZeroHasItsCells) {
+    LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 1 1\n");
+    run->SetTierDaten(1, 1, 0, 0, 4);
+    const StdoutCapture swallowed;
+    run->Uebersicht();
+    EXPECT_EQ(cellOf(run.resultFile("Single_data/MinAllele.xls"), "A", 1), "0");
+    EXPECT_EQ(cellOf(run.resultFile("Single_data/VarrepeatKorr.xls"), "A", 1), "2.000000");
+}
+
 // H = 8/6 x 3/4 = 1; q = 2/(4 x 5), theta = 99/2.
 TEST(Uebersicht, AllDifferentSample) {
     const Written run(kEdges);
