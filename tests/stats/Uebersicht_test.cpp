@@ -494,6 +494,14 @@ TEST(Uebersicht, VarianceWithoutReplicateHasNoRepeatVariance) {
     EXPECT_EQ(run.cell("ThetaRDexp", "A"), "n.d.");
 }
 
+// The same with 100 and 102: n = 1, variance 3/1 x (1 + 1)/2 = 3, by 2 x 2 bases. The plain one is
+// there, above 0 though below 1.
+TEST(Uebersicht, VarianceOfOneIndependentCopyIsNotCorrected) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 100 .\nA h 0 102 .\n");
+    EXPECT_EQ(run.cell("VarrepeatKorr", "A"), "0.750000");
+    EXPECT_EQ(run.cell("VarRDrepeatKorr", "A"), "n.d.");
+}
+
 // Three rows of one-column inbred data are one individual and a rest: the replicate of one copy is
 // no number, and is printed as such. The sign is the processor's.
 TEST(Uebersicht, NotANumberIsPrinted) {

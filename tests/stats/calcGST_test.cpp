@@ -158,7 +158,7 @@ TEST(CalcGST, AFullDiskIsToldBeforeTheEnd) {
     const std::string told = "Cannot write result file GST.xls: No space left on device\n";
     StdoutCapture console;
     run->calcGST();
-    EXPECT_EQ(console.text(), "\nStart with G ST calculation!\n\n" + told +
-                                  "\n... Finished GST calculation!\n");
+    EXPECT_EQ(console.text(),
+              "\nStart with G ST calculation!\n\n" + told + "\n... Finished GST calculation!\n");
     EXPECT_NE(run.resultFile("KVA.log").find(told + "\n     Calculated Gst\n"), std::string::npos);
 }
