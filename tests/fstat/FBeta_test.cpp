@@ -136,6 +136,7 @@ TEST(FBeta, LocusFixedEverywhereIsSkipped) {
            "A d 0 7 7 100 100\nB d 0 7 7 102 104\nB d 0 7 7 104 104\n");
     EXPECT_EQ(b.Q(0, 0), 0.0);
     EXPECT_NEAR(b.single(0), 1.0 - 2.0 / 3.75, kRounding);
+    EXPECT_NEAR(b.single(0, true), 1.0 - 2.0 / 3.75, kRounding) << "sum of ratios";
     EXPECT_NEAR(b.pair(0, 1, true), 0.0, kRounding);
 }
 
