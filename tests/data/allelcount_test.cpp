@@ -248,9 +248,11 @@ TEST(AllelCountRows, InitTakesTheWantedRowsAndEmptiesTheTable) {
     table.StartRD(3);
     table.init(2);
     EXPECT_EQ(table.Kapazitaet, 2);
+    EXPECT_EQ(table.Allele.size(), 2U);
     expectEmptyTallies(table);
     table.AddAllel(5, kDiploid);
-    table.AddAllel(6, kDiploid); // full: 40 rows more
+    EXPECT_EQ(table.GetAllelCount(1), 0); // nothing of before in the free row
+    table.AddAllel(6, kDiploid);          // full: 40 rows more
     EXPECT_EQ(table.Kapazitaet, 42);
     EXPECT_EQ(rowsOf(table), (Rows{{5, 1}, {6, 1}}));
 }
