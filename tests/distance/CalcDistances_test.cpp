@@ -100,12 +100,14 @@ TEST(CalcDistancesPop, CountsTheAllelesFirstIfNeedBe) {
     EXPECT_EQ(cellAt(distanceFile(run, "POSA_Pop.txt"), 0, 1), "  0.25000");
 }
 
-TEST(CalcDistancesPop, WithoutTablesTheMatricesStayEmpty) {
+TEST(CalcDistancesPop, WithoutTablesThereIsNoCommonLocus) {
     LoadedRun run(kThreePops);
     writeFile("Allelecount", "in the way of the counting pass");
-    popPass(run, DistBit::Dps);
+    popPass(run, DistBit::Dps | DistBit::Dmu);
     EXPECT_TRUE(run->PopAllele.empty());
-    EXPECT_EQ(occurrences(distanceFile(run, "POSA_Pop.txt"), "-32767.00000"), 6);
+    for (const char* name : {"POSA_Pop.txt", "DMS_Pop.txt"}) {
+        EXPECT_EQ(occurrences(distanceFile(run, name), "-32767.00000"), 6) << name;
+    }
 }
 
 TEST(PopDistPosa, CountsTheAllelesFirstIfNeedBe) {
