@@ -110,6 +110,14 @@ TEST(CalcDistancesPop, WithoutTablesThereIsNoCommonLocus) {
     }
 }
 
+TEST(CalcDistancesPop, WithoutTablesABootstrapHasNothingToDraw) {
+    LoadedRun run(kThreePops);
+    writeFile("Allelecount", "in the way of the counting pass");
+    run->BootLoci = 3;
+    popPass(run, DistBit::Dps, 2);
+    EXPECT_EQ(occurrences(distanceFile(run, "POSA_Pop.txt"), "-32767.00000"), 12);
+}
+
 TEST(PopDistPosa, CountsTheAllelesFirstIfNeedBe) {
     LoadedRun run(kThreePops);
     run->PopDistMask = DistBit::Engine | DistBit::Dps;

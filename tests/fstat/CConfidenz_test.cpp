@@ -9,7 +9,8 @@
 
 namespace {
 
-// Gives the values 1..n in a scattered order: 7 i mod (n + 1), which has no divisor in common with 7.
+// Gives the values 1..n in a scattered order: 7 i mod (n + 1), which has no divisor in common
+// with 7.
 void giveScattered(CConfidenz& c, int n) {
     for (int i = 1; i <= n; ++i) {
         c.DatenUebergabe(7 * i % (n + 1));

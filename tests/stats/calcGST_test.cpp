@@ -162,3 +162,14 @@ TEST(CalcGST, AFullDiskIsToldBeforeTheEnd) {
               "\nStart with G ST calculation!\n\n" + told + "\n... Finished GST calculation!\n");
     EXPECT_NE(run.resultFile("KVA.log").find(told + "\n     Calculated Gst\n"), std::string::npos);
 }
+
+// Tables made by hand, L1 with a pool alone: it adds nothing to the sums, which are those of L2.
+TEST(CalcGST, APoolOverEmptyPopulationsAddsNothing) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    run->PopAllele[1][0].Clr();
+    run->PopAllele[2][0].Clr();
+    const std::string sheet = gstOf(run);
+    EXPECT_EQ(cellOf(sheet, "Hs", 1), "0.000000");
+    EXPECT_EQ(cellOf(sheet, "Gst Nei", 1), "0.058824"); // 1 - (1/2) / (34/64)
+}
