@@ -68,6 +68,16 @@ TEST(DataWindow, TwoBytesBehindABlockCanBeAsked) {
     EXPECT_EQ(window.byteAt(200'002), '\0');
 }
 
+TEST(DataWindow, BytesThatWereLeftBehindReadAsNul) {
+    const Stream stream = fileOf(std::string(1'000'000, 'x'));
+    DataWindow window(stream.get());
+    for (int64_t offset = 0; offset <= 600'000; offset += 200'000) {
+        (void)window.block(offset);
+    }
+    EXPECT_EQ(window.byteAt(0), '\0');
+    EXPECT_EQ(window.byteAt(600'000), 'x');
+}
+
 TEST(DataWindow, BytesBehindABlockAreThereAtTheEndOfTheBufferToo) {
     std::string bytes;
     for (int i = 0; i < 700'000; ++i) {

@@ -248,6 +248,16 @@ TEST_F(ResultFileTest, AnAssignedFileGoesOnWithItsBuffer) {
     EXPECT_EQ(readFile("sheet.xls"), "one,two");
 }
 
+TEST_F(ResultFileTest, AFileAssignedToItselfStays) {
+    ResultFile file = open("sheet.xls");
+    file.text("one,");
+    ResultFile& same = file;
+    file = std::move(same);
+    file.text("two");
+    file.close();
+    EXPECT_EQ(readFile("sheet.xls"), "one,two");
+}
+
 TEST_F(ResultFileTest, AFailureIsTakenAlong) {
     fs::create_directory("sheet.xls");
     ResultFile file;
