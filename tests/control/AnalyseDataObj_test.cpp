@@ -286,6 +286,49 @@ TEST(WriteOutput, OfAnObjectThatLoadedNothingLeavesALogAlone) {
     EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
+namespace {
+
+// The passes that a bit of the settings switches on, and their entries in the log.
+struct SwitchedPass {
+    uint32_t bit;
+    const char* entry;
+};
+
+constexpr SwitchedPass kSwitchedPasses[] = {
+    {GeneralBit::IMFormat, "\nCreate IM-formated population pair files\n"},
+    {GeneralBit::PopDistances, "\nCalculate Distances...\n"},
+    {GeneralBit::IndDistances, "\nCalculate Individual Distances...\n"},
+    {GeneralBit::FStatistics, "\nDo some F-statistics...\n"},
+    {GeneralBit::HetRange, "\nCalculate heterosygosity range as a sampling artefact\n"},
+};
+
+// The entries of switched passes in the log of a run with these masks, one after the other.
+std::string entriesOfRun(uint32_t bits, uint32_t popDist, uint32_t indDist, uint32_t fst) {
+    LoadedRun run(kTwoPops);
+    run->TakeSettings({bits, popDist, indDist, fst, 0}, {.HetRandomisierungen = 1});
+    writeOutput(*run);
+    const std::string log = run.resultFile("KVA.log");
+    std::string entries;
+    for (const SwitchedPass& pass : kSwitchedPasses) {
+        entries += log.find(pass.entry) != std::string::npos ? pass.entry : "";
+    }
+    return entries;
+}
+
+} // namespace
+
+TEST(WriteOutput, ASwitchTurnsItsOwnPassOn) {
+    for (const SwitchedPass& pass : kSwitchedPasses) {
+        EXPECT_EQ(entriesOfRun(pass.bit, 1, 1, 1), pass.entry);
+    }
+}
+
+TEST(WriteOutput, AnEmptyMaskKeepsItsPassOff) {
+    EXPECT_EQ(entriesOfRun(GeneralBit::PopDistances, 0, 1, 1), "");
+    EXPECT_EQ(entriesOfRun(GeneralBit::IndDistances, 1, 0, 1), "");
+    EXPECT_EQ(entriesOfRun(GeneralBit::FStatistics, 1, 1, 0), "");
+}
+
 // --- A further run
 // ---------------------------------------------------------------------------------
 

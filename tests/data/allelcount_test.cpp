@@ -1,6 +1,7 @@
 #include "data/allelcount.h"
 
 #include "fstat/randsci.h"
+#include "support/draws.h"
 #include "support/support.h"
 #include "support/written.h"
 
@@ -249,9 +250,11 @@ TEST(AllelCountRows, InitTakesTheWantedRowsAndEmptiesTheTable) {
     table.StartRD(3);
     table.init(2);
     EXPECT_EQ(table.Kapazitaet, 2);
+    EXPECT_EQ(table.Allele.size(), 2U);
     expectEmptyTallies(table);
     table.AddAllel(5, kDiploid);
-    table.AddAllel(6, kDiploid); // full: 40 rows more
+    EXPECT_EQ(table.GetAllelCount(1), 0); // nothing of before in the free row
+    table.AddAllel(6, kDiploid);          // full: 40 rows more
     EXPECT_EQ(table.Kapazitaet, 42);
     EXPECT_EQ(rowsOf(table), (Rows{{5, 1}, {6, 1}}));
 }
@@ -515,6 +518,14 @@ TEST(AllelCountRD, UpToOneHalfChoosesTheFirstAllele) {
     }
 }
 
+TEST(AllelCountRD, OneHalfItselfChoosesTheFirstAllele) {
+    AllelCount table = counted({3, 5, 3, 5}, kInbred);
+    table.StartRD(1);
+    srand2(kva_test::kSeedOfOneHalf);
+    table.AddHaploidSet(3, 5);
+    EXPECT_EQ(rowsOf(table.RDAktuell), (Rows{{3, 1}, {5, 0}}));
+}
+
 TEST(AllelCountRD, AHomozygoteUsesUpARandomNumber) {
     AllelCount table = homozygotes();
     table.StartRD(1);
@@ -697,6 +708,23 @@ TEST(AllelCountRD, AnotherStartBeginsTheSumsAnew) {
     EXPECT_EQ(table.RDMin[0].Anzahl, 100000);
     drawHomozygotes(table);
     EXPECT_EQ(table.RDEnd(), 1);
+}
+
+TEST(AllelCountRD, BeforeAStartAnAlleleCountsAsAnIndividualOnly) {
+    AllelCount table = homozygotes();
+    table.AddHaploidSet(10, 10);
+    EXPECT_EQ(table.RDGroesse, 1);
+    EXPECT_TRUE(table.RDAktuell.empty());
+}
+
+TEST(AllelCountRD, ClrForgetsTheReplicates) {
+    AllelCount table = homozygotes();
+    const StdoutCapture console;
+    table.StartRD(2);
+    drawHomozygotes(table);
+    EXPECT_EQ(table.RDEnd(), 1);
+    table.Clr();
+    expectEmptyTallies(table);
 }
 
 // --- Properties over random data

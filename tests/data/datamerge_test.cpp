@@ -102,6 +102,14 @@ TEST(Access, WithoutDataEverythingIsRefused) {
     EXPECT_EQ(std::pair(a, b), std::pair(71, 72)); // untouched
 }
 
+TEST(Merge, OfTwoObjectsWithoutDataIsRefused) {
+    AnalyseDataObj run;
+    AnalyseDataObj other;
+    run.AnzPop = other.AnzPop = 1; // both equally without names and individuals
+    EXPECT_EQ(run.AddNewData(&other), -3);
+    EXPECT_EQ(run.AnzPop, 0);
+}
+
 TEST(Access, IndividualsCountFromZero) {
     LoadedRun run(kTwoPops);
     EXPECT_EQ(genotype(*run, 2, 1, 1), (Genotype{204, 208}));
@@ -136,6 +144,16 @@ TEST(Access, InfoCountsIndividualsFromOne) {
     EXPECT_EQ(std::pair(haploid, gruppe), std::pair(1, 5));
     EXPECT_EQ(run->GetTierInfo(2, 2, haploid, gruppe, 2), 0);
     EXPECT_EQ(std::pair(haploid, gruppe), std::pair(0, 6));
+}
+
+TEST(Access, TheGroupIsReadOnTheFirstLocus) {
+    LoadedRun run(kTwoPops);
+    run->Daten->Loci[0].SetInfoChromosom(2, 0, 5, 0);
+    run->Daten->Loci[1].SetInfoChromosom(2, 0, 6, 0);
+    int haploid = -99;
+    int gruppe = -99;
+    EXPECT_EQ(run->GetTierInfo(2, 1, haploid, gruppe, 2), 0);
+    EXPECT_EQ(gruppe, 5);
 }
 
 TEST(Access, TheFlagIsReadOnTheLocusAskedFor) {

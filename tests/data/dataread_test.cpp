@@ -419,6 +419,10 @@ TEST(AlleleCell, NumberBeyond32BitsTakesTheNearest) {
     EXPECT_EQ(alleleOf("-99999999999999999999999"), -2147483647 - 1);
 }
 
+TEST(AlleleCell, WhiteSpaceOfAllKindsInFrontIsSkipped) {
+    EXPECT_EQ(alleleOf(" \v\f5"), 5);
+}
+
 TEST(AlleleCell, CellOfBlanksIsMissingWhateverStandsBehindIt) {
     Reading inRow("1\t\t\t\t\n\t\t\t\n\t\t\tL1\tL2\nA\td\t0\t  \t8\n");
     EXPECT_EQ(inRow.alleles(1, 1), Values{-1});
@@ -895,6 +899,22 @@ TEST(GetDataFile, FileThatIsEmptyByNowIsMinusOne) {
     const Stream stream = fileOf(tabbed(kTwoPops));
     obj.CheckDataFile(stream.get());
     EXPECT_EQ(obj.GetDataFile(fileOf("").get()), -1);
+}
+
+TEST(GetDataFile, FileWithoutRowsByNowIsMinusOne) {
+    AnalyseDataObj obj;
+    const Stream stream = fileOf(oneColumn("A\td\t0\t1\n"));
+    const StdoutCapture swallowed;
+    obj.CheckDataFile(stream.get());
+    EXPECT_EQ(obj.GetDataFile(fileOf(oneColumn("")).get()), -1);
+}
+
+TEST(GetDataFile, FileWithOtherHeaderRowsByNowIsMinusOne) {
+    AnalyseDataObj obj;
+    const Stream stream = fileOf(oneColumn("A\td\t0\t1\n"));
+    const StdoutCapture swallowed;
+    obj.CheckDataFile(stream.get());
+    EXPECT_EQ(obj.GetDataFile(fileOf("1\n\t\t\tL1\nA\td\t0\t1\n").get()), -1);
 }
 
 TEST(GetDataFile, FileThatGrewMeanwhileFillsNoMoreThanItsRoom) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 using namespace kva;
@@ -67,6 +68,16 @@ TEST(DataWindow, TwoBytesBehindABlockCanBeAsked) {
     EXPECT_EQ(window.byteAt(200'000), '\n');
     EXPECT_EQ(window.byteAt(200'001), '\t');
     EXPECT_EQ(window.byteAt(200'002), '\0');
+}
+
+TEST(DataWindow, BytesThatWereLeftBehindReadAsNul) {
+    const Stream stream = fileOf(std::string(1'000'000, 'x'));
+    DataWindow window(stream.get());
+    for (int64_t offset = 0; offset <= 600'000; offset += 200'000) {
+        (void)window.block(offset);
+    }
+    EXPECT_EQ(window.byteAt(0), '\0');
+    EXPECT_EQ(window.byteAt(600'000), 'x');
 }
 
 TEST(DataWindow, BytesBehindABlockAreThereAtTheEndOfTheBufferToo) {
@@ -143,6 +154,24 @@ TEST(RowWalk, RowOfTabsAtTheEndIsARow) {
 TEST(RowWalk, NulEndsTheWalkBehindTheTextBeforeIt) {
     EXPECT_EQ(rowsOf(std::string("\na\nb\0b\nc\n", 9)), (Rows{"a", "b"}));
     EXPECT_EQ(rowsOf(std::string("\na\n \0\0\n", 7)), (Rows{"a"})); // blanks alone: no row
+}
+
+TEST(RowWalk, AWalkThatEndedStaysEnded) {
+    const Stream stream = fileOf(std::string("\na\0b\nc\n", 7));
+    DataWindow window(stream.get());
+    RowWalk walk(window, 0, CrLf::lineEnd);
+    EXPECT_TRUE(walk.next());
+    EXPECT_EQ(walk.row().text, "a");
+    EXPECT_FALSE(walk.next());
+    EXPECT_FALSE(walk.next()); // not the row behind the NUL
+}
+
+TEST(RowWalk, AFileThatBecameShorterHasNoRows) {
+    const Stream stream = fileOf("\n" + std::string(300'000, 'x') + "\n");
+    DataWindow window(stream.get());
+    ASSERT_EQ(ftruncate(fileno(stream.get()), 1), 0);
+    RowWalk walk(window, 0, CrLf::lineEnd);
+    EXPECT_FALSE(walk.next());
 }
 
 TEST(RowWalk, FileOfALineEndHasNoRows) {

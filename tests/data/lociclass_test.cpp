@@ -339,6 +339,22 @@ TEST(Datensatz, EntriesGoToTheirLocus) {
     EXPECT_EQ(daten.AddTier(1, 3, 7, 8, 0), -10);
 }
 
+TEST(Datensatz, ALocusWithoutNamesHasEmptyCells) {
+    Datensatz daten;
+    daten.init(2);
+    EXPECT_EQ(written([&](ResultFile& f) { daten.LociNamen(f, 1); }), "\t\t\t\t\n");
+    EXPECT_EQ(written([&](ResultFile& f) { daten.LociNamenK(f); }), "\t\t\t\n");
+}
+
+TEST(Datensatz, NamesGoToTheirLocus) {
+    Datensatz daten = twoLoci();
+    EXPECT_EQ(daten.SetLociName(2, "x"), 0);
+    EXPECT_EQ(daten.SetLociName2(2, "y"), 0);
+    EXPECT_EQ(*daten.GetLociName(2), "x");
+    EXPECT_EQ(*daten.GetLociName2(2), "y");
+    EXPECT_EQ(*daten.GetLociName(1), "A");
+}
+
 TEST(Datensatz, ABadLocusIsRefusedEverywhere) {
     Datensatz daten = twoLoci();
     for (const int locus : {3, 0, -1}) {

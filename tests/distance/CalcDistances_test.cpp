@@ -102,6 +102,32 @@ TEST(CalcDistancesPop, CountsTheAllelesFirstIfNeedBe) {
     EXPECT_EQ(cellAt(distanceFile(run, "POSA_Pop.txt"), 0, 1), "  0.25000");
 }
 
+TEST(CalcDistancesPop, WithoutTablesThereIsNoCommonLocus) {
+    LoadedRun run(kThreePops);
+    writeFile("Allelecount", "in the way of the counting pass");
+    popPass(run, DistBit::Dps | DistBit::Dmu);
+    EXPECT_TRUE(run->PopAllele.empty());
+    for (const char* name : {"POSA_Pop.txt", "DMS_Pop.txt"}) {
+        EXPECT_EQ(occurrences(distanceFile(run, name), "-32767.00000"), 6) << name;
+    }
+}
+
+TEST(CalcDistancesPop, WithoutTablesABootstrapHasNothingToDraw) {
+    LoadedRun run(kThreePops);
+    writeFile("Allelecount", "in the way of the counting pass");
+    run->BootLoci = 3;
+    popPass(run, DistBit::Dps, 2);
+    EXPECT_EQ(occurrences(distanceFile(run, "POSA_Pop.txt"), "-32767.00000"), 12);
+}
+
+TEST(PopDistPosa, CountsTheAllelesFirstIfNeedBe) {
+    LoadedRun run(kThreePops);
+    run->PopDistMask = DistBit::Engine | DistBit::Dps;
+    const StdoutCapture swallowed;
+    EXPECT_EQ(run->POP_DIST_POSA(), 0);
+    EXPECT_EQ(run->PopAllele.size(), 4U);
+}
+
 TEST(CalcDistancesPop, ConsoleOfARunWithoutBootstrap) {
     LoadedRun run(kThreePops);
     // One mark per locus, a line end per replicate and one at the end.

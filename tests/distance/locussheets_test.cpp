@@ -60,3 +60,11 @@ TEST(LocusSheets, SheetsOfARunBeforeAreEmptied) {
     popPass(run, DistBit::Dps | DistBit::PerLocus);
     EXPECT_EQ(distanceFile(run, "POSA_Pop_Loci.xls"), once);
 }
+
+TEST(LocusSheets, ALocusWithoutNamesHasAnEmptyLabel) {
+    LoadedRun run("2 . . 1 .\n. . . 0 .\n. . . L Lb\nA d 0 1 1\nB d 0 1 2\n");
+    run->Daten->Loci[0].SetLociName("");
+    run->Daten->Loci[0].SetLociName2("");
+    popPass(run, DistBit::Dps | DistBit::PerLocus);
+    EXPECT_EQ(distanceFile(run, "POSA_Pop_Loci.xls"), "\t\tA\n\t\tB\n\t\t0.500000\n");
+}

@@ -102,3 +102,25 @@ TEST(Samples, IndividualsHaveNoVariance) {
     LoadedRun run(kTwoPops);
     EXPECT_EQ(individuals(run, 4).Loci[0].Variance, (std::vector<double>{0.0, 0.0, 0.0, 0.0}));
 }
+
+// The pool of L1 without B: B's 104 is left out, its 102 stays.
+TEST(Samples, AnAlleleThatThePoolLacksIsLeftOut) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    const Samples samples =
+        prepareSamples(run->PopAllele, 2, 1, run->PopAllele[1], {2.0, 4.0}, kPopulationRules);
+    ASSERT_EQ(samples.Loci[0].Shares.size(), 1U);
+    EXPECT_EQ(samples.Loci[0].Shares[0].Share, 0.25);
+    EXPECT_EQ(samples.Loci[0].Alleles[0], 1.0);
+}
+
+TEST(Samples, ATableThatIsNotThereIsASampleWithoutData) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    AllelTabellen tables = run->PopAllele;
+    tables[2].resize(1); // B without L2
+    const Samples samples =
+        prepareSamples(tables, 1, 2, run->PopAllele[0], {2.0, 4.0}, kPopulationRules);
+    EXPECT_EQ(samples.Loci[0].Typed, (std::vector<double>{1.0, 1.0}));
+    EXPECT_EQ(samples.Loci[1].Typed, (std::vector<double>{1.0, 0.0}));
+}

@@ -298,6 +298,12 @@ TEST(GenePopLine, GroupOfLinesWithANullIsLeftOut) {
     }
 }
 
+TEST(GenePopLine, APopulationThatIsNotThereHasNone) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    EXPECT_EQ(run->Daten->MakeGenePopLine(3, 0, 1, 0, run->PopAllele.front(), {}), "");
+}
+
 TEST(GenePopLine, WithoutOtherLinesTheStreamAdvancesAlike) {
     LoadedRun run(kInbredPop);
     run.counted();

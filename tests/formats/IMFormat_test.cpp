@@ -263,6 +263,14 @@ TEST(IMFormat, PairFileThatCannotBeOpenedEndsThePassInItsFolder) {
     EXPECT_EQ(fs::current_path(), fs::path(run->ResultPfad) / "Formats&Data/IM_Format");
 }
 
+TEST(IMFormat, WithoutTablesNoFileIsWritten) {
+    LoadedRun run(kTwoPops);
+    run->GeneralMask |= GeneralBit::IMFormat;
+    writeFile("Allelecount", "in the way of the counting pass");
+    EXPECT_EQ(quietly([&] { return run->MakeIMFormat(); }), 1);
+    EXPECT_TRUE(fs::is_empty(run->ResultPfad + "/Formats&Data/IM_Format"));
+}
+
 TEST(IMFormat, FoldersThatAreFilesEndThePass) {
     LoadedRun outer(kTwoPops);
     outer.counted();

@@ -11,7 +11,8 @@ using namespace kva;
 
 namespace {
 
-// Gives the values 1..n in a scattered order: 7 i mod (n + 1), n + 1 prime.
+// Gives the values 1..n in a scattered order: 7 i mod (n + 1), which has no divisor in common
+// with 7.
 void giveScattered(CConfidenz& c, int n) {
     for (int i = 1; i <= n; ++i) {
         c.DatenUebergabe(7 * i % (n + 1));
@@ -77,6 +78,21 @@ TEST(CConfidenz, TakesNoMoreThanAnnounced) {
     EXPECT_EQ(c.DatenUebergabe(1.0), 0);
     EXPECT_EQ(c.DatenUebergabe(2.0), -2);
     EXPECT_EQ(c.Summe, 1.0);
+}
+
+TEST(CConfidenz, FortyValuesAreTheFewestWithLimits) {
+    // 40 x 0.025 + 1 = 2 are kept: the limits are the extremes of 1..40.
+    CConfidenz c;
+    double upper = 0.0;
+    double lower = 0.0;
+    c.Init(40);
+    giveScattered(c, 40);
+    EXPECT_EQ(c.GetIntervall95(upper, lower), 0);
+    EXPECT_EQ(upper, 40.0);
+    EXPECT_EQ(lower, 1.0);
+    c.Init(39);
+    giveScattered(c, 39);
+    EXPECT_EQ(c.GetIntervall95(upper, lower), -1);
 }
 
 TEST(CConfidenz, TwoHundredValuesGiveFifthAndSecondFromEachEnd) {

@@ -122,12 +122,23 @@ TEST(FBeta, OnePopulationIsUndefined) {
     EXPECT_EQ(b.single(0), kUndefined);
 }
 
+// Only A has two gene copies: N 2, its weight 2 - 4/2 = 0. The copy of B still stands in the pool:
+// pbar 1/3 2/3, Q 2 (1/6)^2 + 2 (1/6)^2 = 1/9. So beta is 1 - 0 / (1/9), not undefined.
+TEST(FBeta, LocusWhereOnePopulationAloneWeighsInCounts) {
+    Beta b("2 . . 2 .\n. . . 0 .\n. . . L1 L1b\nA d 0 1 2\nB d 0 2 .\n");
+    EXPECT_EQ(b.W(0, 0), 0.0);
+    EXPECT_NEAR(b.Q(0, 0), 1.0 / 9.0, kRounding);
+    EXPECT_EQ(b.single(0), 1.0);
+    EXPECT_EQ(b.single(1), kUndefined);
+}
+
 TEST(FBeta, LocusFixedEverywhereIsSkipped) {
     // L1 fixed: Q 0. L2 is L1 of kTwoPops by itself.
     Beta b("2 . . 2 . 2 .\n. . . 0 . 0 .\n. . . L1 L1b L2 L2b\nA d 0 7 7 100 102\n"
            "A d 0 7 7 100 100\nB d 0 7 7 102 104\nB d 0 7 7 104 104\n");
     EXPECT_EQ(b.Q(0, 0), 0.0);
     EXPECT_NEAR(b.single(0), 1.0 - 2.0 / 3.75, kRounding);
+    EXPECT_NEAR(b.single(0, true), 1.0 - 2.0 / 3.75, kRounding) << "sum of ratios";
     EXPECT_NEAR(b.pair(0, 1, true), 0.0, kRounding);
 }
 

@@ -96,6 +96,12 @@ TEST(FstAllg, WithoutPermutationsThereIsNoPValueSheet) {
     EXPECT_EQ(PassRun(kTwoPops, kPairs | 0x80, 0).files().count("FST_WC84-pValue.xls"), 0U);
 }
 
+TEST(FstAllg, WithoutThinningThereAreNoMeanSheets) {
+    const Names files = PassRun(kTwoPops, kPairs, 20).files();
+    EXPECT_EQ(files.count("FST_WC84-pValue.xls"), 1U);
+    EXPECT_EQ(files.count("FST_WC84_MEAN.xls"), 0U);
+}
+
 TEST(FstAllg, WithoutTheBitNoLimitSheets) {
     PassRun pass(kTwoPops, kPairs | 0x100, 20);
     EXPECT_EQ(pass.files().count("FST_WC84_MEAN.xls"), 1U);
@@ -120,6 +126,36 @@ TEST(FstAllg, ALostFileIsToldAndEndsThePairs) {
     EXPECT_TRUE(std::filesystem::exists(folder / "GlobFst.xls"));
 }
 
+TEST(FstAllg, CountsFirstIfNothingIsCounted) {
+    LoadedRun run(kTwoPops);
+    run->FstMask = kPairs;
+    run->Permutationen = 0;
+    quietly([&] { EXPECT_EQ(run->FST_ALLG(), 0); });
+    EXPECT_EQ(run->PopAllele.size(), 3U);
+}
+
+// 0x80: random discard, whose means come before the p-values.
+TEST(FstAllg, ALostSheetBehindTheMatricesIsTold) {
+    for (const char* name : {"FST_WC84_MEAN.xls", "FST_WC84-pValue.xls"}) {
+        LoadedRun run(kTwoPops);
+        run.counted();
+        run->FstMask = kPairs | 0x80;
+        run->Permutationen = 1;
+        std::filesystem::create_directory(name);
+        StdoutCapture capture;
+        EXPECT_EQ(run->FST_ALLG(), -1) << name;
+        EXPECT_NE(capture.text().find("Lost of Fst-Result ()!\n"), std::string::npos) << name;
+    }
+}
+
+TEST(CalcDistancesSpecial, WithoutTablesNothingIsWritten) {
+    LoadedRun run(kTwoPops);
+    kva_test::writeFile("Allelecount", "in the way of the counting pass");
+    run->FstMask = kBoth;
+    quietly([&] { EXPECT_EQ(run->CalcDistancesSpecial(0), 0); });
+    EXPECT_TRUE(std::filesystem::is_empty(run->ResultPfad + "/F-Statistic"));
+}
+
 // --- Heterogeneity among loci ----------------------------------------------------------
 
 TEST(LocusFHeterogeneity, PairsAndAllShareTheFile) {
@@ -142,6 +178,10 @@ TEST(LocusFHeterogeneity, GlobalAloneWritesItsOwnHead) {
 TEST(LocusFHeterogeneity, TheTableBitAloneLeavesAnEmptyFile) {
     EXPECT_EQ(PassRun(kTwoPops, kBoth | 0x2000, 0).file("LocusFHeterogeneity.xls"), "");
     EXPECT_EQ(PassRun(kTwoPops, kBoth, 0).files().count("LocusFHeterogeneity.xls"), 0U);
+}
+
+TEST(LocusFHeterogeneity, OnePopulationHasATableWithoutPairs) {
+    EXPECT_EQ(PassRun(kva_test::kOnePop, kPairs | 0x2000, 0).file("LocusFHeterogeneity.xls"), "");
 }
 
 TEST(LocusFHeterogeneity, AFileFromBeforeGrows) {

@@ -81,6 +81,7 @@ TEST(LociPerReplica, FollowsTheSetting) {
     EXPECT_EQ(lociPerReplica(-1, 1), 1);
     EXPECT_EQ(lociPerReplica(5, 1), 1);
     EXPECT_EQ(lociPerReplica(-1, 2), 1);
+    EXPECT_EQ(lociPerReplica(-2, 2), 2);
 }
 
 TEST(PairHeterogeneity, EqualLociGiveTheirValueEverywhere) {

@@ -280,6 +280,17 @@ TEST(LoggSingle, ByHand) {
     }
 }
 
+TEST(LoggSingle, APopulationWithoutDataIsNotCompared) {
+    LoadedRun run(kWithGaps); // B has no data at L2
+    run.counted();
+    const AllelTabellen onlyL2 = {
+        {run->PopAllele[0][1]}, {run->PopAllele[1][1]}, {run->PopAllele[2][1]}};
+    FTripel f = newFTripel(2);
+    f[0](0, 1) = f[0](1, 0) = 7.0;
+    run->LOGG_SINGLE_WC84(0, 1, f, onlyL2, 1, 1, 0); // B first
+    EXPECT_EQ(f[0](0, 1), 0.0);
+}
+
 TEST(LoggSingle, NothingToCompareIsZero) {
     LoadedRun run(kWithGaps);
     run.counted();

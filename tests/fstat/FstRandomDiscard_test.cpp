@@ -2,6 +2,7 @@
 #include "fstat/FstPermutation.h"
 #include "fstat/fstatsupport.h"
 #include "fstat/randsci.h"
+#include "support/draws.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,16 +39,16 @@ std::string equalPops(std::initializer_list<int> sizes, char type = 'd') {
     return text;
 }
 
-// A sheet drawn from seed 1.
-SlotSheet sheetOf(LoadedRun& run, uint32_t mask) {
+// A sheet drawn from a seed.
+SlotSheet sheetOf(LoadedRun& run, uint32_t mask, long seed = 1) {
     run->FstMask = mask;
     std::vector<Longs> ofLocus;
     for (int pop = 1; pop <= run->AnzPop; ++pop) {
         ofLocus.emplace_back(static_cast<std::size_t>(run->Daten->GetAnzDatenChromosome(pop)), 99);
     }
     SlotSheet sheet(static_cast<std::size_t>(run->AnzLoci), ofLocus);
-    srand2(1);
-    run->CreateNewDataSheetMix(sheet);
+    srand2(seed);
+    EXPECT_EQ(run->CreateNewDataSheetMix(sheet), 0);
     return sheet;
 }
 
@@ -98,6 +99,11 @@ TEST(DataSheetMix, OfAnInbredIndividualOneEntryStandsForBoth) {
     LoadedRun run(kInbredPop);
     EXPECT_EQ(sheetOf(run, kDiscard | 0x10)[0], (std::vector<Longs>{{0, 1, 2, 3}, {1, 1, 3, 3}}));
     EXPECT_TRUE(streamIsBehind(1, 2));
+}
+
+TEST(DataSheetMix, OneHalfItselfKeepsTheFirstEntry) {
+    LoadedRun run(equalPops({1}, 'h'));
+    EXPECT_EQ(sheetOf(run, kDiscard, kva_test::kSeedOfOneHalf)[0], (std::vector<Longs>{{0, 0}}));
 }
 
 TEST(DataSheetMix, LinkedLociThinAlike) {

@@ -13,6 +13,7 @@ using kva_test::kPairs;
 using kva_test::kThreePops;
 using kva_test::kTwoPops;
 using kva_test::kTwoPopsOneColumn;
+using kva_test::LoadedRun;
 using kva_test::PassRun;
 
 // --- Pairs -----------------------------------------------------------------------------
@@ -67,6 +68,20 @@ TEST(FstSheets, ASignificantPairShowsItsCorrectedValue) {
     EXPECT_EQ(sheet.substr(sheet.find("P-values")), "P-values:\n"
                                                     "A\t0.000000\t0.010000\n"
                                                     "B\t0.010000\t0.000000\n"
+                                                    "\n");
+}
+
+TEST(FstSheets, FivePercentItselfIsShown) {
+    LoadedRun run(kTwoPops);
+    const FTripel f = newFTripel(2);
+    FTripel p = newFTripel(2);
+    p[0](0, 1) = 0.25;
+    p[0](1, 0) = 0.05; // corrected
+    EXPECT_TRUE(writeFstPValues(*run, f, p));
+    const std::string sheet = run.resultFile("FST_WC84-pValue.xls");
+    EXPECT_EQ(sheet.substr(sheet.find("P-values")), "P-values:\n"
+                                                    "A\t0.000000\t0.250000\n"
+                                                    "B\t0.050000\t0.000000\n"
                                                     "\n");
 }
 

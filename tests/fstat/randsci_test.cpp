@@ -1,5 +1,7 @@
 #include "fstat/randsci.h"
 
+#include "support/draws.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstdint>
@@ -93,6 +95,11 @@ TEST(Rand2, TheLargestDrawIsTheUpperLimit) {
         srand2(seed);
         EXPECT_EQ(rand2(), 0.99999988F) << seed;
     }
+}
+
+TEST(Rand2, ASeedThatBeginsWithOneHalf) {
+    srand2(kva_test::kSeedOfOneHalf);
+    EXPECT_EQ(rand2(), 0.5F);
 }
 
 TEST(Rand2, SeedZeroActsAsOne) {

@@ -120,3 +120,18 @@ TEST(PairComponents, AgreeWithTheEquationsOfThePaper) {
         EXPECT_NEAR(v->c, paper.c, kRounding) << round;
     }
 }
+
+// Both samples fixed for the one allele that the pool has, too: nothing to part.
+TEST(GlobalSummen, ALocusThatDoesNotVaryHasNoValue) {
+    const std::vector<GlobalSample> samples(2, {2.0, 0.0, 0.0});
+    const std::vector<double> pbar = {1.0, 0.0};
+    const std::vector<double> p = {1.0, 1.0, 0.0, 0.0};
+    CMatrix locus;
+    locus.Resize(FZeile::Anzahl, 1);
+    GlobalSummen sums;
+    sums.add({0.0, samples, pbar, p}, locus, 0, kUndefined);
+    for (int32_t row = 0; row < FZeile::Anzahl; ++row) {
+        EXPECT_EQ(locus(row, 0), kUndefined) << row;
+    }
+    EXPECT_EQ(sums.values(kUndefined).gst, kUndefined);
+}

@@ -154,6 +154,22 @@ TEST(CalcHetRange, NothingLoadedIsRefused) {
     EXPECT_EQ(empty.CalcHetRange(), -4);
 }
 
+TEST(CalcHetRange, CountsFirstIfNothingIsCounted) {
+    LoadedRun run(kva_test::kTwoPops);
+    run->HetRandomisierungen = 1;
+    const kva_test::StdoutCapture swallowed;
+    EXPECT_EQ(run->CalcHetRange(), 0);
+    EXPECT_EQ(run->PopAllele.size(), 3U);
+}
+
+TEST(CalcHetRange, AFolderThatCannotBeEnteredEndsThePass) {
+    LoadedRun run(kva_test::kTwoPops);
+    run.counted();
+    kva_test::writeFile("Resampling_data", "in the way");
+    const kva_test::StdoutCapture swallowed;
+    EXPECT_EQ(run->CalcHetRange(), 2);
+}
+
 TEST(CalcHetRange, PopulationNameNeverLeavesTheFolder) {
     LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n../x d 0 100 102\n");
     runPass(run, kDefaultMask, 1, 1);

@@ -2,6 +2,7 @@
 
 #include "fstat/randsci.h"
 #include "support/datasets.h"
+#include "support/draws.h"
 
 #include <gtest/gtest.h>
 #include <numeric>
@@ -75,6 +76,15 @@ TEST(HetBereich, VarianceThatIsNeverValidShowsItsStart) {
     EXPECT_EQ(bereich.V.Min, 100.0);
     EXPECT_EQ(bereich.V.Summe, 0.0);
     EXPECT_EQ(bereich.V.Max, 0.0);
+}
+
+TEST(HetBereich, LaterVarianceOfZeroIsCounted) {
+    HetBereich bereich;
+    bereich.Add(0, {0.5, 1.0, 2.0, 4});
+    bereich.Add(1, {0.5, 0.0, 2.0, 4});
+    EXPECT_EQ(bereich.V.Min, 0.0);
+    EXPECT_EQ(bereich.V.Summe, 1.0);
+    EXPECT_EQ(bereich.V.Max, 1.0);
 }
 
 TEST(HetBereich, AllelesKeepTheValueOfTheFirstReplicate) {
@@ -155,6 +165,16 @@ TEST(HetTabelle, RandomDiscardKeepsTheFirstAlleleFromOneHalfOn) {
     table.Add(std::vector<int32_t>{0, 1, 2, 3}, true); // 102 102 104 104
     EXPECT_EQ(table.Statistics().A, 2.0);
     EXPECT_DOUBLE_EQ(table.Statistics().H, 1.0); // 4/2 x 1/2
+}
+
+// Of 102/104 the first is kept, so that one allele is left.
+TEST(HetTabelle, RandomDiscardKeepsTheFirstAlleleAtOneHalfItself) {
+    LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nB h 0 102 104\nB h 0 102 102\n");
+    run.counted();
+    HetTabelle table = loadedTable(run);
+    srand2(kva_test::kSeedOfOneHalf);
+    table.Add(std::vector<int32_t>{0, 1, 2, 3}, true);
+    EXPECT_EQ(table.Statistics().A, 1.0);
 }
 
 // The same entries fed into an AllelCount give the same bits.

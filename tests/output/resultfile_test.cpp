@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -210,6 +211,12 @@ TEST_F(ResultFileTest, OnlyTheModeRbPlusNeedsTheFile) {
     EXPECT_EQ(told, (std::vector<std::string>{"Folder/new3: No such file or directory"}));
 }
 
+TEST_F(ResultFileTest, APipeHasNoEndToGoOnBehind) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    const ResultFile file = open("pipe", "rb+");
+    EXPECT_EQ(told, (std::vector<std::string>{"Folder/pipe: Illegal seek"}));
+}
+
 // --- Moving ------------------------------------------------------------------------------
 
 TEST_F(ResultFileTest, AMovedFileGoesOnWithItsBuffer) {
@@ -231,6 +238,26 @@ TEST_F(ResultFileTest, AnAssignedFileClosesItsEarlierOne) {
     file = ResultFile();
     EXPECT_FALSE(file.isOpen());
     EXPECT_EQ(readFile("new.xls"), "new");
+}
+
+TEST_F(ResultFileTest, AnAssignedFileGoesOnWithItsBuffer) {
+    ResultFile first = open("sheet.xls");
+    first.text("one,");
+    ResultFile second;
+    second = std::move(first);
+    second.text("two");
+    second.close();
+    EXPECT_EQ(readFile("sheet.xls"), "one,two");
+}
+
+TEST_F(ResultFileTest, AFileAssignedToItselfStays) {
+    ResultFile file = open("sheet.xls");
+    file.text("one,");
+    ResultFile& same = file;
+    file = std::move(same);
+    file.text("two");
+    file.close();
+    EXPECT_EQ(readFile("sheet.xls"), "one,two");
 }
 
 TEST_F(ResultFileTest, AFailureIsTakenAlong) {

@@ -430,6 +430,31 @@ TEST(CountIAllels, AFurtherPassCountsAnew) {
     EXPECT_EQ(copiesOf(run->IndAllele[0][0]), (Copies{{90, 1}, {92, 1}}));
 }
 
+TEST(CountAllels, DataThatAreGoneLeaveTheTablesAsTheyWere) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    run->Daten.reset();
+    EXPECT_EQ(run->CountAllels(), 0);
+    EXPECT_EQ(run->PopAllele.size(), 3U);
+}
+
+TEST(AllelCountPop, APopulationThatIsNotThereIsThePoolWithoutAName) {
+    LoadedRun run(kTwoPops);
+    ResultFile counts = run->OpenResult("counts.xls", "wb");
+    ResultFile none;
+    run->Daten->AllelCountPop(counts, none, 3);
+    counts.close();
+    EXPECT_EQ(readFile("counts.xls"), "\n\t100\t3\t200\t5\t\n\t102\t2\t204\t2\t\n"
+                                      "\t104\t3\t208\t1\t\n\n");
+}
+
+TEST(CountIAllels, WithoutDataThereAreNoIndividuals) {
+    AnalyseDataObj run;
+    run.AnzInd = 9;
+    EXPECT_EQ(run.CountIAllels(), 0);
+    EXPECT_EQ(run.AnzInd, 0);
+}
+
 TEST(CountIAllels, WithoutPopulationsThereAreNoIndividuals) {
     AnalyseDataObj run;
     run.AnzInd = 9;

@@ -189,6 +189,17 @@ TEST(GruppenAusgabe, WithoutRestLengthTheRepeatNumbersAloneAreMissing) {
                         .at(0));
 }
 
+// A step of one base and a rest of one base: variance 2 / 1, repeats (100 - 1) / 1.
+TEST(GruppenAusgabe, LengthsOfOneBaseAreKnown) {
+    const Written run("2 . . 1 .\n. . . 1 .\n. . . L1 L1b\nA d 1 100 102\n");
+    EXPECT_EQ(cellOf(run.sheet("Varrepeatgroup"), "Grp 01", 1), "2.000000");
+    EXPECT_EQ(cellOf(run.sheet("VarRDrepeatgroup"), "Grp 01", 1), "2.000000");
+    EXPECT_EQ(cellsOf(run.sheet("SumGrp01")).at(1),
+              cellsOf(tabbed("L1 L1b 1.000000 1.000000 2.000000 2.000000 2.000000 2.000000 "
+                             "100 101.000000 102 99.000000 100.000000 101.000000 ."))
+                  .at(0));
+}
+
 TEST(GruppenAusgabe, UntypedGroupHasNoValue) {
     const Written run(kConditions);
     for (const std::string& name : kSheets) {
@@ -206,6 +217,16 @@ TEST(GruppenAusgabe, SingleCopyHasItsAlleles) {
     EXPECT_EQ(line, cellsOf(tabbed("L4 L4b n.d. n.d. n.d. n.d. n.d. n.d. 100 100.000000 100 "
                                    "25.000000 25.000000 25.000000 ."))
                         .at(0));
+}
+
+// C = 1: an allele, but no mean.
+TEST(GruppenAusgabe, SingleInbredCopyHasNoRepeatNumbers) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA h 1 100 .\n");
+    const std::vector<std::string> line = cellsOf(run.sheet("SumGrp01")).at(1);
+    EXPECT_EQ(line[8], "100");
+    for (const std::size_t column : {11U, 12U, 13U}) {
+        EXPECT_EQ(line[column], "n.d.") << column;
+    }
 }
 
 // Half missing diploid and half missing inbred, 100 and 104: C = 3, H = 3 x 1/2, cut to 1,

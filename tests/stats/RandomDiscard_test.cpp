@@ -3,6 +3,7 @@
 
 #include "fstat/randsci.h"
 #include "stats/statsupport.h"
+#include "support/draws.h"
 
 #include <array>
 #include <cmath>
@@ -185,6 +186,34 @@ TEST(CalcRDHet, InbredPopulationIsThinned) {
     const Sums sums = replayed(kInb, 7, kReplicates, stream);
     expectMeans(drivers, kInbPop, sums);
     EXPECT_EQ(rand2(), stream.draw());
+}
+
+// Allele 0, which no file gives, in each place of an individual: two draws and two single alleles,
+// 6 copies.
+TEST(CalcRDHet, AlleleZeroIsAnAllele) {
+    Drivers drivers("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n"
+                    "A h 0 1 1\nA h 0 1 1\nA h 0 1 1\nA h 0 1 1\n");
+    const Individuals individuals = {{0, 104}, {102, 0}, {kMissing, 0}, {0, kMissing}};
+    for (int tier = 0; tier < 4; ++tier) {
+        const auto& [first, second] = individuals[static_cast<std::size_t>(tier)];
+        drivers.daten().SetTierDaten(1, 1, tier, first, second);
+    }
+    ResultFile none;
+    drivers.tables()[1] = drivers.daten().AllelCountPop(none, none, 1);
+    Replay stream(kSeed);
+    expectMeans(drivers, 1, replayed(individuals, 6, kReplicates, stream));
+    EXPECT_EQ(rand2(), stream.draw());
+}
+
+// One replicate: 100 is kept of the first individual, 104 of the second.
+TEST(CalcRDHet, OneHalfItselfKeepsTheFirstAllele) {
+    LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA h 0 100 102\nA h 0 104 104\n");
+    run.counted();
+    srand2(kva_test::kSeedOfOneHalf);
+    const StdoutCapture swallowed;
+    run->Daten->CalcRDHet(run->PopAllele, 1, 1, 1);
+    EXPECT_EQ(run->PopAllele[1][0].GetRDMaxAllelCount(0), 1);
+    EXPECT_EQ(run->PopAllele[1][0].GetRDMaxAllelCount(1), 0);
 }
 
 // 100, 102, 100, 100: H = 8/6 x (1 - 10/16) = 1/2, mean 100.5, variance 8/6 x 3/4 = 1.

@@ -165,6 +165,17 @@ TEST(TABAusgabe, WithoutRepeatLengthAllRepeatColumnsAreMissing) {
     EXPECT_EQ(line[kVar], "1.000000");
 }
 
+// A step of one base and a rest of one base: variance 2 / 1, repeats (100 - 1) / 1.
+TEST(TABAusgabe, LengthsOfOneBaseAreKnown) {
+    const std::vector<std::string> line =
+        lineOf(summary("2 . . 1 .\n. . . 1 .\n. . . L1 L1b\nA d 0 100 102\n"), 1);
+    EXPECT_EQ(line[kVarRepeat], "2.000000");
+    EXPECT_EQ(line[kVarRepeatRD], "2.000000");
+    EXPECT_EQ(line[kMinRepeat], "99.000000");
+    EXPECT_EQ(line[kMeanRepeat], "100.000000");
+    EXPECT_EQ(line[kMaxRepeat], "101.000000");
+}
+
 // One diploid copy: C = 2, so n = 1 and no variance; a mean, Hobs = 0, one allele.
 TEST(TABAusgabe, SingleCopy) {
     const std::vector<std::string> line =

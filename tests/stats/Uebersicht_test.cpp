@@ -292,6 +292,32 @@ TEST(Uebersicht, MonomorphicSample) {
     EXPECT_EQ(run.cell("NumAllelesExpIAM", "A"), "1.000000");
 }
 
+// One homozygote: n = 2, the fewest copies of a corrected variance, 1/(2 + 1).
+TEST(Uebersicht, TwoAlikeCopiesHaveACorrectedVariance) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 100 100\n");
+    EXPECT_EQ(run.cell("Varrepeat", "A"), "0.000000");
+    EXPECT_EQ(run.cell("VarrepeatKorr", "A"), "0.333333");
+    EXPECT_EQ(run.cell("VarRDrepeatKorr", "A"), "0.333333");
+}
+
+// 100/102: variance 4/2 x 1 = 2, by 1 x 1 base.
+TEST(Uebersicht, ARepeatOfOneBaseIsKnown) {
+    const Written run("2 . . 1 .\n. . . 1 .\n. . . L1 L1b\nA d 0 100 102\n");
+    for (const char* name : {"Varrepeat", "VarRDrepeat", "VarrepeatKorr", "VarRDrepeatKorr"}) {
+        EXPECT_EQ(run.cell(name, "A"), "2.000000") << name;
+    }
+}
+
+// Allele 0, which no file gives, is an allele: 0/4 has the variance 4/2 x 4 = 8, by 2 x 2 bases.
+TEST(Uebersicht, AlleleZeroHasItsCells) {
+    LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 1 1\n");
+    run->SetTierDaten(1, 1, 0, 0, 4);
+    const StdoutCapture swallowed;
+    run->Uebersicht();
+    EXPECT_EQ(cellOf(run.resultFile("Single_data/MinAllele.xls"), "A", 1), "0");
+    EXPECT_EQ(cellOf(run.resultFile("Single_data/VarrepeatKorr.xls"), "A", 1), "2.000000");
+}
+
 // H = 8/6 x 3/4 = 1; q = 2/(4 x 5), theta = 99/2.
 TEST(Uebersicht, AllDifferentSample) {
     const Written run(kEdges);
@@ -368,6 +394,17 @@ TEST(Uebersicht, ReferenceAboveASampleSilencesItsCellsAlone) {
     const std::string variances = richness.substr(richness.find("Variance of"));
     EXPECT_EQ(cellOf(variances, "Total", 1), fixed6(5.0 / 9.0));
     EXPECT_EQ(cellOf(variances, "A", 1), "n.d.");
+}
+
+// Of two copies the number of alleles is 1 with the probability P that they are alike, else 2: mean
+// 2 - P, variance P (1 - P). L1: pool P = (3 + 1 + 3)/28, A and B 3/6. L2: pool (10 + 1)/28, A 1/6,
+// B 3/6.
+TEST(Uebersicht, EachSampleHasItsVarianceOfTheRichness) {
+    EXPECT_EQ(Written(kTwoPops, 2).sheet("AllelicRichness"),
+              twoPopsSheet("1.750000 1.607143", "1.500000 1.833333", "1.500000 1.500000") +
+                  "\nStd. Ind. Number\t1.000000\t1.000000\t\n" +
+                  "\nVariance of allelic richness\n" +
+                  twoPopsSheet("0.187500 0.238520", "0.250000 0.138889", "0.250000 0.250000"));
 }
 
 TEST(Uebersicht, ReferenceOfZeroHasNoRichness) {
@@ -458,6 +495,14 @@ TEST(Uebersicht, VarianceWithoutReplicateHasNoRepeatVariance) {
     EXPECT_EQ(run.cell("VarrepeatKorr", "A"), "n.d.");
     EXPECT_EQ(run.cell("Thetaexp", "A"), "inf");
     EXPECT_EQ(run.cell("ThetaRDexp", "A"), "n.d.");
+}
+
+// The same with 100 and 102: n = 1, variance 3/1 x (1 + 1)/2 = 3, by 2 x 2 bases. The plain one is
+// there, above 0 though below 1.
+TEST(Uebersicht, VarianceOfOneIndependentCopyIsNotCorrected) {
+    const Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nA d 0 100 .\nA h 0 102 .\n");
+    EXPECT_EQ(run.cell("VarrepeatKorr", "A"), "0.750000");
+    EXPECT_EQ(run.cell("VarRDrepeatKorr", "A"), "n.d.");
 }
 
 // Three rows of one-column inbred data are one individual and a rest: the replicate of one copy is

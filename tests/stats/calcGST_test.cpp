@@ -1,6 +1,7 @@
 // The partition of gene diversity in "GST.xls".
 #include "stats/statsupport.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
@@ -151,4 +152,27 @@ TEST(CalcGST, TellsItsBeginningAndEnd) {
     EXPECT_EQ(run->calcGST(), 0);
     EXPECT_EQ(console.text(), "\nStart with G ST calculation!\n\n... Finished GST calculation!\n");
     EXPECT_NE(run.resultFile("KVA.log").find("\n     Calculated Gst\n"), std::string::npos);
+}
+
+TEST(CalcGST, AFullDiskIsToldBeforeTheEnd) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    std::filesystem::create_symlink("/dev/full", "GST.xls");
+    const std::string told = "Cannot write result file GST.xls: No space left on device\n";
+    StdoutCapture console;
+    run->calcGST();
+    EXPECT_EQ(console.text(),
+              "\nStart with G ST calculation!\n\n" + told + "\n... Finished GST calculation!\n");
+    EXPECT_NE(run.resultFile("KVA.log").find(told + "\n     Calculated Gst\n"), std::string::npos);
+}
+
+// Tables made by hand, L1 with a pool alone: it adds nothing to the sums, which are those of L2.
+TEST(CalcGST, APoolOverEmptyPopulationsAddsNothing) {
+    LoadedRun run(kTwoPops);
+    run.counted();
+    run->PopAllele[1][0].Clr();
+    run->PopAllele[2][0].Clr();
+    const std::string sheet = gstOf(run);
+    EXPECT_EQ(cellOf(sheet, "Hs", 1), "0.000000");
+    EXPECT_EQ(cellOf(sheet, "Gst Nei", 1), "0.058824"); // 1 - (1/2) / (34/64)
 }

@@ -2,6 +2,7 @@
 #include "data/lociclass.h"
 #include "fstat/fstatsupport.h"
 #include "fstat/randsci.h"
+#include "support/draws.h"
 
 #include <gtest/gtest.h>
 
@@ -43,8 +44,9 @@ struct Mix {
     }
 
     void pairs(LoadedRun& run, int genotypes, int linked) {
-        run->Daten->AllelMix(run->PopAllele, mix, 0, 1, sheet, map1, map2, genotypes, linked, 1, 0,
-                             buffer);
+        EXPECT_EQ(run->Daten->AllelMix(run->PopAllele, mix, 0, 1, sheet, map1, map2, genotypes,
+                                       linked, 1, 0, buffer),
+                  0);
     }
 
     AllelTabellen mix;
@@ -181,6 +183,16 @@ TEST(AllelMixWithReplacement, DrawsSlotByToSlot) {
     EXPECT_TRUE(streamIsBehind(1, 32));
 }
 
+TEST(AllelMixWithReplacement, TheBorderItselfDrawsFromTheSecondPopulation) {
+    // One individual each, border 1 / 2: the first draw, for the first place, is the border.
+    LoadedRun run("2 . . 2 .\n. . . 0 .\n. . . L1 L1b\nA d 0 1 1\nB d 0 2 2\n");
+    run.counted();
+    Mix m(run);
+    srand2(kva_test::kSeedOfOneHalf);
+    EXPECT_EQ(run->Daten->AllelMix(m.mix, 0, 1, 1), 0);
+    EXPECT_EQ(rows(m.mix[1][0]), "2:2 ");
+}
+
 TEST(CountMixGlobal, TablesOfAllPopulations) {
     // Pairs A0 A1 B0 B1. 8 x 0.416 -> 3: pair A1 to B1. Left A0 B0 B1: 6 x 0.092 -> 0: A0 to B0.
     // Left B0 B1: 4 x 0.7564 -> 3: B1 to A1. Then B0 to A0.
@@ -193,7 +205,7 @@ TEST(CountMixGlobal, TablesOfAllPopulations) {
     std::vector<int32_t> buffer;
     const std::vector<int32_t> sizes{4, 4};
     srand2(1);
-    run->Daten->CountMixGlobal(tab, slot, pop, sizes, 8, buffer, 1, 1);
+    EXPECT_EQ(run->Daten->CountMixGlobal(tab, slot, pop, sizes, 8, buffer, 1, 1), 0);
     EXPECT_EQ(rows(tab[1][0]), "102:1 104:3 ");
     EXPECT_EQ(rows(tab[2][0]), "100:3 102:1 ");
     EXPECT_EQ(rows(tab[0][0]), "102:2 104:3 100:3 ");

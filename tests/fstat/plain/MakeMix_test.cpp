@@ -186,6 +186,30 @@ TEST(MakeMix, AFullSampleSendsToTheOther) {
     EXPECT_EQ(map2[0], (Ints{1}));
 }
 
+TEST(MakeMix, AFullFirstSampleSendsToTheSecond) {
+    // A has 1 slot, B 2, border 1/3. Start of A 0.416 -> 0. A0: 0.092, to sample 2. Start of B
+    // 2 x 0.7564 -> 1. B1: 0.5297, to 1, now full. B0: 0.9304, to 1: 2.
+    SampleMap map1{Ints(1), Ints(1)};
+    SampleMap map2{Ints(2), Ints(2)};
+    srand2(1);
+    MakeMix(1, 0, 1, 1, 2, 0, 1, map1, map2);
+    EXPECT_EQ(map1[0], (Ints{1}));
+    EXPECT_EQ(map1[1], (Ints{1}));
+    EXPECT_EQ(map2[0], (Ints{0, 0}));
+    EXPECT_EQ(map2[1], (Ints{0, 1}));
+}
+
+TEST(MakeMix, APopulationWithoutAPairDrawsNothing) {
+    // A has no slot: the pair of B starts with 0.416 -> 0 and goes by 0.092 > 0 to sample 1, which
+    // has no place; sample 2 takes it.
+    SampleMap map1{Ints(0), Ints(0)};
+    SampleMap map2{Ints(2), Ints(2)};
+    srand2(1);
+    MakeMix(1, 1, 1, 0, 2, 0, 1, map1, map2);
+    EXPECT_EQ(map2[0], (Ints{0, 1}));
+    EXPECT_TRUE(streamIsBehind(1, 2));
+}
+
 TEST(MakeMix, GenotypesWalkInPairs) {
     // Pairs A01, B01; border 0.5. Start 0 with a draw. A01: 0.092, to 2. Start of B with a draw.
     // B01: 0.5297, to 1.
