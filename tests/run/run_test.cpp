@@ -17,7 +17,7 @@ TEST(Run, TakesOverEachSettingOfAFrontEnd) {
                                  .HetRandomisierungen = 15,
                                  .ReplikaLoci = 16,
                                  .Replikate = 17};
-    Run run;
+    kva::Run run; // a test has a Run of its own
     run.TakeSettings(masks, scalars);
     EXPECT_EQ(run.GeneralMask, 1U);
     EXPECT_EQ(run.PopDistMask, 2U);
