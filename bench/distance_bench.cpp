@@ -19,8 +19,8 @@ namespace {
 constexpr int kLoci = 20;
 constexpr int kAlleles = 20;
 
-AllelTabelle individual(std::mt19937& stream) {
-    AllelTabelle tables(kLoci);
+LocusTables individual(std::mt19937& stream) {
+    LocusTables tables(kLoci);
     for (AllelCount& table : tables) {
         table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
         table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
@@ -29,8 +29,8 @@ AllelTabelle individual(std::mt19937& stream) {
     return tables;
 }
 
-AllelTabelle population(std::mt19937& stream, int individuals) {
-    AllelTabelle tables(kLoci);
+LocusTables population(std::mt19937& stream, int individuals) {
+    LocusTables tables(kLoci);
     for (AllelCount& table : tables) {
         for (int entry = 0; entry < 2 * individuals; ++entry) {
             table.AddAllel(100 + 2 * static_cast<int>(stream() % kAlleles), 0);
@@ -41,8 +41,8 @@ AllelTabelle population(std::mt19937& stream, int individuals) {
 }
 
 // A pool of all alleles that a sample can have.
-AllelTabelle pool() {
-    AllelTabelle tables(kLoci);
+LocusTables pool() {
+    LocusTables tables(kLoci);
     for (AllelCount& table : tables) {
         for (int allele = 0; allele < kAlleles; ++allele) {
             table.AddAllel(100 + 2 * allele, 0);
@@ -54,7 +54,7 @@ AllelTabelle pool() {
 
 Samples individuals(int count) {
     std::mt19937 stream(1);
-    AllelTabellen tables;
+    SampleTables tables;
     for (int i = 0; i < count; ++i) {
         tables.push_back(individual(stream));
     }
@@ -64,7 +64,7 @@ Samples individuals(int count) {
 
 Samples populations(int count) {
     std::mt19937 stream(1);
-    AllelTabellen tables;
+    SampleTables tables;
     for (int i = 0; i < count; ++i) {
         tables.push_back(population(stream, 30));
     }

@@ -21,8 +21,8 @@ constexpr uint32_t kLinkedHexp =
     FstBit::HExp | FstBit::Genotypes | FstBit::Permutation | FstBit::Linked;
 constexpr uint32_t kAllelesUnlinked = FstBit::HObs | FstBit::Permutation;
 
-// Two populations of `tiere` individuals each, one allele in fifty missing.
-Datensatz twoPopulations(int32_t tiere) {
+// Two populations of `individuals` individuals each, one allele in fifty missing.
+Datensatz twoPopulations(int32_t individuals) {
     std::mt19937 stream(1);
     const auto allele = [&stream] {
         return stream() % 50 == 0 ? -1 : 100 + static_cast<int>(stream() % kAlleles);
@@ -30,8 +30,8 @@ Datensatz twoPopulations(int32_t tiere) {
     Datensatz daten;
     daten.init(kLoci);
     for (int pop = 1; pop <= 2; ++pop) {
-        daten.AddPopulation("P", 2 * tiere);
-        for (int32_t tier = 0; tier < tiere; ++tier) {
+        daten.AddPopulation("P", 2 * individuals);
+        for (int32_t tier = 0; tier < individuals; ++tier) {
             for (int locus = 1; locus <= kLoci; ++locus) {
                 const int first = allele();
                 daten.AddTier(locus, pop, first, allele(), 0);
@@ -43,19 +43,18 @@ Datensatz twoPopulations(int32_t tiere) {
 
 // arg: individuals of each population.
 void pairPermutation(benchmark::State& state, uint32_t fstMask) {
-    const auto tiere = static_cast<int32_t>(state.range(0));
-    const Datensatz daten = twoPopulations(tiere);
+    const auto individuals = static_cast<int32_t>(state.range(0));
+    const Datensatz daten = twoPopulations(individuals);
     ResultFile none;
-    const AllelTabellen tables = {daten.AllelCountLT(none, none),
-                                  daten.AllelCountPop(none, none, 1),
-                                  daten.AllelCountPop(none, none, 2)};
+    const SampleTables tables = {daten.AllelCountLT(none, none), daten.AllelCountPop(none, none, 1),
+                                 daten.AllelCountPop(none, none, 2)};
     PairTest test(daten, tables, fstMask, -32767.0);
     const CodedSample sample(test.data());
     srand2(1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test.shuffled(0, 1, sample, nullptr));
     }
-    state.SetItemsProcessed(state.iterations() * 4 * tiere * kLoci);
+    state.SetItemsProcessed(state.iterations() * 4 * individuals * kLoci);
 }
 
 // arg: items of a pool that is dealt out.

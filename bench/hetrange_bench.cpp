@@ -19,7 +19,7 @@ void replicate(benchmark::State& state) {
     AllelCount alleles;
     locus.AllelCountP(alleles, 1, 0);
     alleles.SortAllele();
-    HetTabelle table;
+    HetTable table;
     table.Load(locus, 1, alleles);
     std::vector<float> numbers(static_cast<std::size_t>(entries));
     std::vector<int32_t> row(numbers.size());

@@ -35,7 +35,7 @@ void replicates(benchmark::State& state) {
     for (int32_t i = 0; i < individuals; ++i) {
         daten.AddTier(1, 1, 100 + 2 * (i % 11), 100 + 2 * (i % 7), 1);
     }
-    AllelTabellen tables(2, AllelTabelle(1));
+    SampleTables tables(2, LocusTables(1));
     daten.Loci[0].AllelCountP(tables[1][0], 1, 0);
     tables[1][0].SortAllele();
     const AllelCount fresh = tables[1][0];

@@ -9,12 +9,12 @@ int AnalyseDataObj::LinkResultNew() {
         return 1;
     }
     (void)chdir(StartPfad.c_str()); // InitPath tells of a folder that cannot be made
-    (void)InitPath();               // its failure stands in OrdnerFehlt
+    (void)InitPath();               // its failure stands in FolderMissing
     return 0;
 }
 
 int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
-    if (OrdnerFehlt) { // the passes would write into the folder of an earlier run
+    if (FolderMissing) { // the passes would write into the folder of an earlier run
         return 0;
     }
     if (!LogDatei.isOpen()) { // closed, or nothing was loaded: then it lies in the current folder
@@ -50,7 +50,7 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
 }
 
 int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
-    (void)InitPath();          // its failure stands in OrdnerFehlt
+    (void)InitPath();          // its failure stands in FolderMissing
     (void)GetDataFile(stream); // what it refuses stays without individuals
     return 0;
 }

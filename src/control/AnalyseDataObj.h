@@ -66,28 +66,28 @@ class AnalyseDataObj : public Run {
     int CalcDistancesSpecial(long permutationen) { return fStatistics(*this, permutationen); }
     int FST_ALLG() { return pairwiseFst(*this); }
     int FST_ALLGGLOBAL() { return globalFst(*this); }
-    int FST_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci, long idx1,
+    int FST_SINGLE_WC84(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
                         long idx2, ResultFile* locusFile, CMatrix& locusTable) const {
         return estimatePair(*this, i, j, f, tab, nLoci, idx1, idx2, locusFile, locusTable);
     }
-    int FST_PAIR_WC84(FTripel& f, const AllelTabellen& tab, CMatrix& locusTable) {
+    int FST_PAIR_WC84(FTriple& f, const SampleTables& tab, CMatrix& locusTable) {
         return estimatePairs(*this, f, tab, locusTable);
     }
-    static int LOGG_SINGLE_WC84(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci,
+    static int LOGG_SINGLE_WC84(long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
                                 long idx1, long idx2) {
         return logLikelihoodRatio(i, j, f, tab, nLoci, idx1, idx2);
     }
-    int FST_P_WC84(FTripel& p, const FTripel& f, const AllelTabellen& tab,
+    int FST_P_WC84(FTriple& p, const FTriple& f, const SampleTables& tab,
                    CMatrix& locusTable) const {
         return testPairs(*this, p, f, tab, locusTable);
     }
-    int FST_RD_WC84(FTripel& p, FTripel& f, const AllelTabellen& tab, CMatrix& untergrenze,
+    int FST_RD_WC84(FTriple& p, FTriple& f, const SampleTables& tab, CMatrix& untergrenze,
                     CMatrix& obergrenze, CMatrix& locusTable) const {
         return testThinnedPairs(*this, p, f, tab, untergrenze, obergrenze, locusTable);
     }
     int CreateNewDataSheetMix(SlotSheet& sheet) const { return drawThinnedSheet(*this, sheet); }
     int FST_GLOBAL_WC84(double& fst, double& fit, double& fis, double& gst, double& gstStrich,
-                        CMatrix& locus, const AllelTabellen& tab, int nLoci, int nPop) const {
+                        CMatrix& locus, const SampleTables& tab, int nLoci, int nPop) const {
         return estimateGlobal(*this, fst, fit, fis, gst, gstStrich, locus, tab, nLoci, nPop);
     }
     int FST_GLOBAL_P_WC84(double fst, double gst, double gstStrich, const CMatrix& locus,
@@ -115,8 +115,8 @@ class AnalyseDataObj : public Run {
         return drawReplicate(*this, replikat, pop, stichprobe);
     }
     int AnalyseHetReplika(int replikat, const HetStichprobe& stichprobe,
-                          std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
-                          HetReplikaSheets& sheets) const {
+                          std::vector<HetBereich>& bereich, std::vector<HetTable>& tabellen,
+                          HetReplicateSheets& sheets) const {
         return evaluateReplicate(*this, replikat, stichprobe, bereich, tabellen, sheets);
     }
 

@@ -30,16 +30,16 @@ constexpr const char* D = "E1aE2E";
 constexpr const char* F = "E1E2a3E4E";
 constexpr const char* N = "1";
 
-struct Meldung {
+struct MessageRow {
     Message Code;
     const char* Form;
-    std::array<const char*, 4> Texte{};
+    std::array<const char*, 4> Texts{};
 };
 
 // --- The catalogue, ascending by code ----------------------------------------------
 
 // A row of form "E" alone closes a line of progress marks.
-constexpr Meldung kTexte[] = {
+constexpr MessageRow kTexts[] = {
     {Message::ReplicateEnd, "E"},
     {Message::ErrorReportBegin, A, {"Create Errorreport of Loci dataset"}},
     {Message::CountBegin, A, {"Count Allels"}},
@@ -156,7 +156,7 @@ constexpr Meldung kTexte[] = {
 };
 
 // The messages around a whole number.
-constexpr Meldung kZahlen[] = {
+constexpr MessageRow kNumbers[] = {
     {Message::TestGroup, "E1a", {"Test Group: "}},
     {Message::PairReplica, "E1a", {"Calc Replica: "}},
     {Message::ExportedPopulation, "E1a2", {"Pop ", ":"}},
@@ -164,23 +164,23 @@ constexpr Meldung kZahlen[] = {
     {Message::GlobalReplica, "E1a", {"Calc Replica: "}},
 };
 
-constexpr bool ascending(std::span<const Meldung> rows) {
-    return std::ranges::adjacent_find(rows, std::ranges::greater_equal{}, &Meldung::Code) ==
+constexpr bool ascending(std::span<const MessageRow> rows) {
+    return std::ranges::adjacent_find(rows, std::ranges::greater_equal{}, &MessageRow::Code) ==
            rows.end();
 }
-static_assert(ascending(kTexte) && ascending(kZahlen));
+static_assert(ascending(kTexts) && ascending(kNumbers));
 
 // --- Printing -------------------------------------------------------------------------
 
 // Null for a code that is not among the rows.
-const Meldung* find(std::span<const Meldung> rows, int number) {
+const MessageRow* find(std::span<const MessageRow> rows, int number) {
     const Message code{number};
-    const auto row = std::ranges::lower_bound(rows, code, {}, &Meldung::Code);
+    const auto row = std::ranges::lower_bound(rows, code, {}, &MessageRow::Code);
     return row != rows.end() && row->Code == code ? &*row : nullptr;
 }
 
-void print(const Meldung& meldung, const char* argument) {
-    for (const char* place = meldung.Form; *place != '\0'; ++place) {
+void print(const MessageRow& message, const char* argument) {
+    for (const char* place = message.Form; *place != '\0'; ++place) {
         switch (*place) {
         case 'E':
             std::cout << std::endl;
@@ -189,7 +189,7 @@ void print(const Meldung& meldung, const char* argument) {
             std::cout << argument;
             break;
         default:
-            std::cout << meldung.Texte[static_cast<std::size_t>(*place - '1')];
+            std::cout << message.Texts[static_cast<std::size_t>(*place - '1')];
         }
     }
     std::cout << std::flush;
@@ -198,8 +198,8 @@ void print(const Meldung& meldung, const char* argument) {
 } // namespace
 
 void AUSGABE(int code, const char* text) {
-    if (const Meldung* meldung = find(kTexte, code)) {
-        print(*meldung, text != nullptr ? text : "");
+    if (const MessageRow* message = find(kTexts, code)) {
+        print(*message, text != nullptr ? text : "");
     } else if (text != nullptr) {
         std::cout << text << std::flush;
     } else {
@@ -208,9 +208,9 @@ void AUSGABE(int code, const char* text) {
 }
 
 void AUSGABE(int code, const int& wert) {
-    constexpr Meldung kNurZahl{Message{}, "a"};
-    const Meldung* meldung = find(kZahlen, code);
-    print(meldung != nullptr ? *meldung : kNurZahl, std::to_string(wert).c_str());
+    constexpr MessageRow kNumberAlone{Message{}, "a"};
+    const MessageRow* message = find(kNumbers, code);
+    print(message != nullptr ? *message : kNumberAlone, std::to_string(wert).c_str());
 }
 
 void AUSGABE(int /*code*/, const double& wert) {

@@ -27,14 +27,14 @@ constexpr char kQuit = 'q';
 
 // --- Prompts for numbers ------------------------------------------------------------
 
-struct Zahlfrage {
+struct NumberQuestion {
     const char* Text;
-    int32_t ScalarSettings::*Feld;
-    int32_t (*Regel)(int32_t); // what is stored of an answer
+    int32_t ScalarSettings::*Field;
+    int32_t (*Rule)(int32_t); // what is stored of an answer
 };
 
-template <int32_t Sonst> int32_t positiveOr(int32_t entered) {
-    return entered > 0 ? entered : Sonst;
+template <int32_t Otherwise> int32_t positiveOr(int32_t entered) {
+    return entered > 0 ? entered : Otherwise;
 }
 
 int32_t notNegative(int32_t entered) {
@@ -56,24 +56,24 @@ int32_t wholeReplicas(int32_t entered) {
                          : static_cast<int32_t>(std::min(multiple, kLast));
 }
 
-constexpr Zahlfrage kBootstraps{"\nPlease input new number of bootstraps"
-                                "\n(1=no bootstraping):",
-                                &ScalarSettings::Bootstraps, positiveOr<1>};
-constexpr Zahlfrage kBootLoci{"\nPlease input number of used loci by bootstrapping"
-                              "\n(-1=no bootstraping):",
-                              &ScalarSettings::BootLoci, positiveOr<-1>};
-constexpr Zahlfrage kPermutationen{
+constexpr NumberQuestion kBootstraps{"\nPlease input new number of bootstraps"
+                                     "\n(1=no bootstraping):",
+                                     &ScalarSettings::Bootstraps, positiveOr<1>};
+constexpr NumberQuestion kBootLoci{"\nPlease input number of used loci by bootstrapping"
+                                   "\n(-1=no bootstraping):",
+                                   &ScalarSettings::BootLoci, positiveOr<-1>};
+constexpr NumberQuestion kPermutations{
     "\nPlease enter the new number of permutations:", &ScalarSettings::Permutationen, notNegative};
-constexpr Zahlfrage kReplikaLoci{"\nPlease enter the new number of loci"
-                                 "\n 0          =  number of available loci (NL)"
-                                 "\n-1,-2,-3..  =  NL-1, NL-2, NL-3, ..."
-                                 "\n 1, 2, 3..  =  1, 2, 3, ..."
-                                 "\n used for heterogeneity calculation: ",
-                                 &ScalarSettings::ReplikaLoci, asEntered};
-constexpr Zahlfrage kReplikate{
+constexpr NumberQuestion kReplicaLoci{"\nPlease enter the new number of loci"
+                                      "\n 0          =  number of available loci (NL)"
+                                      "\n-1,-2,-3..  =  NL-1, NL-2, NL-3, ..."
+                                      "\n 1, 2, 3..  =  1, 2, 3, ..."
+                                      "\n used for heterogeneity calculation: ",
+                                      &ScalarSettings::ReplikaLoci, asEntered};
+constexpr NumberQuestion kReplicas{
     "\nPlease enter the new number of replicas:", &ScalarSettings::Replikate, wholeReplicas};
-constexpr Zahlfrage kRandomisierungen{"\nPlease input new number of randomisations:",
-                                      &ScalarSettings::HetRandomisierungen, notNegative};
+constexpr NumberQuestion kRandomisations{"\nPlease input new number of randomisations:",
+                                         &ScalarSettings::HetRandomisierungen, notNegative};
 
 // Tells of a word where a number is wanted, on a line of its own; the end of input has no word.
 void tellNotANumber(const std::string& word) {
@@ -82,14 +82,14 @@ void tellNotANumber(const std::string& word) {
     }
 }
 
-template <const Zahlfrage& Frage> void ask(CMenuAllg& menu) {
-    std::cout << Frage.Text << std::flush;
-    const Zahleingabe<long> answer = LiesGanzzahl();
+template <const NumberQuestion& Question> void ask(CMenuAllg& menu) {
+    std::cout << Question.Text << std::flush;
+    const NumberInput<long> answer = ReadWholeNumber();
     std::cout << std::endl;
-    if (answer.Wert) {
-        menu.*Frage.Feld = Frage.Regel(NearestInt32(*answer.Wert));
+    if (answer.Value) {
+        menu.*Question.Field = Question.Rule(NearestInt32(*answer.Value));
     }
-    tellNotANumber(answer.Wort);
+    tellNotANumber(answer.Word);
 }
 
 // Individuals are entered, gene copies stored. No line end follows a good answer.
@@ -97,13 +97,13 @@ void askRichness(CMenuAllg& menu) {
     std::cout << "\nPlease enter reference numbers of individuals for allelic richness."
                  "\n   (-1: take minimal sample number per locus): "
               << std::flush;
-    const Zahleingabe<double> answer = LiesKommazahl();
-    if (answer.Wert) {
-        menu.RichnessRef = positiveOr<-1>(TruncatedInt32(2.0 * *answer.Wert));
+    const NumberInput<double> answer = ReadDecimal();
+    if (answer.Value) {
+        menu.RichnessRef = positiveOr<-1>(TruncatedInt32(2.0 * *answer.Value));
         return;
     }
     std::cout << std::endl;
-    tellNotANumber(answer.Wort);
+    tellNotANumber(answer.Word);
 }
 
 // --- Files ----------------------------------------------------------------------------
@@ -117,7 +117,7 @@ void chooseFile(CMenuAllg& menu, const std::string& name) {
 void askDataFile(CMenuAllg& menu) {
     menu.DatenObjekt.reset();
     std::cout << "\nPlease enter the filename:" << std::flush;
-    const std::string name = LiesDateiName();
+    const std::string name = ReadFileName();
     if (!name.empty()) {
         chooseFile(menu, name);
     }
@@ -125,7 +125,7 @@ void askDataFile(CMenuAllg& menu) {
 
 void askIMFile(CMenuAllg& menu) {
     std::cout << "\nPlease enter the filename of IM Information file (n=no):" << std::endl;
-    const std::string name = LiesWort();
+    const std::string name = ReadWord();
     menu.IMDateiName = name == "n" ? "" : name;
 }
 
@@ -147,35 +147,35 @@ void reportSideFile(const std::string& name) {
 // Without a result folder the object goes, so that the next run tries again.
 bool loadChosen(CMenuAllg& menu, InputFile& daten) {
     menu.DatenObjekt = std::make_unique<AnalyseDataObj>();
-    const Laden outcome =
-        ErstesLaden(*menu.DatenObjekt, menu.DateiListe[0], menu.IMDateiName, reportSideFile, daten);
-    if (outcome == Laden::KeinOrdner) {
+    const LoadResult outcome =
+        LoadFirst(*menu.DatenObjekt, menu.DateiListe[0], menu.IMDateiName, reportSideFile, daten);
+    if (outcome == LoadResult::NoFolder) {
         menu.DatenObjekt.reset();
     }
-    return outcome != Laden::KeineDatei;
+    return outcome != LoadResult::NoFile;
 }
 
 // --- Keys -----------------------------------------------------------------------------
 
-struct Taste {
-    std::string_view Zeichen; // each of them is the key
-    void (*Wirkung)(CMenuAllg&);
+struct KeyRow {
+    std::string_view Characters; // each of them is the key
+    void (*Action)(CMenuAllg&);
 };
 
 template <int32_t Nummer> void goTo(CMenuAllg& menu) {
     menu.MenuNummer = Nummer;
 }
 
-template <auto Wort, uint32_t Bits> void toggle(CMenuAllg& menu) {
-    menu.*Wort ^= Bits;
+template <auto Word, uint32_t Bits> void toggle(CMenuAllg& menu) {
+    menu.*Word ^= Bits;
 }
 
-template <auto Wort, uint32_t Bits> void setBits(CMenuAllg& menu) {
-    menu.*Wort |= Bits;
+template <auto Word, uint32_t Bits> void setBits(CMenuAllg& menu) {
+    menu.*Word |= Bits;
 }
 
-template <auto Wort, uint32_t Bits> void clearBits(CMenuAllg& menu) {
-    menu.*Wort &= ~Bits;
+template <auto Word, uint32_t Bits> void clearBits(CMenuAllg& menu) {
+    menu.*Word &= ~Bits;
 }
 
 // Observed, expected, expected for inbred populations only.
@@ -209,12 +209,12 @@ void toggleHardyWeinberg(CMenuAllg& menu) {
 }
 
 void showVersions(CMenuAllg& menu) {
-    (void)menu.WriteInformation(Auskunft::Versionen);
+    (void)menu.WriteInformation(Info::Versions);
 }
 
 void showData(CMenuAllg& menu) {
     if (menu.DatenObjekt) {
-        (void)menu.WriteInformation(Auskunft::Daten);
+        (void)menu.WriteInformation(Info::Daten);
     }
 }
 
@@ -230,31 +230,31 @@ template <uint32_t Bits> constexpr auto het = toggle<&CMenuAllg::HetRangeMask, B
 constexpr uint32_t kAllDistances = GeneralBit::PopDistances | GeneralBit::FStatistics;
 
 // In every menu, before its own keys; kQuit in either case comes before them.
-constexpr Taste kEverywhere[] = {
+constexpr KeyRow kEverywhere[] = {
     {"vV", showVersions},
     {"!", run},
 };
 
-constexpr Taste kHaupt[] = {
-    {"dD", goTo<Menue::Distanzen>},
-    {"cC", goTo<Menue::Umwandlung>},
-    {"rR", goTo<Menue::HetRange>},
+constexpr KeyRow kMain[] = {
+    {"dD", goTo<Menu::Distances>},
+    {"cC", goTo<Menu::Conversion>},
+    {"rR", goTo<Menu::HetRange>},
     {"iI", askDataFile},
     {"sS", showData},
     {"a", askRichness}, // wanted: upper-case A is unknown
     {"X", removeData},  // wanted: lower-case x is unknown
 };
 
-constexpr Taste kDistanzen[] = {
+constexpr KeyRow kDistances[] = {
     {"+", setBits<&CMenuAllg::GeneralMask, kAllDistances>},
     {"-", clearBits<&CMenuAllg::GeneralMask, kAllDistances>},
-    {"mM", goTo<Menue::Haupt>},
-    {"pP", goTo<Menue::DistanzEinstellung>},
-    {"sS", goTo<Menue::FStatistik>},
+    {"mM", goTo<Menu::Main>},
+    {"pP", goTo<Menu::DistanceSettings>},
+    {"sS", goTo<Menu::FStatistics>},
 };
 
 // The keys of the distances themselves stand with them: toggleMeasure.
-constexpr Taste kDistanzEinstellung[] = {
+constexpr KeyRow kDistanceSettings[] = {
     {"cC", general<GeneralBit::PopDistances>},
     {"iI", general<GeneralBit::IndDistances>},
     {"lL", general<GeneralBit::MinusLog>},
@@ -262,11 +262,11 @@ constexpr Taste kDistanzEinstellung[] = {
     {"xX", dist<DistBit::Nexus>}, // wanted: the screen does not show this key
     {"nN", ask<kBootstraps>},
     {"rR", ask<kBootLoci>},
-    {"bB", goTo<Menue::Distanzen>},
-    {"mM", goTo<Menue::Haupt>},
+    {"bB", goTo<Menu::Distances>},
+    {"mM", goTo<Menu::Main>},
 };
 
-constexpr Taste kFStatistik[] = {
+constexpr KeyRow kFStatistics[] = {
     {"cC", general<GeneralBit::FStatistics>},
     {"1", cycleHeterozygosity},
     {"gG", cycleGlobal},
@@ -275,46 +275,46 @@ constexpr Taste kFStatistik[] = {
     {"6", fst<FstBit::PerLocus>},
     {"7", fst<FstBit::Heterogeneity>},
     {"rR", fst<FstBit::RandomDiscard>},
-    {"nN", ask<kPermutationen>},
-    {"lL", ask<kReplikaLoci>},
-    {"aA", ask<kReplikate>},
-    {"bB", goTo<Menue::Distanzen>},
-    {"mM", goTo<Menue::Haupt>},
+    {"nN", ask<kPermutations>},
+    {"lL", ask<kReplicaLoci>},
+    {"aA", ask<kReplicas>},
+    {"bB", goTo<Menu::Distances>},
+    {"mM", goTo<Menu::Main>},
 };
 
-constexpr Taste kUmwandlung[] = {
+constexpr KeyRow kConversion[] = {
     {"1", general<GeneralBit::Msvar>},
     {"2", general<GeneralBit::Migrate>},
     {"3", general<GeneralBit::Arlequin>},
     {"4", general<GeneralBit::IMFormat>},
     {"rR", general<GeneralBit::RepeatSteps>},
     {"f", askIMFile}, // wanted: upper-case F is unknown
-    {"mM", goTo<Menue::Haupt>},
+    {"mM", goTo<Menu::Main>},
 };
 
-constexpr Taste kHetRange[] = {
+constexpr KeyRow kHetRange[] = {
     {"cC", general<GeneralBit::HetRange>},
     {"rR", het<HetRangeBit::RandomDiscard>},
     {"0", het<HetRangeBit::CorrectZero>},
     {"lL", het<HetRangeBit::Linked>},
     {"sS", het<HetRangeBit::Individuals>},
-    {"nN", ask<kRandomisierungen>},
-    {"mM", goTo<Menue::Haupt>},
+    {"nN", ask<kRandomisations>},
+    {"mM", goTo<Menu::Main>},
 };
 
-std::span<const Taste> keysOf(int32_t menuNummer) {
-    switch (menuNummer) {
-    case Menue::Haupt:
-        return kHaupt;
-    case Menue::Distanzen:
-        return kDistanzen;
-    case Menue::DistanzEinstellung:
-        return kDistanzEinstellung;
-    case Menue::FStatistik:
-        return kFStatistik;
-    case Menue::Umwandlung:
-        return kUmwandlung;
-    case Menue::HetRange:
+std::span<const KeyRow> keysOf(int32_t menuNumber) {
+    switch (menuNumber) {
+    case Menu::Main:
+        return kMain;
+    case Menu::Distances:
+        return kDistances;
+    case Menu::DistanceSettings:
+        return kDistanceSettings;
+    case Menu::FStatistics:
+        return kFStatistics;
+    case Menu::Conversion:
+        return kConversion;
+    case Menu::HetRange:
         return kHetRange;
     default:
         return {};
@@ -322,21 +322,21 @@ std::span<const Taste> keysOf(int32_t menuNummer) {
 }
 
 // Acts on the key; false if it is not in the table.
-bool press(CMenuAllg& menu, std::span<const Taste> keys, char pressed) {
-    const auto row = std::ranges::find_if(keys, [pressed](const Taste& key) {
-        return key.Zeichen.find(pressed) != std::string_view::npos;
+bool press(CMenuAllg& menu, std::span<const KeyRow> keys, char pressed) {
+    const auto row = std::ranges::find_if(keys, [pressed](const KeyRow& key) {
+        return key.Characters.find(pressed) != std::string_view::npos;
     });
     if (row == keys.end()) {
         return false;
     }
-    row->Wirkung(menu);
+    row->Action(menu);
     return true;
 }
 
 // The same for the key of a distance.
 bool toggleMeasure(CMenuAllg& menu, char pressed) {
     const auto row = std::ranges::find(allMeasures(), pressed, &Measure::Key);
-    if (menu.MenuNummer != Menue::DistanzEinstellung || row == allMeasures().end()) {
+    if (menu.MenuNummer != Menu::DistanceSettings || row == allMeasures().end()) {
         return false;
     }
     menu.PopDistMask ^= row->Bit;
@@ -349,7 +349,7 @@ int CMenuAllg::Run(int arg) {
     if (arg != 0) {
         return 1;
     }
-    MenuNummer = Menue::Haupt;
+    MenuNummer = Menu::Main;
     std::cout << "KVA can now also handle command line arguments!" << std::endl
               << "If you are interested in this function" << std::endl
               << "please read the documentation!" << std::endl;
@@ -362,22 +362,22 @@ int CMenuAllg::Run(int arg) {
 }
 
 char CMenuAllg::GetTaste() {
-    char taste = '\n';
-    while (taste == '\n') {
-        if (!std::cin.get(taste)) {
+    char key = '\n';
+    while (key == '\n') {
+        if (!std::cin.get(key)) {
             return kQuit;
         }
     }
-    return taste;
+    return key;
 }
 
 int CMenuAllg::AnalyseCommand(int /*arg*/) {
-    const char taste = GetTaste();
-    if (taste == kQuit || taste == 'Q') {
+    const char key = GetTaste();
+    if (key == kQuit || key == 'Q') {
         return 0;
     }
-    if (!press(*this, kEverywhere, taste) && !press(*this, keysOf(MenuNummer), taste) &&
-        !toggleMeasure(*this, taste)) {
+    if (!press(*this, kEverywhere, key) && !press(*this, keysOf(MenuNummer), key) &&
+        !toggleMeasure(*this, key)) {
         std::cout << std::endl << "Unknown command!" << std::flush;
     }
     return -1;
@@ -401,8 +401,8 @@ int CMenuAllg::DoWork(int /*arg*/) {
         return 0;
     }
     if (DatenObjekt) {
-        (void)WriteInformation(Auskunft::Daten);
-        StarteLauf(*DatenObjekt, *this, *this);
+        (void)WriteInformation(Info::Daten);
+        StartRun(*DatenObjekt, *this, *this);
     }
     std::cout << std::endl;
     return 0;

@@ -25,25 +25,25 @@
 namespace kva {
 
 // Values of CMenuAllg::MenuNummer; 3 is not used.
-namespace Menue {
-constexpr int32_t Haupt = 0;
-constexpr int32_t Distanzen = 1;
-constexpr int32_t DistanzEinstellung = 2;
-constexpr int32_t FStatistik = 4;
-constexpr int32_t Umwandlung = 5;
+namespace Menu {
+constexpr int32_t Main = 0;
+constexpr int32_t Distances = 1;
+constexpr int32_t DistanceSettings = 2;
+constexpr int32_t FStatistics = 4;
+constexpr int32_t Conversion = 5;
 constexpr int32_t HetRange = 6;
-} // namespace Menue
+} // namespace Menu
 
 // What CMenuAllg::WriteInformation can show.
-namespace Auskunft {
-constexpr int Keine = 0;
-constexpr int Versionen = 3;
-constexpr int Distanzen = 4;
-constexpr int FStatistik = 5;
+namespace Info {
+constexpr int Nothing = 0;
+constexpr int Versions = 3;
+constexpr int Distances = 4;
+constexpr int FStatistics = 5;
 constexpr int Daten = 6;
-constexpr int Versionsnummer = 7;
-constexpr int Hilfe = 8; // no key calls it
-} // namespace Auskunft
+constexpr int VersionNumber = 7;
+constexpr int Help = 8; // no key calls it
+} // namespace Info
 
 class CMenuAllg : public AnalyseSettings, public ScalarSettings {
   public:
@@ -64,7 +64,7 @@ class CMenuAllg : public AnalyseSettings, public ScalarSettings {
     // Reads one key and acts on it. `arg` is ignored. 0 to leave the menu, -1 to go on.
     virtual int AnalyseCommand(int arg);
 
-    // What `was` of Auskunft names; nothing for any other number. 0. In CMenu_.cpp.
+    // What `was` of Info names; nothing for any other number. 0. In CMenu_.cpp.
     virtual int WriteInformation(int was);
 
     // The version of the menu: `a` before the point, `b` behind it. 0.
@@ -84,7 +84,7 @@ class CMenuAllg : public AnalyseSettings, public ScalarSettings {
     static char GetTaste();
 
     int32_t MenuReserve = 1; // carried; read by nothing
-    int32_t MenuNummer = Menue::Haupt;
+    int32_t MenuNummer = Menu::Main;
     std::array<std::string, 10> DateiListe;      // data files as typed; only entry 0 is used
     std::string IMDateiName;                     // IM information file; empty: none
     int32_t DateiAnzahl = 0;                     // names in DateiListe, 0 or 1

@@ -65,10 +65,10 @@ std::string dropLine(std::string begun) {
 
 // The number that is all of `text`, or the word that stands there instead. `convert` is strtol
 // or strtod in form.
-template <class Zahl, class Umwandlung>
-Zahleingabe<Zahl> toNumber(const std::string& text, Umwandlung convert) {
+template <class Number, class Conversion>
+NumberInput<Number> toNumber(const std::string& text, Conversion convert) {
     char* end = nullptr;
-    const Zahl value = convert(text.c_str(), &end);
+    const Number value = convert(text.c_str(), &end);
     if (!text.empty() && end == text.c_str() + text.size()) {
         return {value, {}};
     }
@@ -77,7 +77,7 @@ Zahleingabe<Zahl> toNumber(const std::string& text, Umwandlung convert) {
 
 // What fits of a name; a NUL byte ends it, as it does for the system.
 std::string bounded(const std::string& name) {
-    return name.substr(0, std::min(name.find('\0'), kEingabeGrenze));
+    return name.substr(0, std::min(name.find('\0'), kInputLimit));
 }
 
 // The words behind the first one of a name in quotes, each behind a blank.
@@ -95,7 +95,7 @@ std::string takeQuoted(char quote) {
 
 } // namespace
 
-Zahleingabe<long> LiesGanzzahl() {
+NumberInput<long> ReadWholeNumber() {
     std::string text;
     std::cin >> std::ws;
     takeOneOf("+-", text);
@@ -105,18 +105,18 @@ Zahleingabe<long> LiesGanzzahl() {
     });
 }
 
-Zahleingabe<double> LiesKommazahl() {
+NumberInput<double> ReadDecimal() {
     std::cin >> std::ws;
     return toNumber<double>(takeDecimal(), [](const char* begin, char** end) {
         return std::strtod(begin, end); // out of range: an infinity
     });
 }
 
-std::string LiesWort() {
+std::string ReadWord() {
     return bounded(takeWord());
 }
 
-std::string LiesDateiName() {
+std::string ReadFileName() {
     std::string name = takeWord();
     for (const char quote : {'"', '\''}) {
         if (name.find(quote) != std::string::npos) {

@@ -28,25 +28,25 @@ namespace kva {
 namespace {
 
 constexpr const char* kRule = "__________________________________________________________";
-constexpr int32_t kMenuGrenze = 7; // from here on no number is a menu's
+constexpr int32_t kMenuLimit = 7; // from here on no number is a menu's
 
-using Zustand = void (*)(const CMenuAllg&);   // prints a state
-using Bedingung = bool (*)(const CMenuAllg&); // true: the line is there
+using State = void (*)(const CMenuAllg&);     // prints a state
+using Condition = bool (*)(const CMenuAllg&); // true: the line is there
 
-struct Bildzeile {
+struct ScreenLine {
     const char* Text;
-    Zustand Wert = nullptr;    // null: nothing follows
-    Bedingung Falls = nullptr; // null: always
+    State Value = nullptr;    // null: nothing follows
+    Condition When = nullptr; // null: always
 };
 
-void writeLines(std::span<const Bildzeile> lines, const CMenuAllg& menu) {
-    for (const Bildzeile& line : lines) {
-        if (line.Falls != nullptr && !line.Falls(menu)) {
+void writeLines(std::span<const ScreenLine> lines, const CMenuAllg& menu) {
+    for (const ScreenLine& line : lines) {
+        if (line.When != nullptr && !line.When(menu)) {
             continue;
         }
         std::cout << line.Text;
-        if (line.Wert != nullptr) {
-            line.Wert(menu);
+        if (line.Value != nullptr) {
+            line.Value(menu);
         }
         std::cout << '\n';
     }
@@ -89,16 +89,16 @@ const char* onOffWord(uint32_t mask, uint32_t bit) {
     return hasBit(mask, bit) ? "ON" : "OFF";
 }
 
-template <auto Wort, uint32_t Bit> void onOff(const CMenuAllg& menu) {
-    std::cout << onOffWord(menu.*Wort, Bit);
+template <auto Word, uint32_t Bit> void onOff(const CMenuAllg& menu) {
+    std::cout << onOffWord(menu.*Word, Bit);
 }
 
-template <auto Wort, uint32_t Bit> void yesNo(const CMenuAllg& menu) {
-    std::cout << (hasBit(menu.*Wort, Bit) ? "yes" : "no");
+template <auto Word, uint32_t Bit> void yesNo(const CMenuAllg& menu) {
+    std::cout << (hasBit(menu.*Word, Bit) ? "yes" : "no");
 }
 
-template <auto Feld> void number(const CMenuAllg& menu) {
-    std::cout << menu.*Feld;
+template <auto Field> void number(const CMenuAllg& menu) {
+    std::cout << menu.*Field;
 }
 
 void chosenFile(const CMenuAllg& menu) {
@@ -172,14 +172,14 @@ void imFile(const CMenuAllg& menu) {
     std::cout << (menu.IMDateiName.empty() ? "No" : menu.IMDateiName);
 }
 
-template <uint32_t Bit> constexpr Zustand general = onOff<&CMenuAllg::GeneralMask, Bit>;
-template <uint32_t Bit> constexpr Zustand dist = onOff<&CMenuAllg::PopDistMask, Bit>;
-template <uint32_t Bit> constexpr Zustand fst = onOff<&CMenuAllg::FstMask, Bit>;
-template <uint32_t Bit> constexpr Zustand het = onOff<&CMenuAllg::HetRangeMask, Bit>;
+template <uint32_t Bit> constexpr State general = onOff<&CMenuAllg::GeneralMask, Bit>;
+template <uint32_t Bit> constexpr State dist = onOff<&CMenuAllg::PopDistMask, Bit>;
+template <uint32_t Bit> constexpr State fst = onOff<&CMenuAllg::FstMask, Bit>;
+template <uint32_t Bit> constexpr State het = onOff<&CMenuAllg::HetRangeMask, Bit>;
 
 // --- Menus ------------------------------------------------------------------------------
 
-constexpr Bildzeile kHaupt[] = {
+constexpr ScreenLine kMain[] = {
     {"     (i) ... Inputfile:none (KVA will use testdata.dat)", nullptr, isNoNameChosen},
     {"     (i) ... Inputfile:", chosenFile, isNameChosen},
     {"     (X) ... Remove Data from Memory", nullptr, isSomethingToRemove},
@@ -196,7 +196,7 @@ constexpr Bildzeile kHaupt[] = {
     {"     (r) ... Heterozygosity range settings"},
 };
 
-constexpr Bildzeile kDistanzen[] = {
+constexpr ScreenLine kDistances[] = {
     {"     (+) ... all distances on"},
     {"     (-) ... all distances off"},
     {""},
@@ -205,8 +205,8 @@ constexpr Bildzeile kDistanzen[] = {
     {"     (m) ... back to main menu"},
 };
 
-// Behind the lines of Auskunft::Distanzen.
-constexpr Bildzeile kDistanzEinstellung[] = {
+// Behind the lines of Info::Distances.
+constexpr ScreenLine kDistanceSettings[] = {
     {"     (l) ... Use -ln(similarity factor) "},
     {"      instead of 1-(similarity factor)    : ", general<GeneralBit::MinusLog>},
     {"             This option will only used for Dps, Dfs, Dkf, D"},
@@ -218,8 +218,8 @@ constexpr Bildzeile kDistanzEinstellung[] = {
     {"     (m) ... back to main menu"},
 };
 
-// Behind the lines of Auskunft::FStatistik.
-constexpr Bildzeile kFStatistik[] = {
+// Behind the lines of Info::FStatistics.
+constexpr ScreenLine kFStatistics[] = {
     {""},
     {"     (n) ... Number of permutations    : ", permutations},
     {"     (r) ... Random discarding of data", nullptr, isPairwise},
@@ -231,7 +231,7 @@ constexpr Bildzeile kFStatistik[] = {
     {"     (m) ... back to main menu"},
 };
 
-constexpr Bildzeile kUmwandlung[] = {
+constexpr ScreenLine kConversion[] = {
     {" Setings for data conversion:"},
     {""},
     {"     (1) ... Make msvar (Beaumont)     : ", general<GeneralBit::Msvar>},
@@ -244,7 +244,7 @@ constexpr Bildzeile kUmwandlung[] = {
     {"     (m) ... back to main menu"},
 };
 
-constexpr Bildzeile kHetRange[] = {
+constexpr ScreenLine kHetRange[] = {
     {"     (c) ... Calculate Heterozygosityrange: ", general<GeneralBit::HetRange>},
     {""},
     {"     (n) ... Number of permutations       : ", number<&CMenuAllg::HetRandomisierungen>},
@@ -260,38 +260,38 @@ constexpr Bildzeile kHetRange[] = {
     {"     (m) ... back to main menu"},
 };
 
-constexpr Bildzeile kEnde[] = {
+constexpr ScreenLine kEnd[] = {
     {""},
     {"     (!) ... Run"},
     {"     (q) ... Quit"},
 };
 
-struct Bild {
+struct Screen {
     int32_t Nummer;
-    const char* Anfang; // behind the rule
-    int Vorweg;         // what WriteInformation shows before the lines
-    std::span<const Bildzeile> Zeilen;
+    const char* Opening; // behind the rule
+    int Lead;            // what WriteInformation shows before the lines
+    std::span<const ScreenLine> Zeilen;
 };
 
-constexpr Bild kBilder[] = {
-    {Menue::Haupt, "\n", Auskunft::Keine, kHaupt},
-    {Menue::Distanzen, "\n", Auskunft::Keine, kDistanzen},
-    {Menue::DistanzEinstellung, "", Auskunft::Distanzen, kDistanzEinstellung},
-    {Menue::FStatistik, "\n     (c) ... ", Auskunft::FStatistik, kFStatistik},
-    {Menue::Umwandlung, "\n", Auskunft::Keine, kUmwandlung},
-    {Menue::HetRange, "\n", Auskunft::Keine, kHetRange},
+constexpr Screen kScreens[] = {
+    {Menu::Main, "\n", Info::Nothing, kMain},
+    {Menu::Distances, "\n", Info::Nothing, kDistances},
+    {Menu::DistanceSettings, "", Info::Distances, kDistanceSettings},
+    {Menu::FStatistics, "\n     (c) ... ", Info::FStatistics, kFStatistics},
+    {Menu::Conversion, "\n", Info::Nothing, kConversion},
+    {Menu::HetRange, "\n", Info::Nothing, kHetRange},
 };
 
 // --- Information ------------------------------------------------------------------------
 
-constexpr Bildzeile kDistanzAuskunft[] = {
+constexpr ScreenLine kDistanceInfo[] = {
     {""},
     {"     (c) ... Pairwise populations distances calc: ", general<GeneralBit::PopDistances>},
     {"     (i) ... Pairwise individual distances calc : ", general<GeneralBit::IndDistances>},
 };
 
 // Follows a label on its line.
-constexpr Bildzeile kFStatistikAuskunft[] = {
+constexpr ScreenLine kFStatisticsInfo[] = {
     {"Fst/Fis/Fit distances calc: ", general<GeneralBit::FStatistics>},
     {"     (g) Fst calculated global         : ", fst<FstBit::Global>},
     {"     (g) Fst calculated pairwise       : ", pairwise},
@@ -309,7 +309,7 @@ constexpr Bildzeile kFStatistikAuskunft[] = {
      isHeterogeneity},
 };
 
-constexpr const char* kHilfe =
+constexpr const char* kHelp =
     "Online Information for F-Statistic Menu of KVA\n"
     "\n Help for Command:"
     "\n (g) .. KVA can calculate F-Statistic Global (over all populations),"
@@ -337,13 +337,13 @@ void showVersions(CMenuAllg& menu) {
 }
 
 // No line end follows.
-void showData(const AnalyseDataObj& lauf) {
-    const int64_t pops = lauf.AnzPop;
-    std::cout << "\nInformation in file:" << lauf.DateiName << "\n\n";
-    std::cout << " Loci:\t\t\t\t" << lauf.AnzLoci << '\n';
+void showData(const AnalyseDataObj& run) {
+    const int64_t pops = run.AnzPop;
+    std::cout << "\nInformation in file:" << run.DateiName << "\n\n";
+    std::cout << " Loci:\t\t\t\t" << run.AnzLoci << '\n';
     std::cout << " Populations:\t\t" << pops << '\n';
-    std::cout << " Max.Chromosomes:\t" << lauf.MaxChromosomen << '\n';
-    std::cout << " Columnformat:\t\t" << static_cast<int>(lauf.DatenFormat) << "\n\n";
+    std::cout << " Max.Chromosomes:\t" << run.MaxChromosomen << '\n';
+    std::cout << " Columnformat:\t\t" << static_cast<int>(run.DatenFormat) << "\n\n";
     std::cout << " Number of tests:\t\t" << (pops * pops - pops) / 2 << std::flush;
 }
 
@@ -357,7 +357,7 @@ void showMeasures(const CMenuAllg& menu) {
 
 // Any key leads back.
 void showHelp() {
-    std::cout << '\n' << kRule << '\n' << kHilfe << std::flush;
+    std::cout << '\n' << kRule << '\n' << kHelp << std::flush;
     (void)CMenuAllg::GetTaste();
 }
 
@@ -375,42 +375,42 @@ int CMenuAllg::WriteMenu(int arg) {
     if (arg != 0) {
         return 1;
     }
-    if (MenuNummer >= kMenuGrenze) {
+    if (MenuNummer >= kMenuLimit) {
         return 2;
     }
     std::cout << '\n' << kRule;
-    const auto* bild = std::ranges::find(kBilder, MenuNummer, &Bild::Nummer);
-    if (bild != std::end(kBilder)) {
-        std::cout << bild->Anfang;
-        (void)WriteInformation(bild->Vorweg);
-        writeLines(bild->Zeilen, *this);
+    const auto* screen = std::ranges::find(kScreens, MenuNummer, &Screen::Nummer);
+    if (screen != std::end(kScreens)) {
+        std::cout << screen->Opening;
+        (void)WriteInformation(screen->Lead);
+        writeLines(screen->Zeilen, *this);
     }
-    writeLines(kEnde, *this);
+    writeLines(kEnd, *this);
     std::cout << "Please enter command:" << std::flush;
     return 0;
 }
 
 int CMenuAllg::WriteInformation(int was) {
     switch (was) {
-    case Auskunft::Versionen:
+    case Info::Versions:
         showVersions(*this);
         break;
-    case Auskunft::Distanzen:
-        writeLines(kDistanzAuskunft, *this);
+    case Info::Distances:
+        writeLines(kDistanceInfo, *this);
         showMeasures(*this);
         break;
-    case Auskunft::FStatistik:
-        writeLines(kFStatistikAuskunft, *this);
+    case Info::FStatistics:
+        writeLines(kFStatisticsInfo, *this);
         break;
-    case Auskunft::Daten:
+    case Info::Daten:
         if (DatenObjekt) {
             showData(*DatenObjekt);
         }
         break;
-    case Auskunft::Versionsnummer:
+    case Info::VersionNumber:
         std::cout << kVersion << std::flush;
         break;
-    case Auskunft::Hilfe:
+    case Info::Help:
         showHelp();
         break;
     default:

@@ -25,82 +25,82 @@ namespace {
 // --- Effects ----------------------------------------------------------------------
 
 // One option at work.
-struct Optionslauf {
-    CCommandZeileKVA& Kommando;
-    std::string_view Rest;  // text not yet taken away; a zero byte stands behind it
-    bool Global = false;    // -fst: `global` stood there
-    bool Paarweise = false; // -fst: `pairwise` stood there
-    bool Beta = false;      // -fst: `beta` stood there
+struct OptionReader {
+    CCommandZeileKVA& Command;
+    std::string_view Rest; // text not yet taken away; a zero byte stands behind it
+    bool Global = false;   // -fst: `global` stood there
+    bool Pairwise = false; // -fst: `pairwise` stood there
+    bool Beta = false;     // -fst: `beta` stood there
 };
 
-using Wirkung = void (*)(Optionslauf&);
+using Action = void (*)(OptionReader&);
 
-template <auto Wort, uint32_t Bits> void setBits(Optionslauf& lauf) {
-    lauf.Kommando.*Wort |= Bits;
+template <auto Word, uint32_t Bits> void setBits(OptionReader& reader) {
+    reader.Command.*Word |= Bits;
 }
 
-template <auto Wort, uint32_t Bits> void clearBits(Optionslauf& lauf) {
-    lauf.Kommando.*Wort &= ~Bits;
+template <auto Word, uint32_t Bits> void clearBits(OptionReader& reader) {
+    reader.Command.*Word &= ~Bits;
 }
 
-template <auto Flag> void raise(Optionslauf& lauf) {
-    lauf.*Flag = true;
+template <auto Flag> void raise(OptionReader& reader) {
+    reader.*Flag = true;
 }
 
 // The number behind "n=", which may stand in the next argument.
-template <auto Feld, int32_t Minimum> void readNumber(Optionslauf& lauf) {
-    const char* number = lauf.Rest.data() + std::string_view("n=").size();
+template <auto Field, int32_t Minimum> void readNumber(OptionReader& reader) {
+    const char* number = reader.Rest.data() + std::string_view("n=").size();
     const int32_t value = NearestInt32(std::strtol(number, nullptr, 10));
-    lauf.Kommando.*Feld = std::max(value, Minimum);
+    reader.Command.*Field = std::max(value, Minimum);
 }
 
 constexpr uint32_t kGenotypeBits = FstBit::Genotypes | FstBit::Linked;
 
 // Alleles are resampled, each locus by itself.
-void assumeHardyWeinberg(Optionslauf& lauf) {
-    if (hasBit(lauf.Kommando.FstMask, FstBit::Genotypes)) {
-        lauf.Kommando.FstMask ^= kGenotypeBits;
+void assumeHardyWeinberg(OptionReader& reader) {
+    if (hasBit(reader.Command.FstMask, FstBit::Genotypes)) {
+        reader.Command.FstMask ^= kGenotypeBits;
     }
 }
 
 // Wanted: all bits go, also those that take the draws and the replicate sheets.
-void clearHetRange(Optionslauf& lauf) {
-    lauf.Kommando.HetRangeMask = 0;
+void clearHetRange(OptionReader& reader) {
+    reader.Command.HetRangeMask = 0;
 }
 
-template <uint32_t Bits> constexpr Wirkung general = setBits<&CCommandZeileKVA::GeneralMask, Bits>;
-template <uint32_t Bits> constexpr Wirkung dist = setBits<&CCommandZeileKVA::DistWort, Bits>;
-template <uint32_t Bits> constexpr Wirkung fst = setBits<&CCommandZeileKVA::FstMask, Bits>;
-template <uint32_t Bits> constexpr Wirkung het = setBits<&CCommandZeileKVA::HetRangeMask, Bits>;
+template <uint32_t Bits> constexpr Action general = setBits<&CCommandZeileKVA::GeneralMask, Bits>;
+template <uint32_t Bits> constexpr Action dist = setBits<&CCommandZeileKVA::DistWort, Bits>;
+template <uint32_t Bits> constexpr Action fst = setBits<&CCommandZeileKVA::FstMask, Bits>;
+template <uint32_t Bits> constexpr Action het = setBits<&CCommandZeileKVA::HetRangeMask, Bits>;
 
 // --- Keywords ----------------------------------------------------------------------
 
-struct Schluesselwort {
+struct Keyword {
     std::string_view Text;
-    std::size_t Verglichen; // so many characters of the rest are compared with the whole Text
-    std::size_t Genommen;   // so many are taken away, or all there are; 0: the later rows are
-                            // tried too, and the text is then skipped like unknown text
-    Wirkung Effekt;
+    std::size_t Compared; // so many characters of the rest are compared with the whole Text
+    std::size_t Taken;    // so many are taken away, or all there are; 0: the later rows are
+                          // tried too, and the text is then skipped like unknown text
+    Action Effect;
 };
 
-constexpr std::size_t kGanzerRest = std::string_view::npos; // only the last word matches
+constexpr std::size_t kWholeRest = std::string_view::npos; // only the last word matches
 
-constexpr Schluesselwort word(std::string_view text, Wirkung effekt) {
-    return {text, text.size(), text.size(), effekt};
+constexpr Keyword word(std::string_view text, Action effect) {
+    return {text, text.size(), text.size(), effect};
 }
 
-constexpr Schluesselwort number(Wirkung effekt) {
-    return {"n=", 2, 0, effekt};
+constexpr Keyword number(Action effect) {
+    return {"n=", 2, 0, effect};
 }
 
-constexpr Schluesselwort kFstWords[] = {
-    word("global", raise<&Optionslauf::Global>),
-    word("g", raise<&Optionslauf::Global>),
-    word("pairwise", raise<&Optionslauf::Paarweise>),
-    word("p", raise<&Optionslauf::Paarweise>),
-    word("beta", raise<&Optionslauf::Beta>),
+constexpr Keyword kFstWords[] = {
+    word("global", raise<&OptionReader::Global>),
+    word("g", raise<&OptionReader::Global>),
+    word("pairwise", raise<&OptionReader::Pairwise>),
+    word("p", raise<&OptionReader::Pairwise>),
+    word("beta", raise<&OptionReader::Beta>),
     word("locus", fst<FstBit::PerLocus>),
-    {"HW", kGanzerRest, 2, assumeHardyWeinberg},
+    {"HW", kWholeRest, 2, assumeHardyWeinberg},
     word("HW=YES", assumeHardyWeinberg),
     {"HW=", 3, 5, fst<kGenotypeBits>}, // two characters of any other answer, also a blank
     word("HW", assumeHardyWeinberg),
@@ -112,7 +112,7 @@ constexpr Schluesselwort kFstWords[] = {
 
 // Behind the names of the distances themselves: takeMeasure. Wanted: no row knows "bl=", so the
 // loci per bootstrap replicate keep their default.
-constexpr Schluesselwort kDistWords[] = {
+constexpr Keyword kDistWords[] = {
     word("population", general<GeneralBit::PopDistances>),
     word("p", general<GeneralBit::PopDistances>),
     word("individual", general<GeneralBit::IndDistances>),
@@ -127,17 +127,17 @@ constexpr Schluesselwort kDistWords[] = {
     word("l", dist<DistBit::PerLocus>),
 };
 
-constexpr Schluesselwort kFormatWords[] = {
+constexpr Keyword kFormatWords[] = {
     word("msvar", general<GeneralBit::Msvar>),
     word("arlequin", general<GeneralBit::Arlequin>),
     word("migrate", general<GeneralBit::Migrate>),
     word("im", general<GeneralBit::IMFormat>),
 };
 
-constexpr Schluesselwort kHetRangeWords[] = {
+constexpr Keyword kHetRangeWords[] = {
     word("linked", het<HetRangeBit::Linked>),
     word("l", het<HetRangeBit::Linked>),
-    {"individual", kGanzerRest, 10, het<HetRangeBit::Individuals>},
+    {"individual", kWholeRest, 10, het<HetRangeBit::Individuals>},
     word("ind", het<HetRangeBit::Individuals>),
     word("RD=OFF", clearBits<&CCommandZeileKVA::HetRangeMask, HetRangeBit::RandomDiscard>),
     word("RD=ON", het<HetRangeBit::RandomDiscard>),
@@ -162,14 +162,14 @@ void dropBlanks(std::string_view& rest) {
 }
 
 // Takes away the keyword at the start of the text. False if no row takes any.
-bool takeKeyword(Optionslauf& lauf, std::span<const Schluesselwort> words) {
-    for (const Schluesselwort& row : words) {
-        if (lauf.Rest.substr(0, row.Verglichen) != row.Text) {
+bool takeKeyword(OptionReader& reader, std::span<const Keyword> words) {
+    for (const Keyword& row : words) {
+        if (reader.Rest.substr(0, row.Compared) != row.Text) {
             continue;
         }
-        row.Effekt(lauf);
-        if (row.Genommen > 0) {
-            take(lauf.Rest, row.Genommen);
+        row.Effect(reader);
+        if (row.Taken > 0) {
+            take(reader.Rest, row.Taken);
             return true;
         }
     }
@@ -183,13 +183,13 @@ std::string smallLetters(std::string text) {
 }
 
 // Takes away the name of a distance, in capitals or small letters, at the start of the text.
-bool takeMeasure(Optionslauf& lauf) {
+bool takeMeasure(OptionReader& reader) {
     for (const Measure& measure : allMeasures()) {
         const std::string capitals = measure.Stem;
-        const std::string_view begin = std::string_view(lauf.Rest).substr(0, capitals.size());
+        const std::string_view begin = std::string_view(reader.Rest).substr(0, capitals.size());
         if (begin == capitals || begin == smallLetters(capitals)) {
-            lauf.Kommando.DistWort |= measure.Bit;
-            take(lauf.Rest, capitals.size());
+            reader.Command.DistWort |= measure.Bit;
+            take(reader.Rest, capitals.size());
             return true;
         }
     }
@@ -198,16 +198,16 @@ bool takeMeasure(Optionslauf& lauf) {
 
 // `first`: is tried before the rows.
 void readKeywords(
-    Optionslauf& lauf, std::span<const Schluesselwort> words,
-    bool (*first)(Optionslauf&) = [](Optionslauf&) { return false; }) {
-    while (!lauf.Rest.empty()) {
-        dropBlanks(lauf.Rest);
-        if (lauf.Rest == " ") {
+    OptionReader& reader, std::span<const Keyword> words,
+    bool (*first)(OptionReader&) = [](OptionReader&) { return false; }) {
+    while (!reader.Rest.empty()) {
+        dropBlanks(reader.Rest);
+        if (reader.Rest == " ") {
             return;
         }
-        if (!first(lauf) && !takeKeyword(lauf, words)) {
-            const std::size_t blank = lauf.Rest.find(' ', 1);
-            take(lauf.Rest, blank == std::string_view::npos ? blank : blank + 1);
+        if (!first(reader) && !takeKeyword(reader, words)) {
+            const std::size_t blank = reader.Rest.find(' ', 1);
+            take(reader.Rest, blank == std::string_view::npos ? blank : blank + 1);
         }
     }
 }
@@ -215,78 +215,78 @@ void readKeywords(
 // --- Options ---------------------------------------------------------------------------
 
 // The rest is the file name; it may hold blanks.
-template <auto Feld> int readFileName(Optionslauf& lauf) {
-    dropBlanks(lauf.Rest);
-    if (lauf.Rest == " ") {
+template <auto Field> int readFileName(OptionReader& reader) {
+    dropBlanks(reader.Rest);
+    if (reader.Rest == " ") {
         std::cout << "No Filename!" << std::endl;
         return -1;
     }
-    lauf.Kommando.*Feld = lauf.Rest;
+    reader.Command.*Field = reader.Rest;
     return 1;
 }
 
 // Which of global and pairwise Fst run: without a keyword the default stands, global only.
-void chooseFst(const Optionslauf& lauf) {
-    uint32_t& mask = lauf.Kommando.FstMask;
-    if (lauf.Global || lauf.Paarweise) {
+void chooseFst(const OptionReader& reader) {
+    uint32_t& mask = reader.Command.FstMask;
+    if (reader.Global || reader.Pairwise) {
         mask &= ~(FstBit::Global | FstBit::NoPairs);
     }
-    if (lauf.Global) {
-        mask |= lauf.Paarweise ? FstBit::Global : FstBit::Global | FstBit::NoPairs;
+    if (reader.Global) {
+        mask |= reader.Pairwise ? FstBit::Global : FstBit::Global | FstBit::NoPairs;
     }
 }
 
 // F-beta goes with global Fst alone and without permutations, unless both kinds of Fst
 // were asked for. Its bit is on in the defaults, but only `beta` keeps it.
-void chooseBeta(const Optionslauf& lauf) {
-    CCommandZeileKVA& kommando = lauf.Kommando;
-    if (!lauf.Beta) {
-        kommando.FstMask &= ~FstBit::Beta;
+void chooseBeta(const OptionReader& reader) {
+    CCommandZeileKVA& command = reader.Command;
+    if (!reader.Beta) {
+        command.FstMask &= ~FstBit::Beta;
         return;
     }
-    if (!lauf.Global || !lauf.Paarweise) {
-        kommando.FstMask |= FstBit::Global | FstBit::NoPairs;
-        kommando.Permutationen = 0;
+    if (!reader.Global || !reader.Pairwise) {
+        command.FstMask |= FstBit::Global | FstBit::NoPairs;
+        command.Permutationen = 0;
     }
-    kommando.FstMask |= FstBit::Beta;
+    command.FstMask |= FstBit::Beta;
 }
 
-int readFst(Optionslauf& lauf) {
-    lauf.Kommando.GeneralMask |= GeneralBit::FStatistics;
-    readKeywords(lauf, kFstWords);
-    chooseFst(lauf);
-    chooseBeta(lauf);
+int readFst(OptionReader& reader) {
+    reader.Command.GeneralMask |= GeneralBit::FStatistics;
+    readKeywords(reader, kFstWords);
+    chooseFst(reader);
+    chooseBeta(reader);
     return 1;
 }
 
 // Wanted: the distances are computed only with `population` or `individual`.
-int readDist(Optionslauf& lauf) {
-    readKeywords(lauf, kDistWords, takeMeasure);
+int readDist(OptionReader& reader) {
+    readKeywords(reader, kDistWords, takeMeasure);
     return 1;
 }
 
-int readFormat(Optionslauf& lauf) {
-    readKeywords(lauf, kFormatWords);
+int readFormat(OptionReader& reader) {
+    readKeywords(reader, kFormatWords);
     return 1;
 }
 
-int readHetRange(Optionslauf& lauf) {
-    lauf.Kommando.GeneralMask |= GeneralBit::HetRange;
-    readKeywords(lauf, kHetRangeWords);
+int readHetRange(OptionReader& reader) {
+    reader.Command.GeneralMask |= GeneralBit::HetRange;
+    readKeywords(reader, kHetRangeWords);
     return 1;
 }
 
 // The number of individuals, kept as gene copies; text that is no number reads as 0.
-int readRichness(Optionslauf& lauf) {
-    const double individuals = std::strtod(lauf.Rest.data(), nullptr);
-    lauf.Kommando.RichnessRef = individuals < 0.0 ? -1 : TruncatedInt32(2.0 * individuals);
+int readRichness(OptionReader& reader) {
+    const double individuals = std::strtod(reader.Rest.data(), nullptr);
+    reader.Command.RichnessRef = individuals < 0.0 ? -1 : TruncatedInt32(2.0 * individuals);
     return 1;
 }
 
 struct Option {
     std::string_view Name;
-    std::size_t Genommen; // so many characters are taken away, and a colon behind them
-    int (*Lesen)(Optionslauf&);
+    std::size_t Taken; // so many characters are taken away, and a colon behind them
+    int (*Read)(OptionReader&);
 };
 
 constexpr Option kOptions[] = {
@@ -333,11 +333,11 @@ int CCommandZeileKVA::AnalyseCommando(const char* option) {
     if (row == std::end(kOptions)) {
         return -1;
     }
-    Optionslauf lauf{*this, text.substr(row->Genommen)};
-    if (lauf.Rest.starts_with(':')) {
-        take(lauf.Rest, 1);
+    OptionReader reader{*this, text.substr(row->Taken)};
+    if (reader.Rest.starts_with(':')) {
+        take(reader.Rest, 1);
     }
-    return row->Lesen(lauf);
+    return row->Read(reader);
 }
 
 // False if an option other than the last is wrong. What stands before the first option
@@ -366,11 +366,11 @@ bool CCommandZeileKVA::readOptions(int argc, char** argv) {
 bool CCommandZeileKVA::load(InputFile& daten) {
     if (DatenObjekt) {
         (void)DatenObjekt->LinkResultNew();
-        return !DatenObjekt->OrdnerFehlt;
+        return !DatenObjekt->FolderMissing;
     }
     DatenObjekt = std::make_unique<AnalyseDataObj>();
-    return ErstesLaden(*DatenObjekt, DatenName, IMDateiName, reportSideFile, daten) ==
-           Laden::Fertig;
+    return LoadFirst(*DatenObjekt, DatenName, IMDateiName, reportSideFile, daten) ==
+           LoadResult::Done;
 }
 
 int CCommandZeileKVA::Analyse(int argc, char** argv) {
@@ -388,7 +388,7 @@ int CCommandZeileKVA::Analyse(int argc, char** argv) {
     if (!load(daten)) {
         return -1;
     }
-    StarteLauf(*DatenObjekt, {GeneralMask, DistWort, DistWort, FstMask, HetRangeMask}, *this);
+    StartRun(*DatenObjekt, {GeneralMask, DistWort, DistWort, FstMask, HetRangeMask}, *this);
     return 1;
 }
 

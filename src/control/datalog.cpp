@@ -31,56 +31,56 @@ namespace kva {
 namespace {
 
 // A piece of the head that follows a bit.
-struct LogStueck {
+struct LogPiece {
     uint32_t Bit;
-    const char* Gesetzt;   // while the bit is on
-    const char* Frei = ""; // while it is off
+    const char* On;       // while the bit is on
+    const char* Off = ""; // while it is off
 };
 
 // Behind the lines of the distances themselves.
-constexpr LogStueck kAfterDistances[] = {
+constexpr LogPiece kAfterDistances[] = {
     {DistBit::Rst, "Rst, Population subdivision with MS\n"},
 };
 
 // All on one line, with nothing between them.
-constexpr LogStueck kHeterozygosity[] = {
+constexpr LogPiece kHeterozygosity[] = {
     {FstBit::HObs, "Heterozygosity is Hobserved"},
     {FstBit::HExp, "Heterozygosity is Hexpected"},
     {FstBit::HAuto, "(AUTO)Heterozygosity is Hobserved or Hexpected"},
 };
 
-constexpr LogStueck kResampling[] = {
+constexpr LogPiece kResampling[] = {
     {FstBit::Genotypes, "Resampling Genotypes\n", "Resampling Alleles\n"},
     {FstBit::Linked, "Loci are linked together\n", "Loci are unlinked\n"},
     {FstBit::Permutation, "Randomisationmode: Permutation\n", "Randomisationmode: Randomisation\n"},
     {FstBit::PerLocus, "All Fst's per loci and population pairs\n"},
 };
 
-constexpr LogStueck kThinning[] = {
+constexpr LogPiece kThinning[] = {
     {FstBit::RandomDiscard, "Make Randomdiscarding before permutation\n"},
     {FstBit::Jackknife, "Make Jackknifing before permutation\n"},
 };
 
-constexpr LogStueck kConfidence[] = {
+constexpr LogPiece kConfidence[] = {
     {FstBit::Confidence, "95% Confidenzinterval of test-statistic\n"},
     {FstBit::ConfidencePermuted,
      "95% Confidenzinterval of permutated-statistic instead of test-statistic itself\n"},
 };
 
-void writePieces(ResultFile& log, std::span<const LogStueck> pieces, uint32_t mask) {
-    for (const LogStueck& piece : pieces) {
-        log.text(hasBit(mask, piece.Bit) ? piece.Gesetzt : piece.Frei);
+void writePieces(ResultFile& log, std::span<const LogPiece> pieces, uint32_t mask) {
+    for (const LogPiece& piece : pieces) {
+        log.text(hasBit(mask, piece.Bit) ? piece.On : piece.Off);
     }
 }
 
-void writeDataSet(ResultFile& log, const AnalyseDataObj& lauf) {
+void writeDataSet(ResultFile& log, const AnalyseDataObj& run) {
     log.print("KVAnalyser-Log\n\tVersion: %s\n", kVersion);
     log.text("\tKVAnalyzer, population genetics of microsatellites\n\n");
     log.text("Filename: ");
-    log.text(lauf.DateiName);
-    log.print("\nNumber of Loci\t\t: %d\n", lauf.AnzLoci);
-    log.print("Number of Populations\t: %d\n", lauf.AnzPop);
-    log.print("Format : %d\n\n", lauf.DatenFormat);
+    log.text(run.DateiName);
+    log.print("\nNumber of Loci\t\t: %d\n", run.AnzLoci);
+    log.print("Number of Populations\t: %d\n", run.AnzPop);
+    log.print("Format : %d\n\n", run.DatenFormat);
 }
 
 // No line end follows: what comes next begins with one.

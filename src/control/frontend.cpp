@@ -24,37 +24,37 @@ InputFile openInput(const std::string& name) {
 }
 
 InputFile openDataFile(const std::string& name) {
-    return name.size() < kDateiNameGrenze ? openInput(name) : nullptr;
+    return name.size() < kFileNameLimit ? openInput(name) : nullptr;
 }
 
 } // namespace
 
-Laden ErstesLaden(AnalyseDataObj& lauf, const std::string& dateiName, const std::string& imName,
-                  SideFileReport imFehlt, InputFile& daten) {
-    lauf.DateiName = dateiName;
+LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std::string& imName,
+                     SideFileReport imMissing, InputFile& daten) {
+    run.DateiName = dataFile;
     // Both are opened before the reader leaves the folder that their names start from.
-    daten = openDataFile(dateiName);
+    daten = openDataFile(dataFile);
     const InputFile im = imName.empty() ? nullptr : openInput(imName);
     if (!daten) {
         std::cout << std::endl << "Wrong Filename or Path!" << std::endl;
-        return Laden::KeineDatei;
+        return LoadResult::NoFile;
     }
-    (void)lauf.CheckDataFile(daten.get()); // the reader itself tells of a refusal
-    (void)lauf.ReadDataFile(daten.get());
-    if (lauf.OrdnerFehlt) {
-        return Laden::KeinOrdner;
+    (void)run.CheckDataFile(daten.get()); // the reader itself tells of a refusal
+    (void)run.ReadDataFile(daten.get());
+    if (run.FolderMissing) {
+        return LoadResult::NoFolder;
     }
     if (im) {
-        (void)lauf.ReadIMInfo(im.get()); // a refusal leaves the loci without values
+        (void)run.ReadIMInfo(im.get()); // a refusal leaves the loci without values
     } else if (!imName.empty()) {
-        imFehlt(imName);
+        imMissing(imName);
     }
-    return Laden::Fertig;
+    return LoadResult::Done;
 }
 
-void StarteLauf(AnalyseDataObj& lauf, const AnalyseSettings& masks, const ScalarSettings& scalars) {
-    lauf.TakeSettings(masks, scalars);
-    (void)lauf.WriteOutput(scalars.Bootstraps, scalars.Permutationen); // always 0
+void StartRun(AnalyseDataObj& run, const AnalyseSettings& masks, const ScalarSettings& scalars) {
+    run.TakeSettings(masks, scalars);
+    (void)run.WriteOutput(scalars.Bootstraps, scalars.Permutationen); // always 0
 }
 
 int32_t NearestInt32(long value) {

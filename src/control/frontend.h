@@ -22,27 +22,27 @@ struct InputCloser {
 using InputFile = std::unique_ptr<std::FILE, InputCloser>;
 
 // A data file name of so many bytes or more counts as a file that cannot be opened.
-constexpr std::size_t kDateiNameGrenze = 1024;
+constexpr std::size_t kFileNameLimit = 1024;
 
 // How a first load ended.
-enum class Laden {
-    Fertig,     // the pipeline can run, also if the reader refused the file
-    KeineDatei, // the data file does not open, as the console says; nothing else was done
-    KeinOrdner, // no result folder could be made, as the console says; no pass may run
+enum class LoadResult {
+    Done,     // the pipeline can run, also if the reader refused the file
+    NoFile,   // the data file does not open, as the console says; nothing else was done
+    NoFolder, // no result folder could be made, as the console says; no pass may run
 };
 
 // Tells of an IM information file that cannot be opened, in the words of the front end.
 using SideFileReport = void (*)(const std::string& name);
 
-// First load: stores `dateiName` in `lauf`, opens the data file into `daten` and, if
+// First load: stores `dataFile` in `run`, opens the data file into `daten` and, if
 // `imName` is not empty, the IM information file, and reads them. The results of the
 // reader are not looked at: a refused file goes on to the pipeline. The data file stays
 // open, for the front end to close after the run. Leaves the process in the result folder.
-Laden ErstesLaden(AnalyseDataObj& lauf, const std::string& dateiName, const std::string& imName,
-                  SideFileReport imFehlt, InputFile& daten);
+LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std::string& imName,
+                     SideFileReport imMissing, InputFile& daten);
 
-// Hands the settings to `lauf` and runs all passes.
-void StarteLauf(AnalyseDataObj& lauf, const AnalyseSettings& masks, const ScalarSettings& scalars);
+// Hands the settings to `run` and runs all passes.
+void StartRun(AnalyseDataObj& run, const AnalyseSettings& masks, const ScalarSettings& scalars);
 
 // The nearest int32.
 int32_t NearestInt32(long value);

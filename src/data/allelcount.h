@@ -184,11 +184,11 @@ class AllelCount {
 
 // The tables of all loci of one sample, in locus order: locus l of the data set,
 // counted from 1, is entry l - 1.
-using AllelTabelle = std::vector<AllelCount>;
+using LocusTables = std::vector<AllelCount>;
 
 // Such arrays for many samples. In AnalyseDataObj::PopAllele entry 0 is the pool
 // of all populations and entry p population p; empty: not counted yet.
-using AllelTabellen = std::vector<AllelTabelle>;
+using SampleTables = std::vector<LocusTables>;
 
 } // namespace kva
 

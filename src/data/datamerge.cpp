@@ -55,14 +55,14 @@ int LoadedData::GetAnzIndividuuen(int pop, int& anzahl) const {
     if (!Daten) {
         return kNothingLoaded;
     }
-    anzahl = Daten->GetAnzTiere(pop);
+    anzahl = Daten->GetIndividuals(pop);
     return 0;
 }
 
 int LoadedData::GetGesamtIndividuuenAnzahl() const {
     int sum = 0;
     for (int pop = 1; Daten && pop <= Daten->GetPopAnzahl(); ++pop) {
-        sum += Daten->GetAnzTiere(pop);
+        sum += Daten->GetIndividuals(pop);
     }
     return sum;
 }
@@ -73,7 +73,7 @@ int LoadedData::ConvertIndividAnzahl(int gesamt, int& pop, int& ind) const {
     }
     int rest = gesamt;
     for (int population = 1; Daten->GetAnzDatenChromosome(population) >= 0; ++population) {
-        const int size = Daten->GetAnzTiere(population);
+        const int size = Daten->GetIndividuals(population);
         rest -= size;
         if (rest < 0 || size == 0) {
             pop = population;

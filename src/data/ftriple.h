@@ -12,25 +12,25 @@
 namespace kva {
 
 // Places in an F-triple and rows of the table of the global statistics.
-namespace FZeile {
+namespace FRow {
 constexpr int32_t Fst = 0;       // theta: correlation of genes within populations
 constexpr int32_t Fit = 1;       // capital F: correlation of genes within individuals
 constexpr int32_t Fis = 2;       // small f: the same within populations
 constexpr int32_t Gst = 3;       // global table only
 constexpr int32_t GstStrich = 4; // Gst', global table only
 constexpr int32_t Anzahl = 5;    // rows of the global table
-} // namespace FZeile
+} // namespace FRow
 
 // Fst, Fit, Fis of all pairs, populations counted from 0. Each matrix is symmetric
 // but for p-values, which keep the corrected ones below the diagonal.
-using FTripel = std::array<CMatrix, 3>;
+using FTriple = std::array<CMatrix, 3>;
 
 // Fst, Fit and Fis of one pair or one table.
-using FWerte = std::array<double, 3>;
+using FValues = std::array<double, 3>;
 
 // Makes three matrices of n x n cells of 0.0.
-inline FTripel newFTripel(int32_t n) {
-    FTripel f;
+inline FTriple newFTriple(int32_t n) {
+    FTriple f;
     for (CMatrix& matrix : f) {
         matrix.Resize(n, n);
     }

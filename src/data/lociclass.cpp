@@ -15,29 +15,29 @@ constexpr int kBlockFull = -20; // no room in the block
 constexpr int kNoLocus = -2;    // no such locus in a read
 constexpr int kNoSlot = -1;     // no such slot
 
-Eintragsblock newBlock(int capacity, int32_t filler) {
+SlotBlock newBlock(int capacity, int32_t filler) {
     const int32_t slots = std::max(capacity, 0);
     return {slots, 0, std::vector<int32_t>(static_cast<std::size_t>(slots) + 1, filler)};
 }
 
-void append(Eintragsblock& block, int32_t value) {
+void append(SlotBlock& block, int32_t value) {
     block.Slots[static_cast<std::size_t>(block.Belegt)] = value;
     ++block.Belegt;
 }
 
-int32_t& slot(std::vector<Eintragsblock>& blocks, int pop, int i) {
+int32_t& slot(std::vector<SlotBlock>& blocks, int pop, int i) {
     return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
 }
 
-int32_t slot(const std::vector<Eintragsblock>& blocks, int pop, int i) {
+int32_t slot(const std::vector<SlotBlock>& blocks, int pop, int i) {
     return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
 }
 
-std::span<const int32_t> usedSlots(const std::vector<Eintragsblock>& blocks, int pop) {
+std::span<const int32_t> usedSlots(const std::vector<SlotBlock>& blocks, int pop) {
     if (pop < 1 || pop > static_cast<int>(blocks.size())) {
         return {};
     }
-    const Eintragsblock& block = blocks[static_cast<std::size_t>(pop - 1)];
+    const SlotBlock& block = blocks[static_cast<std::size_t>(pop - 1)];
     return {block.Slots.data(), static_cast<std::size_t>(block.Belegt)};
 }
 
@@ -61,7 +61,7 @@ int LociObj::AddTier(int pop, int allel, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    Eintragsblock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
     if (data.Belegt >= data.Kapazitaet) {
         return kBlockFull;
     }
@@ -74,11 +74,11 @@ int LociObj::AddTier(int pop, int allel1, int allel2, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    Eintragsblock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
     if (data.Belegt + 1 >= data.Kapazitaet) {
         return kBlockFull;
     }
-    Eintragsblock& infos = InfoChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& infos = InfoChromosom[static_cast<std::size_t>(pop - 1)];
     append(data, allel1);
     append(data, allel2);
     append(infos, info);
@@ -146,12 +146,12 @@ std::span<const int32_t> LociObj::InfoSlots(int pop) const {
 
 void LociObj::SetLociName(const std::string& name) {
     LociName = name;
-    NameGesetzt = true;
+    NameSet = true;
 }
 
 void LociObj::SetLociName2(const std::string& name) {
     LociName2 = name;
-    Name2Gesetzt = true;
+    Name2Set = true;
 }
 
 const std::string* LociObj::GetPopName(int pop) const {
@@ -222,7 +222,7 @@ int Datensatz::GetAnzDatenChromosome(int pop) const {
     return Loci.empty() ? kNoSlot : Loci.front().GetAnzDatenChromosome(pop);
 }
 
-int Datensatz::GetAnzTiere(int pop) const {
+int Datensatz::GetIndividuals(int pop) const {
     return GetAnzDatenChromosome(pop) / 2;
 }
 

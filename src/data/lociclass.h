@@ -23,10 +23,10 @@
 namespace kva {
 
 class ResultFile;
-struct GenePopZeilen;
+struct GenepopLines;
 
 // The slots of one population at one locus. The capacity is fixed; blocks never grow.
-struct Eintragsblock {
+struct SlotBlock {
     int32_t Kapazitaet = 0;     // slots
     int32_t Belegt = 0;         // slots used
     std::vector<int32_t> Slots; // Kapazitaet + 1: one to read behind the last
@@ -94,8 +94,8 @@ class LociObj {
     // --- Names and lengths --------------------------------------------------------
 
     // Null while the name is not set.
-    const std::string* GetLociName() const { return NameGesetzt ? &LociName : nullptr; }
-    const std::string* GetLociName2() const { return Name2Gesetzt ? &LociName2 : nullptr; }
+    const std::string* GetLociName() const { return NameSet ? &LociName : nullptr; }
+    const std::string* GetLociName2() const { return Name2Set ? &LociName2 : nullptr; }
     void SetLociName(const std::string& name);
     void SetLociName2(const std::string& name);
 
@@ -122,41 +122,41 @@ class LociObj {
     // being that of its first individual. `tab` is PopAllele, `locus` this locus's
     // number. Only values of 0 and above enter. -1.0: no value; -1.5: no population.
 
-    double CalcHet(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcVar(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcMean(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const;
+    double CalcHet(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcVar(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcMean(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcHsk(const SampleTables& tab, int locus, int gruppe, int korrigiert) const;
     // F(IS) = 1 - Hobs/Hs; populations with a negative F(IS) are dropped, so this is
     // the mean of the others.
-    double CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcFisk(const SampleTables& tab, int locus, int gruppe) const;
     // The random-discard values (stats/randomdiscard.h); no replicate is started.
-    double CalcRDHet(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDMean(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDVar(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDAllele(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcRDHet(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDMean(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDVar(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDAllele(const SampleTables& tab, int locus, int gruppe) const;
 
     // Largest and smallest allele number of the group, the smallest at most 100000.
     // -1: no allele; -2: no population.
-    int CalcMax(const AllelTabellen& tab, int locus, int gruppe) const;
-    int CalcMin(const AllelTabellen& tab, int locus, int gruppe) const;
+    int CalcMax(const SampleTables& tab, int locus, int gruppe) const;
+    int CalcMin(const SampleTables& tab, int locus, int gruppe) const;
 
-    int32_t AnzPop = 0;                       // populations
-    std::vector<Eintragsblock> DataChromosom; // allele numbers, one block per population
-    std::vector<Eintragsblock> InfoChromosom; // info values, slot for slot beside the data
-    std::vector<std::string> PopNamen;        // population names
-    std::string LociName;                     // name of the (first) allele column
-    std::string LociName2;                    // name of the second allele column
-    int32_t LociRepeatMuster = -1;            // length of the repeat unit; -1 until set
-    int32_t LociRepeatRest = -1;     // allele length left without the repeats; -1 until set
-    double InheritanceScalar = -1.0; // -1.0 until set
-    double MutationRate = -1.0;      // -1.0 until set
+    int32_t AnzPop = 0;                   // populations
+    std::vector<SlotBlock> DataChromosom; // allele numbers, one block per population
+    std::vector<SlotBlock> InfoChromosom; // info values, slot for slot beside the data
+    std::vector<std::string> PopNamen;    // population names
+    std::string LociName;                 // name of the (first) allele column
+    std::string LociName2;                // name of the second allele column
+    int32_t LociRepeatMuster = -1;        // length of the repeat unit; -1 until set
+    int32_t LociRepeatRest = -1;          // allele length left without the repeats; -1 until set
+    double InheritanceScalar = -1.0;      // -1.0 until set
+    double MutationRate = -1.0;           // -1.0 until set
 
   private:
     bool hasSlot(int pop, int i) const; // also true for the slot behind the last
     void feed(AllelCount& tabelle, int pop) const;
 
-    bool NameGesetzt = false;
-    bool Name2Gesetzt = false;
+    bool NameSet = false;
+    bool Name2Set = false;
 };
 
 class Datensatz {
@@ -180,7 +180,7 @@ class Datensatz {
     int GetPopAnzahl() const;                         // populations; 0 without loci
     const std::string* GetPopName(int pop) const;     // null without loci or for a bad number
     int GetAnzDatenChromosome(int pop) const;         // slots of a population; -1 for a bad one
-    int GetAnzTiere(int pop) const;                   // individuals of a population: slots / 2
+    int GetIndividuals(int pop) const;                // individuals of a population: slots / 2
     const std::string* GetLociName(int locus) const;  // null for a bad locus
     const std::string* GetLociName2(int locus) const; // null too where it is not set
     // The second name, or the first where there is no second; null for a bad locus.
@@ -216,7 +216,7 @@ class Datensatz {
     // Calls visit(pop, tier) for every individual, population after population.
     template <class Visitor> void ForEachTier(Visitor&& visit) const {
         for (int pop = 1; pop <= GetPopAnzahl(); ++pop) {
-            for (int tier = 0; tier < GetAnzTiere(pop); ++tier) {
+            for (int tier = 0; tier < GetIndividuals(pop); ++tier) {
                 visit(pop, tier);
             }
         }
@@ -249,30 +249,30 @@ class Datensatz {
 
     // The tables of all loci in the pool of all populations, sorted; writes the block
     // "Total" to those of the two sheets that are open.
-    AllelTabelle AllelCountLT(ResultFile& zahl, ResultFile& freq) const;
+    LocusTables AllelCountLT(ResultFile& zahl, ResultFile& freq) const;
 
     // The same for population `pop`, headed by its name.
-    AllelTabelle AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const;
+    LocusTables AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const;
 
     // The tables of all loci of one individual (from 0), sorted. The whole info value
     // is handed on as the haploid flag: an individual in a group counts with the
     // weight of a haploid here.
-    AllelTabelle AllelCountInd(int pop, int tier) const;
+    LocusTables AllelCountInd(int pop, int tier) const;
 
     // --- Group means (stats/GroupMeans.cpp) -----------------------------------------------
     // As in LociObj, on locus `locus`; -2.0 for a bad locus, -3 from CalcMax and CalcMin.
 
-    double CalcHet(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcVar(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcMean(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const;
-    double CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDHetG(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDMeanG(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDVarG(const AllelTabellen& tab, int locus, int gruppe) const;
-    double CalcRDAlleleG(const AllelTabellen& tab, int locus, int gruppe) const;
-    int CalcMax(const AllelTabellen& tab, int locus, int gruppe) const;
-    int CalcMin(const AllelTabellen& tab, int locus, int gruppe) const;
+    double CalcHet(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcVar(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcMean(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcHsk(const SampleTables& tab, int locus, int gruppe, int korrigiert) const;
+    double CalcFisk(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDHetG(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDMeanG(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDVarG(const SampleTables& tab, int locus, int gruppe) const;
+    double CalcRDAlleleG(const SampleTables& tab, int locus, int gruppe) const;
+    int CalcMax(const SampleTables& tab, int locus, int gruppe) const;
+    int CalcMin(const SampleTables& tab, int locus, int gruppe) const;
 
     // --- Random discard (stats/RandomDiscard.cpp) ------------------------------------------
     // The random-discard value (stats/randomdiscard.h) of the table of `pop` (0: the
@@ -281,22 +281,22 @@ class Datensatz {
     // they end with a mark on the console. CalcRDHet thins whole slot pairs alone, the
     // others also the single last slot of one-column data. -1.0: no value.
 
-    double CalcRDHet(AllelTabellen& tab, int pop, int locus, int replikate) const;
-    double CalcRDMean(AllelTabellen& tab, int pop, int locus, int replikate) const;
-    double CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean, int replikate) const;
-    double CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const;
+    double CalcRDHet(SampleTables& tab, int pop, int locus, int replikate) const;
+    double CalcRDMean(SampleTables& tab, int pop, int locus, int replikate) const;
+    double CalcRDVar(SampleTables& tab, int pop, int locus, double mean, int replikate) const;
+    double CalcRDAllele(SampleTables& tab, int pop, int locus, int replikate) const;
 
     // --- Format conversion (formats) ------------------------------------------------------
 
     // The lines of one individual for the Genepop export (formats/GenePop.cpp), built in one walk:
-    // the Genepop line is the result, the others go where `zeilen` says. `pop` counts from 1,
+    // the Genepop line is the result, the others go where `lines` says. `pop` counts from 1,
     // `ind` from 0; `pool` is entry 0 of PopAllele. An individual flagged haploid with both
     // alleles, or none, at a locus draws one random number there, whatever is wanted.
     // From locus `ersterLocus` to `letzterLocus`, from 1; to the last one if that is not a locus
     // or lies in front: (1, 0) means all. Empty, with the lines as they were, if there is no such
     // population or no locus.
     std::string MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
-                                const AllelTabelle& pool, const GenePopZeilen& zeilen) const;
+                                const LocusTables& pool, const GenepopLines& lines) const;
 
     // The genotypes of one individual for Migrate and Arlequin (formats/Migrate.cpp): " a.b" per
     // locus in `migrate`, " a" and " b" in the two lines for Arlequin, "?" for missing. `pop` and
@@ -314,24 +314,24 @@ class Datensatz {
     // for population pop; a locus without data in one of the two leaves the tables of the
     // locus empty and, unless `linked` is 1, draws nothing. sheet: source of each slot.
     // map1, map2, buffer: scratch of MakeMix2, to which the flags go. 0.
-    int AllelMix(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+    int AllelMix(const SampleTables& quelle, SampleTables& mix, long pop1, long pop2,
                  const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
                  int linked, int permutation, int jackknife, std::vector<int32_t>& buffer) const;
 
     // The same with six tables: mix[3] to mix[5] take both populations and each of them
     // as the sheet gives them, not shuffled.
-    int AllelMixE(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+    int AllelMixE(const SampleTables& quelle, SampleTables& mix, long pop1, long pop2,
                   const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
                   int linked, int permutation, int jackknife, std::vector<int32_t>& buffer) const;
 
     // Another scheme: draws both samples with replacement, locus by locus, from the slots
     // (genotypes not 0: individuals) of the two populations. 0.
-    int AllelMix(AllelTabellen& mix, long pop1, long pop2, int genotypes) const;
+    int AllelMix(SampleTables& mix, long pop1, long pop2, int genotypes) const;
 
     // Fills the tables of one shuffle of all populations: tab[0] the pool, tab[p + 1]
     // population p. The maps have groessen[p] places for each population; they keep what a
     // shuffle does not deal to them. linked 1: one shuffle for all loci. 0.
-    int CountMixGlobal(AllelTabellen& tab, std::vector<std::vector<int32_t>>& mapSlot,
+    int CountMixGlobal(SampleTables& tab, std::vector<std::vector<int32_t>>& mapSlot,
                        std::vector<std::vector<int32_t>>& mapPop, std::span<const int32_t> groessen,
                        int gesamt, std::vector<int32_t>& buffer, int linked, int genotypes) const;
 

@@ -42,14 +42,14 @@ std::vector<double> repeatLengths(const Run& run, bool asGiven) {
     return repeats;
 }
 
-const AllelTabelle& poolOf(const Run& run) {
-    static const AllelTabelle none; // the counting pass could not enter its folder
+const LocusTables& poolOf(const Run& run) {
+    static const LocusTables none; // the counting pass could not enter its folder
     return run.PopAllele.empty() ? none : run.PopAllele[0];
 }
 
 // The pass itself, once the tables are there.
 long runPass(Run& run, const DistanceKind& kind, long bootstraps, long (*engine)(Run&)) {
-    PassFolder folder(run, Ordner::DistanceData);
+    PassFolder folder(run, Folder::DistanceData);
     if (!folder.entered()) {
         return folder.status();
     }

@@ -78,7 +78,7 @@ std::vector<std::string> individualLabels(const Datensatz& daten, int32_t indivi
         labels.push_back(individualLabel(orEmpty(daten.GetPopName(pop)), number));
         ++number;
         if (number >
-            daten.GetAnzTiere(pop)) { // asked behind the label: an empty population has one
+            daten.GetIndividuals(pop)) { // asked behind the label: an empty population has one
             ++pop;
             number = 1;
         }

@@ -20,8 +20,8 @@ void appendCell(std::string& text, double value) {
 
 } // namespace
 
-LocusSheets::LocusSheets(const Datensatz& daten, int datenFormat, CellRules rules, bool keepRows)
-    : Daten(&daten), Format(datenFormat), Rules(rules), KeepRows(keepRows) {}
+LocusSheets::LocusSheets(const Datensatz& daten, int dataFormat, CellRules rules, bool keepRows)
+    : Daten(&daten), Format(dataFormat), Rules(rules), KeepRows(keepRows) {}
 
 void LocusSheets::add(ResultFile sheet, const Measure& measure) {
     Sheets.push_back({std::move(sheet), measure, {}});

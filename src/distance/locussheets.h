@@ -31,7 +31,7 @@ class LocusSheets {
 
     // daten: NOT OWNED, it outlives the object. keepRows: rows are written again and again, as
     // with a bootstrap, so that their text is worth keeping.
-    LocusSheets(const Datensatz& daten, int datenFormat, CellRules rules, bool keepRows);
+    LocusSheets(const Datensatz& daten, int dataFormat, CellRules rules, bool keepRows);
 
     // Adds the sheet of the next measure; it may be closed.
     void add(ResultFile sheet, const Measure& measure);

@@ -272,7 +272,7 @@ CellPair matrixCells(const Measure& measure, const PairSums& sums, const CellRul
         // Wanted: under -ln the upper cell of Nei's distance looks for the pair in the empty
         // lower triangle, finds no locus there, and tells so.
         const bool lost = measure.Cells == CellKind::Nei;
-        return {lost ? rules.Fehlerwert : rules.Unendlich, rules.Unendlich};
+        return {lost ? rules.Fehlerwert : rules.Infinite, rules.Infinite};
     }
     const double value = fromSimilarity(measure.Close(sums), rules.MinusLog);
     return {value, value};

@@ -101,7 +101,7 @@ std::vector<Measure> selectedMeasures(uint32_t popDistMask);
 // What the cells take from the settings.
 struct CellRules {
     bool MinusLog = false;        // -ln(s) instead of 1 - s
-    double Unendlich = 10.0;      // cell of a pair whose similarity is 0 under -ln
+    double Infinite = 10.0;       // cell of a pair whose similarity is 0 under -ln
     double Fehlerwert = -32767.0; // cell of a pair without a counted locus
 };
 

@@ -62,8 +62,8 @@ void reserve(LocusSamples& locus, std::size_t samples, std::size_t slots) {
 
 } // namespace
 
-Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t count,
-                       const AllelTabelle& pool, const std::vector<double>& repeats,
+Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t count,
+                       const LocusTables& pool, const std::vector<double>& repeats,
                        const SampleRules& rules) {
     static const AllelCount absent;
     Samples samples;

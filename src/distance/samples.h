@@ -56,8 +56,8 @@ constexpr SampleRules kIndividualRules{false, false, 2};
 // Prepares the samples tables[first] to tables[first + count - 1] for all loci of `pool`, the
 // tables of all populations together. A sample that is not there counts as not typed.
 // repeats: the repeat length of each locus, as many as `pool` has loci.
-Samples prepareSamples(const AllelTabellen& tables, std::size_t first, int32_t count,
-                       const AllelTabelle& pool, const std::vector<double>& repeats,
+Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t count,
+                       const LocusTables& pool, const std::vector<double>& repeats,
                        const SampleRules& rules);
 
 } // namespace kva

@@ -37,17 +37,17 @@ struct Allel {
 };
 
 // A genotype after random discarding.
-struct Auswahl {
-    std::array<Allel, 2> Behalten;
-    std::array<Allel, 2> Verworfen;
-    bool EineKopie; // a single gene copy stands in Behalten, twice
+struct Choice {
+    std::array<Allel, 2> Keep;
+    std::array<Allel, 2> Discarded;
+    bool OneCopy; // a single gene copy stands in Keep, twice
 };
 
 Allel find(int number, const AllelCount& table) {
     return {number, table.GetAllelNummer(number)};
 }
 
-Auswahl choose(Allel first, Allel second, bool haploid) {
+Choice choose(Allel first, Allel second, bool haploid) {
     if (!haploid) {
         return {{first, second}, {first, second}, false};
     }
@@ -83,16 +83,16 @@ void appendStructureCell(std::string& line, int allele) {
 }
 
 // Which groups of lines are complete, so wanted.
-struct Gewuenscht {
-    explicit Gewuenscht(const GenePopZeilen& z)
+struct Wanted {
+    explicit Wanted(const GenepopLines& z)
         : RD(z.GenepopRD != nullptr && z.GenepopRD2 != nullptr),
-          ZweiSpalten(z.ZweiSpalten != nullptr && z.ZweiSpalten2 != nullptr),
-          Zeilenpaare(z.EineSpalte != nullptr && z.EineSpalte2 != nullptr &&
-                      z.Struktur != nullptr && z.Struktur2 != nullptr) {}
+          TwoColumns(z.TwoColumns != nullptr && z.TwoColumns2 != nullptr),
+          RowPairs(z.OneColumn != nullptr && z.OneColumn2 != nullptr && z.Structure != nullptr &&
+                   z.Structure2 != nullptr) {}
 
     bool RD;
-    bool ZweiSpalten;
-    bool Zeilenpaare;
+    bool TwoColumns;
+    bool RowPairs;
 };
 
 // "North\td\t1"
@@ -110,69 +110,69 @@ std::string structureLabel(const std::string& name, int ind) {
     return label;
 }
 
-void startLines(const GenePopZeilen& lines, Gewuenscht wanted, const std::string& genepop,
+void startLines(const GenepopLines& lines, Wanted wanted, const std::string& genepop,
                 const std::string& sheet, const std::string& structure) {
     if (wanted.RD) {
         *lines.GenepopRD = genepop;
         *lines.GenepopRD2 = genepop;
     }
-    if (wanted.ZweiSpalten) {
-        *lines.ZweiSpalten = sheet;
-        *lines.ZweiSpalten2 = sheet;
+    if (wanted.TwoColumns) {
+        *lines.TwoColumns = sheet;
+        *lines.TwoColumns2 = sheet;
     }
-    if (wanted.Zeilenpaare) {
-        *lines.EineSpalte = sheet;
-        *lines.EineSpalte2 = sheet;
-        *lines.Struktur = structure;
-        *lines.Struktur2 = structure;
+    if (wanted.RowPairs) {
+        *lines.OneColumn = sheet;
+        *lines.OneColumn2 = sheet;
+        *lines.Structure = structure;
+        *lines.Structure2 = structure;
     }
 }
 
-void appendGenotype(const GenePopZeilen& lines, Gewuenscht wanted, std::size_t field,
-                    const Auswahl& genotype) {
+void appendGenotype(const GenepopLines& lines, Wanted wanted, std::size_t field,
+                    const Choice& genotype) {
     const auto& [kept, discarded, oneCopy] = genotype;
     if (wanted.RD) {
         putField(*lines.GenepopRD, field, kept);
         putField(*lines.GenepopRD2, field, discarded);
     }
-    if (wanted.ZweiSpalten) {
-        appendCell(*lines.ZweiSpalten, kept[0].Nummer);
-        appendCell(*lines.ZweiSpalten, kept[1].Nummer);
-        appendCell(*lines.ZweiSpalten2, discarded[0].Nummer);
-        appendCell(*lines.ZweiSpalten2, discarded[1].Nummer);
+    if (wanted.TwoColumns) {
+        appendCell(*lines.TwoColumns, kept[0].Nummer);
+        appendCell(*lines.TwoColumns, kept[1].Nummer);
+        appendCell(*lines.TwoColumns2, discarded[0].Nummer);
+        appendCell(*lines.TwoColumns2, discarded[1].Nummer);
     }
-    if (wanted.Zeilenpaare) {
-        appendCell(*lines.EineSpalte, kept[0].Nummer);
-        appendCell(*lines.EineSpalte2, kept[1].Nummer);
-        appendStructureCell(*lines.Struktur, kept[0].Nummer);
-        appendStructureCell(*lines.Struktur2, oneCopy ? kMissing : kept[1].Nummer);
+    if (wanted.RowPairs) {
+        appendCell(*lines.OneColumn, kept[0].Nummer);
+        appendCell(*lines.OneColumn2, kept[1].Nummer);
+        appendStructureCell(*lines.Structure, kept[0].Nummer);
+        appendStructureCell(*lines.Structure2, oneCopy ? kMissing : kept[1].Nummer);
     }
 }
 
 // --- Files ------------------------------------------------------------------------------
 
-struct Dateien {
+struct Files {
     ResultFile Genepop;
     ResultFile GenepopRD;
-    ResultFile ZweiSpalten;
-    ResultFile Struktur;
-    ResultFile EineSpalte;
+    ResultFile TwoColumns;
+    ResultFile Structure;
+    ResultFile OneColumn;
 };
 
 // False at the first file that cannot be opened; those behind it are not tried. The structure
 // file is not looked at: without it the others are written all the same.
-bool openFiles(Run& run, Dateien& files) {
+bool openFiles(Run& run, Files& files) {
     const std::string& data = run.DateiKurzName;
     const auto open = [&run](ResultFile& file, const std::string& name) {
         file = run.OpenResult(name, "wb");
         return file.isOpen();
     };
     if (!open(files.Genepop, "Genepop.gen") || !open(files.GenepopRD, "GenepopRD.gen") ||
-        !open(files.ZweiSpalten, data + "_2C_RD")) {
+        !open(files.TwoColumns, data + "_2C_RD")) {
         return false;
     }
-    (void)open(files.Struktur, data + ".struct");
-    return open(files.EineSpalte, data + "_1C_RD");
+    (void)open(files.Structure, data + ".struct");
+    return open(files.OneColumn, data + "_1C_RD");
 }
 
 void writeGenepopHead(ResultFile& file, const Datensatz& data, const std::string& title) {
@@ -214,12 +214,12 @@ void writeOneColumnHead(ResultFile& file, const Datensatz& data) {
     file.character('\n');
 }
 
-void writeHeads(Dateien& files, const Datensatz& data, const std::string& dataName) {
+void writeHeads(Files& files, const Datensatz& data, const std::string& dataName) {
     writeGenepopHead(files.Genepop, data, "KVA-Output from file: " + dataName + "          ");
     writeGenepopHead(files.GenepopRD, data,
                      "KVA-Output Randomdiscaded from file: " + dataName + "      ");
-    writeTwoColumnHead(files.ZweiSpalten, data);
-    writeOneColumnHead(files.EineSpalte, data);
+    writeTwoColumnHead(files.TwoColumns, data);
+    writeOneColumnHead(files.OneColumn, data);
 }
 
 void writeLine(ResultFile& file, const std::string& line) {
@@ -227,31 +227,30 @@ void writeLine(ResultFile& file, const std::string& line) {
     file.character('\n');
 }
 
-void writePopulation(Dateien& files, const Datensatz& data, int pop, const AllelTabelle& pool) {
+void writePopulation(Files& files, const Datensatz& data, int pop, const LocusTables& pool) {
     std::array<std::string, 8> room;
-    const GenePopZeilen lines{&room[0], &room[1], &room[2], &room[3],
-                              &room[4], &room[5], &room[6], &room[7]};
+    const GenepopLines lines{&room[0], &room[1], &room[2], &room[3],
+                             &room[4], &room[5], &room[6], &room[7]};
     files.Genepop.text("POP\n");
     files.GenepopRD.text("POP\n");
-    const int individuals = data.GetAnzTiere(pop);
+    const int individuals = data.GetIndividuals(pop);
     AUSGABE(Message::ExportedPopulation, pop);
     AUSGABE(Message::ExportedIndividuals, individuals);
     for (int ind = 0; ind < individuals; ++ind) {
         writeLine(files.Genepop, data.MakeGenePopLine(pop, ind, 1, 0, pool, lines));
         writeLine(files.GenepopRD, *lines.GenepopRD);
-        writeLine(files.ZweiSpalten, *lines.ZweiSpalten);
-        writeLine(files.EineSpalte, *lines.EineSpalte);
-        writeLine(files.EineSpalte, *lines.EineSpalte2);
-        writeLine(files.Struktur, *lines.Struktur);
-        writeLine(files.Struktur, *lines.Struktur2);
+        writeLine(files.TwoColumns, *lines.TwoColumns);
+        writeLine(files.OneColumn, *lines.OneColumn);
+        writeLine(files.OneColumn, *lines.OneColumn2);
+        writeLine(files.Structure, *lines.Structure);
+        writeLine(files.Structure, *lines.Structure2);
     }
 }
 
 } // namespace
 
 std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
-                                       const AllelTabelle& pool,
-                                       const GenePopZeilen& zeilen) const {
+                                       const LocusTables& pool, const GenepopLines& lines) const {
     const int begin = std::min(std::max(ersterLocus - 1, 0), AnzLoci - 1);
     const bool ranged = letzterLocus <= AnzLoci && ersterLocus <= letzterLocus;
     const int end = ranged ? letzterLocus : AnzLoci;
@@ -263,8 +262,8 @@ std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int le
     const std::string& name = *first->GetPopName(pop);
     std::string genepop = name + ",";
     const std::size_t labelEnd = genepop.size();
-    const Gewuenscht wanted(zeilen);
-    startLines(zeilen, wanted, genepop,
+    const Wanted wanted(lines);
+    startLines(lines, wanted, genepop,
                sheetLabel(name, first->isHaploid(pop, slot) == 1, first->GetGroupNummer(pop, slot)),
                structureLabel(name, ind));
     for (int l = begin; l < end; ++l) {
@@ -274,7 +273,7 @@ std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int le
         const Allel a2 = find(locus.GetDataChromosom(pop, slot + 1), table);
         const std::size_t field = labelEnd + kFieldStep * static_cast<std::size_t>(l - begin);
         putField(genepop, field, {a1, a2});
-        appendGenotype(zeilen, wanted, field, choose(a1, a2, locus.isHaploid(pop, slot) == 1));
+        appendGenotype(lines, wanted, field, choose(a1, a2, locus.isHaploid(pop, slot) == 1));
     }
     return genepop;
 }
@@ -287,12 +286,12 @@ long writeGenepop(Run& run) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(Message::GenepopBegin);
-    PassFolder folder(run, Ordner::FormatsData);
+    PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
     InternStartRDGen();
-    Dateien files;
+    Files files;
     if (run.PopAllele.empty() || !openFiles(run, files)) {
         folder.stay();
         return 1;

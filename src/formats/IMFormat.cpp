@@ -29,7 +29,7 @@ namespace kva {
 namespace {
 
 // The tables of population i, counted from 0.
-const AllelTabelle& tablesOf(const Run& run, int i) {
+const LocusTables& tablesOf(const Run& run, int i) {
     return run.PopAllele[static_cast<std::size_t>(i) + 1];
 }
 
@@ -37,7 +37,7 @@ bool isCommon(const AllelCount& a, const AllelCount& b) {
     return a.AnzGesamt > 0 && b.AnzGesamt > 0;
 }
 
-int countCommonLoci(const AllelTabelle& a, const AllelTabelle& b) {
+int countCommonLoci(const LocusTables& a, const LocusTables& b) {
     int common = 0;
     for (std::size_t l = 0; l < a.size(); ++l) {
         common += isCommon(a[l], b[l]) ? 1 : 0;
@@ -56,9 +56,9 @@ void writeLocusHead(ResultFile& file, const LociObj& locus, int copiesI, int cop
 }
 
 // What turns an allele into steps: (allele - smallest) / divisor.
-struct Schritte {
-    int32_t Kleinstes; // smallest allele of the locus in the pool
-    int32_t Teiler;    // base pairs per step
+struct Steps {
+    int32_t Smallest; // smallest allele of the locus in the pool
+    int32_t Divisor;  // base pairs per step
 };
 
 // "%6.6s": the name cut, or padded on the left, to 6 bytes.
@@ -70,7 +70,7 @@ std::string labelOf(const std::string& name) {
 // The lines of one population at one locus. The numbers in the labels are those of the slots, so
 // that missing alleles leave gaps. Result: the number of lines.
 int writeAlleles(ResultFile& file, const std::string& name, std::span<const int32_t> alleles,
-                 Schritte schritte) {
+                 Steps steps) {
     const std::string label = labelOf(name);
     std::string line;
     int lines = 0;
@@ -81,7 +81,7 @@ int writeAlleles(ResultFile& file, const std::string& name, std::span<const int3
         line = label;
         appendPadded(line, static_cast<int>(slot), 3);
         line += ' ';
-        appendNumber(line, (alleles[slot] - schritte.Kleinstes) / schritte.Teiler);
+        appendNumber(line, (alleles[slot] - steps.Smallest) / steps.Divisor);
         line += '\n';
         file.text(line);
         ++lines;
@@ -155,13 +155,11 @@ long writeIMLocus(Run& run, ResultFile& f, int i, int j, int locus, const std::s
     }
     const LociObj& data = run.Daten->Loci[l];
     const bool repeatSteps = hasBit(run.GeneralMask, GeneralBit::RepeatSteps);
-    const Schritte schritte{run.PopAllele.front()[l].MinAllel,
-                            repeatSteps ? std::max(data.LociRepeatMuster, 1) : schrittweite};
+    const Steps steps{run.PopAllele.front()[l].MinAllel,
+                      repeatSteps ? std::max(data.LociRepeatMuster, 1) : schrittweite};
     writeLocusHead(f, data, tableI.AnzGesamt, tableJ.AnzGesamt);
-    checkCopies(i, locus, tableI.AnzGesamt,
-                writeAlleles(f, nameI, data.DataSlots(i + 1), schritte));
-    checkCopies(j, locus, tableJ.AnzGesamt,
-                writeAlleles(f, nameJ, data.DataSlots(j + 1), schritte));
+    checkCopies(i, locus, tableI.AnzGesamt, writeAlleles(f, nameI, data.DataSlots(i + 1), steps));
+    checkCopies(j, locus, tableJ.AnzGesamt, writeAlleles(f, nameJ, data.DataSlots(j + 1), steps));
     return 0;
 }
 
@@ -176,11 +174,11 @@ long writeIMFormat(Run& run) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(Message::IMBegin);
-    PassFolder folder(run, Ordner::FormatsData);
+    PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
-    const int inner = folder.enterInner(Ordner::IMFormat);
+    const int inner = folder.enterInner(Folder::IMFormat);
     if (inner != 0 || run.PopAllele.empty()) {
         folder.stay();
         return inner != 0 ? inner : 1;

@@ -34,7 +34,7 @@ int steps(int allele, int divisor) {
 }
 
 // The genotype texts of one individual, reused from one to the next.
-struct Texte {
+struct Texts {
     std::string Migrate;
     std::string Arlequin1;
     std::string Arlequin2;
@@ -52,15 +52,15 @@ void writeMigrateRow(ResultFile& file, int pop, int ind, const std::string& geno
 }
 
 // "%s_%d 1 %s" and the second row in line with it.
-void writeArlequinRows(ResultFile& file, const std::string& name, int ind, const Texte& texte) {
+void writeArlequinRows(ResultFile& file, const std::string& name, int ind, const Texts& texts) {
     file.text(name);
     file.character('_');
     file.integer(ind);
     file.text(" 1 ");
-    file.text(texte.Arlequin1);
+    file.text(texts.Arlequin1);
     file.character('\n');
     file.text(kSecondRow);
-    file.text(texte.Arlequin2);
+    file.text(texts.Arlequin2);
     file.character('\n');
 }
 
@@ -103,17 +103,17 @@ long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite)
     migrate.print(" %d %d . File %s converted from KVAnalyzer\n", run.AnzPop, run.AnzLoci,
                   run.DateiKurzName.c_str());
     (void)writeArlequinHead(run, arlequin);
-    Texte texte;
+    Texts texts;
     for (int pop = 0; pop < data.GetPopAnzahl(); ++pop) {
         const std::string& name = orEmpty(data.GetPopName(pop + 1));
-        const int individuals = data.GetAnzTiere(pop + 1);
+        const int individuals = data.GetIndividuals(pop + 1);
         migrate.print("%d %s\n", individuals, name.c_str());
         (void)beginArlequinSample(arlequin, individuals, name);
         for (int ind = 0; ind < individuals; ++ind) {
-            data.MakeMigrateLine(pop, ind, repeatMass, texte.Migrate, texte.Arlequin1,
-                                 texte.Arlequin2, schrittweite);
-            writeMigrateRow(migrate, pop, ind, texte.Migrate);
-            writeArlequinRows(arlequin, name, ind, texte);
+            data.MakeMigrateLine(pop, ind, repeatMass, texts.Migrate, texts.Arlequin1,
+                                 texts.Arlequin2, schrittweite);
+            writeMigrateRow(migrate, pop, ind, texts.Migrate);
+            writeArlequinRows(arlequin, name, ind, texts);
         }
         (void)endArlequinSample(arlequin);
     }

@@ -13,12 +13,12 @@ namespace kva {
 namespace {
 
 // The line of the log for each file that was asked for.
-struct Protokollzeile {
+struct LogRow {
     uint32_t Bit; // of GeneralMask
     const char* Text;
 };
 
-constexpr Protokollzeile kProtokoll[] = {
+constexpr LogRow kLogRows[] = {
     {GeneralBit::Msvar, "\nCreate msvar/beaumont ..."},
     {GeneralBit::Arlequin, "\nCreate Arlequin ..."},
     {GeneralBit::Migrate, "\nCreate Migrate/LAMARC ..."},
@@ -26,7 +26,7 @@ constexpr Protokollzeile kProtokoll[] = {
 
 // Without any of the files a bare line end is left: wanted.
 void writeLog(ResultFile& log, uint32_t generalMask) {
-    for (const Protokollzeile& row : kProtokoll) {
+    for (const LogRow& row : kLogRows) {
         if (hasBit(generalMask, row.Bit)) {
             log.text(row.Text);
         }
@@ -45,7 +45,7 @@ long writeOtherFormats(Run& run) {
         (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
     }
     AUSGABE(Message::FormatsBegin);
-    PassFolder folder(run, Ordner::FormatsData);
+    PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }

@@ -49,7 +49,7 @@ int32_t stepWidth(const AllelCount& pool, int32_t repeat) {
     return repeat < 1 ? step : std::min(repeat, step);
 }
 
-std::vector<int32_t> stepWidths(const Datensatz& data, const AllelTabelle& pool) {
+std::vector<int32_t> stepWidths(const Datensatz& data, const LocusTables& pool) {
     std::vector<int32_t> widths;
     widths.reserve(data.Loci.size());
     for (std::size_t l = 0; l < data.Loci.size(); ++l) {

@@ -19,7 +19,7 @@ class Datensatz;
 int32_t stepWidth(const AllelCount& pool, int32_t repeat);
 
 // The step widths of all loci in locus order (Schrittweite); `pool` is entry 0 of PopAllele.
-std::vector<int32_t> stepWidths(const Datensatz& data, const AllelTabelle& pool);
+std::vector<int32_t> stepWidths(const Datensatz& data, const LocusTables& pool);
 
 // The length that an export divides by: the repeat length if `repeatSteps` (bit RepeatSteps of
 // GeneralMask) is on and the length is known, else the step width.

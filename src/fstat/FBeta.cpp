@@ -79,7 +79,7 @@ struct BetaReference {
     double Q = kNone;
 };
 
-BetaReference betaReference(const AllelTabellen& tab, std::size_t l) {
+BetaReference betaReference(const SampleTables& tab, std::size_t l) {
     double N = 0.0;
     for (std::size_t k = 1; k < tab.size(); ++k) {
         N += tab[k][l].AnzGesamt > 1 ? tab[k][l].AnzGesamt : 0;

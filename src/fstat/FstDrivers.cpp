@@ -45,8 +45,8 @@ int lostFile() {
 }
 
 // The tests of all pairs and their sheets, the last part of the pairwise statistics.
-int testAndWritePairs(Run& run, FTripel& f, CMatrix& locusTable) {
-    FTripel p = newFTripel(run.AnzPop);
+int testAndWritePairs(Run& run, FTriple& f, CMatrix& locusTable) {
+    FTriple p = newFTriple(run.AnzPop);
     if ((run.FstMask & kThinningBits) == 0) {
         (void)testPairs(run, p, f, run.PopAllele, locusTable);
     } else {
@@ -77,7 +77,7 @@ int fStatistics(Run& run, long permutationen) {
         countAlleles(run);
     }
     run.Permutationen = static_cast<int32_t>(permutationen);
-    const PassFolder folder(run, Ordner::FStatistic);
+    const PassFolder folder(run, Folder::FStatistic);
     if (!folder.entered() || run.PopAllele.empty()) {
         return folder.status();
     }
@@ -99,7 +99,7 @@ int pairwiseFst(Run& run) {
         countAlleles(run);
     }
     announce(run.FstMask, Message::PairsBegin);
-    FTripel f = newFTripel(run.AnzPop);
+    FTriple f = newFTriple(run.AnzPop);
     CMatrix locusTable;
     const bool withTable = (run.FstMask & kLocusTableBits) != 0;
     if (withTable) {
@@ -121,16 +121,16 @@ int pairwiseFst(Run& run) {
 
 int globalFst(Run& run) {
     announce(run.FstMask, Message::GlobalBegin);
-    GlobalErgebnis global{};
+    GlobalResult global{};
     const int32_t columns = run.AnzLoci;
-    global.locus.Resize(FZeile::Anzahl, columns);
+    global.locus.Resize(FRow::Anzahl, columns);
     global.locus.Fill(run.DistFehlerwert);
     global.pLocus.Resize(3, columns);
-    auto& [fst, fit, fis, gst, gstStrich] = global.werte;
+    auto& [fst, fit, fis, gst, gstStrich] = global.values;
     (void)estimateGlobal(run, fst, fit, fis, gst, gstStrich, global.locus, run.PopAllele,
                          run.AnzLoci, run.AnzPop);
     if (run.Permutationen > 0) {
-        auto& [pFst, pGst, pGstStrich] = global.pWerte;
+        auto& [pFst, pGst, pGstStrich] = global.pValues;
         (void)testGlobal(run, fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich,
                          global.pLocus);
     }

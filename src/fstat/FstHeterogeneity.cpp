@@ -136,10 +136,10 @@ std::array<CConfidenz, 3> globalReplicas(const Run& run, const CMatrix& locusTab
         value.Init(run.Replikate);
     }
     for (int32_t replica = 0; replica < run.Replikate; ++replica) {
-        FWerte sum = {0.0, 0.0, 0.0};
+        FValues sum = {0.0, 0.0, 0.0};
         for (int32_t n = 0; n < loci; ++n) {
             const int32_t locus =
-                drawLocus(run, [&](int32_t l) { return locusTable(FZeile::Fst, l); });
+                drawLocus(run, [&](int32_t l) { return locusTable(FRow::Fst, l); });
             for (std::size_t s = 0; s < sum.size(); ++s) {
                 sum[s] += locusTable(static_cast<int32_t>(s), locus);
             }
@@ -153,8 +153,8 @@ std::array<CConfidenz, 3> globalReplicas(const Run& run, const CMatrix& locusTab
 
 } // namespace
 
-int32_t lociPerReplica(int32_t replikaLoci, int32_t anzLoci) {
-    int32_t loci = replikaLoci < 1 ? replikaLoci + anzLoci : replikaLoci;
+int32_t lociPerReplica(int32_t replicaLoci, int32_t anzLoci) {
+    int32_t loci = replicaLoci < 1 ? replicaLoci + anzLoci : replicaLoci;
     if (loci > anzLoci) {
         loci = anzLoci - 1;
     }
@@ -194,7 +194,7 @@ void writeGlobalHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& s
         }
     }
     sheet.text("\nGlobal:\t");
-    if (anyDefined(run, [&](int32_t l) { return locusTable(FZeile::Fst, l); })) {
+    if (anyDefined(run, [&](int32_t l) { return locusTable(FRow::Fst, l); })) {
         writeTriples(sheet, globalReplicas(run, locusTable));
     } else {
         writeNoTriples(sheet, 3);

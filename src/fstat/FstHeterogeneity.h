@@ -12,8 +12,8 @@ class Run;
 class CMatrix;
 class ResultFile;
 
-// Loci drawn for a replica. replikaLoci: 0 all loci, n > 0 n loci, n < 0 all but -n.
-int32_t lociPerReplica(int32_t replikaLoci, int32_t anzLoci);
+// Loci drawn for a replica. replicaLoci: 0 all loci, n > 0 n loci, n < 0 all but -n.
+int32_t lociPerReplica(int32_t replicaLoci, int32_t anzLoci);
 
 // Writes the head and a row for each pair. locusTable: Fst, a row a locus, a column a pair.
 void writePairHeterogeneity(Run& run, const CMatrix& locusTable, ResultFile& sheet);

@@ -23,7 +23,7 @@ struct PairTables {
     const AllelCount& t2;
 };
 
-PairTables pairTables(const AllelTabellen& tab, long idx1, long idx2, std::size_t l) {
+PairTables pairTables(const SampleTables& tab, long idx1, long idx2, std::size_t l) {
     return {tab[0][l], tab[static_cast<std::size_t>(idx1) + 1][l],
             tab[static_cast<std::size_t>(idx2) + 1][l]};
 }
@@ -53,8 +53,9 @@ struct AlleleCounts {
     }
 };
 
-std::optional<Varianz> locusComponents(const PairTables& t, HRegel regel, AlleleCounts& room) {
-    const HRegel choice = pairRegel(regel, t.t1, t.t2);
+std::optional<VarianceComponents> locusComponents(const PairTables& t, HRule rule,
+                                                  AlleleCounts& room) {
+    const HRule choice = pairRule(rule, t.t1, t.t2);
     room.read(t);
     return pairComponents({t.t1.AnzGesamt, t.t2.AnzGesamt, sampleH(choice, t.t1),
                            sampleH(choice, t.t2), room.sample1, room.sample2});
@@ -69,10 +70,10 @@ void writeLocus(ResultFile& sheet, bool defined, double fst) {
     }
 }
 
-void storePair(FTripel& f, long i, long j, const FWerte& werte) {
+void storePair(FTriple& f, long i, long j, const FValues& values) {
     for (std::size_t s = 0; s < f.size(); ++s) {
-        f[s](static_cast<int32_t>(i), static_cast<int32_t>(j)) = werte[s];
-        f[s](static_cast<int32_t>(j), static_cast<int32_t>(i)) = werte[s];
+        f[s](static_cast<int32_t>(i), static_cast<int32_t>(j)) = values[s];
+        f[s](static_cast<int32_t>(j), static_cast<int32_t>(i)) = values[s];
     }
 }
 
@@ -94,18 +95,18 @@ double likelihoodRatio(const PairTables& t) {
 
 } // namespace
 
-int estimatePair(const Run& run, long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci,
+int estimatePair(const Run& run, long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
                  long idx1, long idx2, ResultFile* locusFile, CMatrix& locusTable) {
-    const HRegel regel = hRegel(run.FstMask);
+    const HRule rule = hRule(run.FstMask);
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     const bool toFile = locusFile != nullptr && hasBit(run.FstMask, FstBit::PerLocus);
     const int32_t column =
         ConvertPoptoPoint(static_cast<int>(i), static_cast<int>(j), static_cast<int>(run.AnzPop));
     AlleleCounts room;
-    FSummen sums;
+    FSums sums;
     for (long l = 0; l < nLoci; ++l) {
-        const std::optional<Varianz> v =
-            locusComponents(pairTables(tab, idx1, idx2, static_cast<std::size_t>(l)), regel, room);
+        const std::optional<VarianceComponents> v =
+            locusComponents(pairTables(tab, idx1, idx2, static_cast<std::size_t>(l)), rule, room);
         const std::optional<double> fst = v ? locusFst(*v) : std::nullopt;
         if (v) {
             sums.add(*v);
@@ -122,7 +123,7 @@ int estimatePair(const Run& run, long i, long j, FTripel& f, const AllelTabellen
     return 0;
 }
 
-int estimatePairs(Run& run, FTripel& f, const AllelTabellen& tab, CMatrix& locusTable) {
+int estimatePairs(Run& run, FTriple& f, const SampleTables& tab, CMatrix& locusTable) {
     if (tab.empty()) {
         return 1;
     }
@@ -150,7 +151,7 @@ int estimatePairs(Run& run, FTripel& f, const AllelTabellen& tab, CMatrix& locus
     return 0;
 }
 
-int logLikelihoodRatio(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci, long idx1,
+int logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
                        long idx2) {
     double G = 0.0;
     for (long l = 0; l < nLoci; ++l) {

@@ -11,8 +11,8 @@
 
 namespace kva {
 
-void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed,
-               const FWerte& permuted) {
+void countHits(FTriple& hits, int32_t i, int32_t j, const FValues& observed,
+               const FValues& permuted) {
     for (std::size_t s = 0; s < hits.size(); ++s) {
         if (observed[s] <= permuted[s]) { // a tie counts for the permutation
             hits[s](i, j) += 1.0;
@@ -20,7 +20,7 @@ void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed,
     }
 }
 
-void hitsToPValues(FTripel& p, int32_t i, int32_t j, double pairs, double n) {
+void hitsToPValues(FTriple& p, int32_t i, int32_t j, double pairs, double n) {
     for (CMatrix& matrix : p) {
         const double hits = matrix(i, j) != 0.0 ? matrix(i, j) : 1.0;
         matrix(j, i) = pairs * hits / n;
@@ -34,7 +34,7 @@ double pairNumber(int32_t n) {
 
 // --- The test --------------------------------------------------------------------------
 
-int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen& tab,
+int testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
               CMatrix& locusTable) {
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
@@ -51,7 +51,7 @@ int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen&
         // Each permutation overwrites the locus table, so that only the last one shows.
         CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
         forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
-            const FWerte observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
+            const FValues observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
             countHits(p, i, j, observed, test.shuffled(i, j, sample, table));
         });
     }

@@ -22,11 +22,12 @@ template <class Visitor> void forEachPair(int32_t n, Visitor&& visit) {
 }
 
 // Adds 1 to the hits of each statistic whose observed value the permuted one reaches.
-void countHits(FTripel& hits, int32_t i, int32_t j, const FWerte& observed, const FWerte& permuted);
+void countHits(FTriple& hits, int32_t i, int32_t j, const FValues& observed,
+               const FValues& permuted);
 
 // Turns the hits of a pair out of n permutations into p-values: the plain one at (i, j), the
 // one multiplied by the number of pairs (Bonferroni) at (j, i). No hit counts as one.
-void hitsToPValues(FTripel& p, int32_t i, int32_t j, double pairs, double n);
+void hitsToPValues(FTriple& p, int32_t i, int32_t j, double pairs, double n);
 
 // Number of pairs of n populations.
 double pairNumber(int32_t n);

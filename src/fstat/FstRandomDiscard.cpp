@@ -25,20 +25,20 @@ class DropList {
   public:
     // slots: of the population. share: of its individuals to drop.
     void draw(int32_t slots, double share) {
-        const int32_t tiere = slots / 2;
-        const auto wanted = static_cast<int32_t>(tiere * share);
-        Dropped = std::max(std::min({wanted, tiere, kMostDropped}), 1);
+        const int32_t individuals = slots / 2;
+        const auto wanted = static_cast<int32_t>(individuals * share);
+        Dropped = std::max(std::min({wanted, individuals, kMostDropped}), 1);
         List.assign(static_cast<std::size_t>(Dropped) + 1, 0);
         if (slots < kFewestJackknifed) {
             std::fill_n(List.begin(), Dropped, -1); // wanted: nothing is dropped, nor drawn
             return;
         }
         const auto end = List.begin() + Dropped;
-        std::generate(List.begin(), end, [tiere] { return drawIndex(tiere); });
+        std::generate(List.begin(), end, [individuals] { return drawIndex(individuals); });
         std::sort(List.begin(), end);
         auto twin = std::adjacent_find(List.begin(), end);
         while (twin != end) { // the second of two equals is drawn again
-            *(twin + 1) = drawIndex(tiere);
+            *(twin + 1) = drawIndex(individuals);
             std::sort(List.begin(), end);
             twin = std::adjacent_find(List.begin(), end);
         }
@@ -101,31 +101,31 @@ SlotSheet newSheet(const Datensatz& daten) {
 }
 
 // What the replicates add up to, pair by pair.
-class RDSummen {
+class DiscardSums {
   public:
     // p takes the hits and then the p-values, f the sums and then the means of the test
     // statistic. tailLength: of the lists for the limits; 0: no limits.
-    RDSummen(const Run& run, FTripel& p, FTripel& f, std::size_t tailLength)
+    DiscardSums(const Run& run, FTriple& p, FTriple& f, std::size_t tailLength)
         : undefined(run.DistFehlerwert),
           tailsOfPermuted(hasBit(run.FstMask, FstBit::ConfidencePermuted)),
           pairs(pairNumber(run.AnzPop)), p_(p), f_(f) {
-        for (FTripel* triple : {&p_, &f_}) {
+        for (FTriple* triple : {&p_, &f_}) {
             for (CMatrix& matrix : *triple) {
                 matrix.Fill(0.0);
             }
         }
-        gueltig.Resize(run.AnzPop, run.AnzPop);
+        valid.Resize(run.AnzPop, run.AnzPop);
         if (tailLength > 0) {
             tails.assign(static_cast<std::size_t>(pairs), TailList(tailLength));
         }
     }
 
     // Adds a replicate of the pair (i, j), which is number `pair`.
-    void add(int32_t i, int32_t j, std::size_t pair, const FWerte& test, const FWerte& permuted) {
+    void add(int32_t i, int32_t j, std::size_t pair, const FValues& test, const FValues& permuted) {
         if (test[0] == undefined) {
             return;
         }
-        gueltig(i, j) += 1.0;
+        valid(i, j) += 1.0;
         for (std::size_t s = 0; s < f_.size(); ++s) {
             f_[s](i, j) += test[s];
         }
@@ -137,7 +137,7 @@ class RDSummen {
 
     // Turns the sums of a pair into means and p-values.
     void finish(int32_t i, int32_t j) {
-        const double n = gueltig(i, j);
+        const double n = valid(i, j);
         for (CMatrix& matrix : f_) {
             matrix(i, j) = n == 0.0 ? undefined : matrix(i, j) / n;
             matrix(j, i) = matrix(i, j);
@@ -151,9 +151,9 @@ class RDSummen {
     double undefined;     // Fst of a pair without data
     bool tailsOfPermuted; // the limits are those of the permuted statistic
     double pairs;
-    FTripel& p_;
-    FTripel& f_;
-    CMatrix gueltig;             // valid replicates
+    FTriple& p_;
+    FTriple& f_;
+    CMatrix valid;               // valid replicates
     std::vector<TailList> tails; // of each pair
 };
 
@@ -182,11 +182,11 @@ int drawThinnedSheet(const Run& run, SlotSheet& sheet) {
     return 0;
 }
 
-int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen& tab,
+int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables& tab,
                      CMatrix& untergrenze, CMatrix& obergrenze, CMatrix& locusTable) {
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     const bool limits = hasBit(run.FstMask, FstBit::Confidence);
-    RDSummen sums(run, p, f, limits ? announceTails(run) : 0);
+    DiscardSums sums(run, p, f, limits ? announceTails(run) : 0);
     PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
     CodedSample thinned(test.data());
     SlotSheet sheet = newSheet(*run.Daten);
@@ -201,7 +201,7 @@ int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen
         CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
         std::size_t pair = 0;
         forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
-            const FWerte permuted = test.shuffled(i, j, thinned, table);
+            const FValues permuted = test.shuffled(i, j, thinned, table);
             sums.add(i, j, pair++, test.unshuffled(i, j, thinned), permuted);
         });
     }

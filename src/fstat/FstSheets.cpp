@@ -73,19 +73,19 @@ void writePCell(ResultFile& sheet, int32_t row, int32_t column, double p) {
 }
 
 // A row of "GlobFst.xls": its words over all loci and for one locus, its places in the tables.
-struct GlobalZeile {
+struct GlobalRow {
     const char* allLoci;
     const char* oneLocus;
     std::size_t wert;
-    int pWert; // -1: none
+    int pValue; // -1: none
 };
 
-constexpr GlobalZeile kGlobalZeilen[] = {
-    {"global Fst over all loci:", "global Fst:", FZeile::Fst, 0},
-    {"global Fit over all loci:", "global Fit: ", FZeile::Fit, -1},
-    {"global Fis over all loci:", "global Fis: ", FZeile::Fis, -1},
-    {"Gst over all loci:", "Gst:", FZeile::Gst, 1},
-    {"Gst' over all loci:", "Gst':", FZeile::GstStrich, 2},
+constexpr GlobalRow kGlobalRows[] = {
+    {"global Fst over all loci:", "global Fst:", FRow::Fst, 0},
+    {"global Fit over all loci:", "global Fit: ", FRow::Fit, -1},
+    {"global Fis over all loci:", "global Fis: ", FRow::Fis, -1},
+    {"Gst over all loci:", "Gst:", FRow::Gst, 1},
+    {"Gst' over all loci:", "Gst':", FRow::GstStrich, 2},
 };
 
 // Writes "\tvalue", with permutations also "\tp", and the line end.
@@ -93,10 +93,10 @@ class GlobalRowEnd {
   public:
     GlobalRowEnd(const Run& run, ResultFile& sheet) : run_(run), sheet_(sheet) {}
 
-    template <class PValue> void write(const GlobalZeile& zeile, double wert, PValue&& pWert) {
+    template <class PValue> void write(const GlobalRow& zeile, double wert, PValue&& pValue) {
         writeTabReal(sheet_, wert);
-        if (run_.Permutationen > 0 && zeile.pWert >= 0) {
-            const double p = pWert(zeile.pWert);
+        if (run_.Permutationen > 0 && zeile.pValue >= 0) {
+            const double p = pValue(zeile.pValue);
             writeTabValue(sheet_, p != run_.DistFehlerwert, p);
         }
         sheet_.character('\n');
@@ -107,25 +107,24 @@ class GlobalRowEnd {
     ResultFile& sheet_;
 };
 
-void writeGlobalLocus(const Run& run, ResultFile& sheet, const GlobalErgebnis& ergebnis,
-                      int32_t l) {
+void writeGlobalLocus(const Run& run, ResultFile& sheet, const GlobalResult& result, int32_t l) {
     const std::string& name = *run.Daten->GetLociName(l + 1);
     sheet.text("Locus: " + name);
     if (run.DatenFormat == 2) {
         sheet.text("  /  " + *run.Daten->GetLociName2OrFirst(l + 1));
     }
     sheet.character('\n');
-    for (const GlobalZeile& zeile : kGlobalZeilen) {
+    for (const GlobalRow& zeile : kGlobalRows) {
         sheet.text(name + "\t" + zeile.oneLocus);
         GlobalRowEnd(run, sheet)
-            .write(zeile, ergebnis.locus(static_cast<int32_t>(zeile.wert), l),
-                   [&](int p) { return ergebnis.pLocus(p, l); });
+            .write(zeile, result.locus(static_cast<int32_t>(zeile.wert), l),
+                   [&](int p) { return result.pLocus(p, l); });
     }
 }
 
 } // namespace
 
-bool writeFstMatrices(Run& run, const FTripel& f) {
+bool writeFstMatrices(Run& run, const FTriple& f) {
     const char* const names[] = {"FST_WC84.txt", "FIT_WC84.txt", "FIS_WC84.txt"};
     for (std::size_t s = 0; s < f.size(); ++s) {
         ResultFile file = run.OpenResult(names[s], "wb+");
@@ -138,7 +137,7 @@ bool writeFstMatrices(Run& run, const FTripel& f) {
     return true;
 }
 
-bool writeFstMeans(Run& run, const FTripel& f, const CMatrix& untergrenze,
+bool writeFstMeans(Run& run, const FTriple& f, const CMatrix& untergrenze,
                    const CMatrix& obergrenze) {
     const char* const names[] = {"FST_WC84_MEAN.xls", "FIT_WC84_MEAN.xls", "FIS_WC84_MEAN.xls"};
     for (std::size_t s = 0; s < f.size(); ++s) {
@@ -155,7 +154,7 @@ bool writeFstMeans(Run& run, const FTripel& f, const CMatrix& untergrenze,
     return true;
 }
 
-bool writeFstPValues(Run& run, const FTripel& f, const FTripel& p) {
+bool writeFstPValues(Run& run, const FTriple& f, const FTriple& p) {
     ResultFile sheet = run.OpenResult("FST_WC84-pValue.xls", "wb+");
     if (!sheet.isOpen()) {
         return false;
@@ -177,7 +176,7 @@ bool writeFstPValues(Run& run, const FTripel& f, const FTripel& p) {
     return true;
 }
 
-void writeGlobalFst(Run& run, const GlobalErgebnis& ergebnis) {
+void writeGlobalFst(Run& run, const GlobalResult& result) {
     const bool tested = run.Permutationen > 0;
     ResultFile sheet = run.OpenResult("GlobFst.xls", "wb+");
     sheet.text("Global Fst of Datafile: " + run.DateiKurzName + "\n");
@@ -186,15 +185,15 @@ void writeGlobalFst(Run& run, const GlobalErgebnis& ergebnis) {
     }
     sheet.character('\n');
     sheet.text(tested ? "\tValues\tp-Values\n" : "");
-    for (const GlobalZeile& zeile : kGlobalZeilen) {
+    for (const GlobalRow& zeile : kGlobalRows) {
         sheet.text(zeile.allLoci);
-        GlobalRowEnd(run, sheet).write(zeile, ergebnis.werte[zeile.wert], [&](int p) {
-            return ergebnis.pWerte[static_cast<std::size_t>(p)];
+        GlobalRowEnd(run, sheet).write(zeile, result.values[zeile.wert], [&](int p) {
+            return result.pValues[static_cast<std::size_t>(p)];
         });
     }
     sheet.text(tested ? "\t\tValues\tp-Values\n" : "");
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
-        writeGlobalLocus(run, sheet, ergebnis, l);
+        writeGlobalLocus(run, sheet, result, l);
     }
 }
 

@@ -23,12 +23,12 @@ bool hasIndividual(int32_t copies) {
     return copies * 0.5 >= kLeastIndividuals;
 }
 
-// The figures of one locus for GlobalSummen, and the room for them.
+// The figures of one locus for GlobalSums, and the room for them.
 struct LocusFigures {
     // Table: AllelCount or ShuffleTable.
-    template <class Table> void addSample(const Table& t, int32_t copies, HRegel regel) {
+    template <class Table> void addSample(const Table& t, int32_t copies, HRule rule) {
         if (hasIndividual(copies)) {
-            samples.push_back({copies * 0.5, t.CalcHetuk(), sampleH(regel, t)});
+            samples.push_back({copies * 0.5, t.CalcHetuk(), sampleH(rule, t)});
         }
     }
     void clear() {
@@ -45,11 +45,11 @@ struct LocusFigures {
 
 // --- From AllelCount -------------------------------------------------------------------
 
-void readFigures(LocusFigures& figures, const AllelTabellen& tab, std::size_t l, int nPop,
-                 HRegel regel) {
+void readFigures(LocusFigures& figures, const SampleTables& tab, std::size_t l, int nPop,
+                 HRule rule) {
     figures.clear();
     for (std::size_t k = 1; k <= static_cast<std::size_t>(nPop); ++k) {
-        figures.addSample(tab[k][l], tab[k][l].AnzGesamt, regel);
+        figures.addSample(tab[k][l], tab[k][l].AnzGesamt, rule);
     }
     const AllelCount& pool = tab[0][l];
     for (int32_t row = 0; row < pool.AnzAllele; ++row) {
@@ -64,17 +64,17 @@ void readFigures(LocusFigures& figures, const AllelTabellen& tab, std::size_t l,
     }
 }
 
-GlobalWerte globalValues(const AllelTabellen& tab, CMatrix& locus, int nLoci, int nPop,
-                         HRegel regel, double undefined) {
-    GlobalSummen sums;
+GlobalValues globalValues(const SampleTables& tab, CMatrix& locus, int nLoci, int nPop, HRule rule,
+                          double undefined) {
+    GlobalSums sums;
     LocusFigures figures;
     for (int32_t l = 0; l < nLoci; ++l) {
         const auto place = static_cast<std::size_t>(l);
         if (tab[0][place].AnzAllele < kFewestAlleles) {
-            fillColumn(locus, FZeile::Fst, FZeile::GstStrich, l, undefined);
+            fillColumn(locus, FRow::Fst, FRow::GstStrich, l, undefined);
             continue;
         }
-        readFigures(figures, tab, place, nPop, regel);
+        readFigures(figures, tab, place, nPop, rule);
         sums.add(figures.figures(tab[0][place].CalcHetuk()), locus, l, undefined);
     }
     return sums.values(undefined);
@@ -87,7 +87,7 @@ GlobalWerte globalValues(const AllelTabellen& tab, CMatrix& locus, int nLoci, in
 class GlobalTest {
   public:
     GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)
-        : data(daten), linked(hasBit(fstMask, FstBit::Linked)), regel(hRegel(fstMask)),
+        : data(daten), linked(hasBit(fstMask, FstBit::Linked)), rule(hRule(fstMask)),
           undefined_(undefined), shuffle(data, hasBit(fstMask, FstBit::Genotypes)),
           tables(data.populations()), rowOf(static_cast<std::size_t>(data.mostAlleles()) + 1) {
         pool.resize(data.mostAlleles());
@@ -97,8 +97,8 @@ class GlobalTest {
     }
 
     // locus: five rows; keeps what a locus without a value there held.
-    GlobalWerte shuffled(CMatrix& locus) {
-        GlobalSummen sums;
+    GlobalValues shuffled(CMatrix& locus) {
+        GlobalSums sums;
         if (linked) {
             shuffle.deal();
         }
@@ -112,7 +112,7 @@ class GlobalTest {
             count(data.locus(l));
             const auto column = static_cast<int32_t>(l);
             if (pool.alleles().size() < static_cast<std::size_t>(kFewestAlleles)) {
-                fillColumn(locus, FZeile::Fst, FZeile::GstStrich, column, undefined_);
+                fillColumn(locus, FRow::Fst, FRow::GstStrich, column, undefined_);
                 continue;
             }
             readFigures();
@@ -133,7 +133,7 @@ class GlobalTest {
     void readFigures() {
         figures.clear();
         for (const ShuffleTable& t : tables) {
-            figures.addSample(t, t.tally().Copies, regel);
+            figures.addSample(t, t.tally().Copies, rule);
         }
         const std::size_t counted = figures.samples.size();
         for (const uint32_t code : pool.alleles()) {
@@ -154,7 +154,7 @@ class GlobalTest {
 
     CodedData data;
     bool linked;
-    HRegel regel;
+    HRule rule;
     double undefined_;
     GlobalShuffle shuffle;
     ShuffleTable pool;
@@ -177,7 +177,7 @@ struct Treffer {
 };
 
 // Hits of Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid together.
-struct TrefferSatz {
+struct HitSet {
     std::array<Treffer, 3> of;
 
     void count(const std::array<double, 3>& observed, const std::array<double, 3>& permuted,
@@ -191,30 +191,30 @@ struct TrefferSatz {
     }
 };
 
-std::array<double, 3> testedValues(const GlobalWerte& werte) {
-    return {werte.f[0], werte.gst, werte.gstStrich};
+std::array<double, 3> testedValues(const GlobalValues& values) {
+    return {values.f[0], values.gst, values.gstStrich};
 }
 
 std::array<double, 3> testedValues(const CMatrix& locus, int32_t l) {
-    return {locus(FZeile::Fst, l), locus(FZeile::Gst, l), locus(FZeile::GstStrich, l)};
+    return {locus(FRow::Fst, l), locus(FRow::Gst, l), locus(FRow::GstStrich, l)};
 }
 
 } // namespace
 
 int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double& gst,
-                   double& gstStrich, CMatrix& locus, const AllelTabellen& tab, int nLoci,
+                   double& gstStrich, CMatrix& locus, const SampleTables& tab, int nLoci,
                    int nPop) {
     fst = fit = fis = gst = gstStrich = run.DistFehlerwert;
     if (nPop < kFewestPops) {
         return 1;
     }
-    const GlobalWerte werte =
-        globalValues(tab, locus, nLoci, nPop, hRegel(run.FstMask), run.DistFehlerwert);
-    fst = werte.f[FZeile::Fst];
-    fit = werte.f[FZeile::Fit];
-    fis = werte.f[FZeile::Fis];
-    gst = werte.gst;
-    gstStrich = werte.gstStrich;
+    const GlobalValues values =
+        globalValues(tab, locus, nLoci, nPop, hRule(run.FstMask), run.DistFehlerwert);
+    fst = values.f[FRow::Fst];
+    fit = values.f[FRow::Fit];
+    fis = values.f[FRow::Fis];
+    gst = values.gst;
+    gstStrich = values.gstStrich;
     return 0;
 }
 
@@ -222,16 +222,16 @@ int testGlobal(const Run& run, double fst, double gst, double gstStrich, const C
                double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) {
     GlobalTest test(*run.Daten, run.FstMask, run.DistFehlerwert);
     CMatrix permutedLocus;
-    permutedLocus.Resize(FZeile::Anzahl, run.AnzLoci);
+    permutedLocus.Resize(FRow::Anzahl, run.AnzLoci);
     permutedLocus.Fill(run.AnzPop < kFewestPops ? run.DistFehlerwert : 0.0);
-    TrefferSatz all;
-    std::vector<TrefferSatz> ofLocus(static_cast<std::size_t>(run.AnzLoci));
+    HitSet all;
+    std::vector<HitSet> ofLocus(static_cast<std::size_t>(run.AnzLoci));
     for (int32_t k = 0; k < run.Permutationen; ++k) {
         AUSGABE(Message::GlobalReplica, k);
         if (k % kSeedEvery == 0) {
             InternStartRDGen();
         }
-        const GlobalWerte permuted = test.shuffled(permutedLocus);
+        const GlobalValues permuted = test.shuffled(permutedLocus);
         all.count({fst, gst, gstStrich}, testedValues(permuted), run.DistFehlerwert);
         for (int32_t l = 0; l < run.AnzLoci; ++l) {
             ofLocus[static_cast<std::size_t>(l)].count(

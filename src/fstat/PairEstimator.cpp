@@ -2,12 +2,13 @@
 
 namespace kva {
 
-PairEstimator::PairEstimator(HRegel regel, int32_t mostAlleles)
-    : Regel(regel), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {
+PairEstimator::PairEstimator(HRule rule, int32_t mostAlleles)
+    : Rule(rule), Counts1(static_cast<std::size_t>(mostAlleles) + kAlleleStep), Counts2(Counts1) {
     Drawn.resize(mostAlleles);
 }
 
-std::optional<Varianz> PairEstimator::components(const ShuffleTable& t1, const ShuffleTable& t2) {
+std::optional<VarianceComponents> PairEstimator::components(const ShuffleTable& t1,
+                                                            const ShuffleTable& t2) {
     Found = 0;
     for (const uint32_t code : t1.alleles()) {
         put(t1.count(code), t2.count(code));
@@ -17,15 +18,14 @@ std::optional<Varianz> PairEstimator::components(const ShuffleTable& t1, const S
             put(0, t2.count(code));
         }
     }
-    const HRegel choice = pairRegel(Regel, t1, t2);
+    const HRule choice = pairRule(Rule, t1, t2);
     return estimate(t1.tally(), t2.tally(), sampleH(choice, t1), sampleH(choice, t2));
 }
 
-std::optional<Varianz> PairEstimator::componentsOfDeal(const CodedLocus& locus,
-                                                       const ShuffleTable& whole1,
-                                                       const ShuffleTable& whole2,
-                                                       std::span<const int32_t> places1,
-                                                       std::span<const int32_t> places2) {
+std::optional<VarianceComponents>
+PairEstimator::componentsOfDeal(const CodedLocus& locus, const ShuffleTable& whole1,
+                                const ShuffleTable& whole2, std::span<const int32_t> places1,
+                                std::span<const int32_t> places2) {
     Drawn.clear();
     Drawn.addPairs(locus, places1);
     Tally rest = whole1.tally();
@@ -55,8 +55,8 @@ std::optional<Varianz> PairEstimator::componentsOfDeal(const CodedLocus& locus,
     return estimate(Drawn.tally(), rest, Drawn.CalcHetobs(), rest.CalcHetobs());
 }
 
-std::optional<Varianz> PairEstimator::estimate(const Tally& t1, const Tally& t2, double H1,
-                                               double H2) {
+std::optional<VarianceComponents> PairEstimator::estimate(const Tally& t1, const Tally& t2,
+                                                          double H1, double H2) {
     while (Found % kAlleleStep != 0) {
         put(0, 0);
     }

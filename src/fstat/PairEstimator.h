@@ -17,17 +17,18 @@ namespace kva {
 // FstPair.cpp. The object holds the room.
 class PairEstimator {
   public:
-    PairEstimator(HRegel regel, int32_t mostAlleles);
+    PairEstimator(HRule rule, int32_t mostAlleles);
 
-    std::optional<Varianz> components(const ShuffleTable& t1, const ShuffleTable& t2);
+    std::optional<VarianceComponents> components(const ShuffleTable& t1, const ShuffleTable& t2);
 
     // The same for two populations that were dealt out anew as whole individuals, given by
     // their pair places, each once. whole1, whole2: the tables of the populations. The second
     // sample is not counted: it is what the first one leaves over. The rule must be Hobs.
-    std::optional<Varianz> componentsOfDeal(const CodedLocus& locus, const ShuffleTable& whole1,
-                                            const ShuffleTable& whole2,
-                                            std::span<const int32_t> places1,
-                                            std::span<const int32_t> places2);
+    std::optional<VarianceComponents> componentsOfDeal(const CodedLocus& locus,
+                                                       const ShuffleTable& whole1,
+                                                       const ShuffleTable& whole2,
+                                                       std::span<const int32_t> places1,
+                                                       std::span<const int32_t> places2);
 
   private:
     // Writes the counts of an allele behind those before.
@@ -36,9 +37,10 @@ class PairEstimator {
         Counts2[Found] = count2;
         ++Found;
     }
-    std::optional<Varianz> estimate(const Tally& t1, const Tally& t2, double H1, double H2);
+    std::optional<VarianceComponents> estimate(const Tally& t1, const Tally& t2, double H1,
+                                               double H2);
 
-    HRegel Regel;
+    HRule Rule;
     ShuffleTable Drawn;           // the first sample of a deal
     std::size_t Found = 0;        // alleles in the lists
     std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step

@@ -33,11 +33,11 @@ void CodedSample::count() {
     }
 }
 
-PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask,
+PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask,
                    double undefined)
-    : Data(daten), Art(ShuffleArt::of(fstMask)), Undefined(undefined),
-      ByRest(Art.Permutation && hRegel(fstMask) == HRegel::Hobs), Shuffle(Data, Art),
-      Estimator(hRegel(fstMask), Data.mostAlleles()) {
+    : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
+      ByRest(Mode.Permutation && hRule(fstMask) == HRule::Hobs), Shuffle(Data, Mode),
+      Estimator(hRule(fstMask), Data.mostAlleles()) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -49,8 +49,8 @@ PairTest::PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fs
 }
 
 // The components of a locus in the last deal.
-std::optional<Varianz> PairTest::components(std::size_t pop1, std::size_t pop2,
-                                            const CodedSample& sample, std::size_t l) {
+std::optional<VarianceComponents> PairTest::components(std::size_t pop1, std::size_t pop2,
+                                                       const CodedSample& sample, std::size_t l) {
     if (ByRest && Shuffle.paired()) {
         return Estimator.componentsOfDeal(sample.locus(l), sample.table(pop1, l),
                                           sample.table(pop2, l), Shuffle.places(0),
@@ -60,18 +60,18 @@ std::optional<Varianz> PairTest::components(std::size_t pop1, std::size_t pop2,
     return Estimator.components(Tables[0], Tables[1]);
 }
 
-FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
+FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
     const auto pop1 = static_cast<std::size_t>(i);
     const auto pop2 = static_cast<std::size_t>(j);
     const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
-    FSummen sums;
-    if (Art.Linked && Data.loci() > 0) { // without loci there are no slots, either
+    FSums sums;
+    if (Mode.Linked && Data.loci() > 0) { // without loci there are no slots, either
         Shuffle.deal(pop1, pop2);
     }
     for (std::size_t l = 0; l < Data.loci(); ++l) {
-        std::optional<Varianz> v;
+        std::optional<VarianceComponents> v;
         if (hasBoth(l, pop1, pop2)) {
-            if (!Art.Linked) {
+            if (!Mode.Linked) {
                 Shuffle.deal(pop1, pop2);
             }
             v = components(pop1, pop2, sample, l);
@@ -87,15 +87,15 @@ FWerte PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatr
     return sums.values(Undefined);
 }
 
-FWerte PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
+FValues PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {
     const auto pop1 = static_cast<std::size_t>(i);
     const auto pop2 = static_cast<std::size_t>(j);
-    FSummen sums;
+    FSums sums;
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         if (!hasBoth(l, pop1, pop2)) {
             continue;
         }
-        const std::optional<Varianz> v =
+        const std::optional<VarianceComponents> v =
             Estimator.components(sample.table(pop1, l), sample.table(pop2, l));
         if (v) {
             sums.add(*v);

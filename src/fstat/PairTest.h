@@ -48,17 +48,17 @@ class PairTest {
   public:
     // tab: the observed tables. A locus without data there in one of two populations counts
     // for no shuffle of the pair. undefined: value of a statistic that cannot be computed.
-    PairTest(const Datensatz& daten, const AllelTabellen& tab, uint32_t fstMask, double undefined);
+    PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask, double undefined);
     PairTest(const PairTest&) = delete; // its members point to each other
     PairTest& operator=(const PairTest&) = delete;
     ~PairTest() = default;
 
     // Shuffles populations i and j (from 0) of `sample`, which was made from data().
     // locusTable: takes Fst of each locus in the column of the pair; null: not.
-    FWerte shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
+    FValues shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
     // The pair as `sample` has it, not shuffled.
-    FWerte unshuffled(int32_t i, int32_t j, const CodedSample& sample);
+    FValues unshuffled(int32_t i, int32_t j, const CodedSample& sample);
 
     const CodedData& data() const { return Data; }
 
@@ -67,11 +67,11 @@ class PairTest {
         const std::size_t row = l * Data.populations();
         return HasData[row + pop1] != 0 && HasData[row + pop2] != 0;
     }
-    std::optional<Varianz> components(std::size_t pop1, std::size_t pop2, const CodedSample& sample,
-                                      std::size_t l);
+    std::optional<VarianceComponents> components(std::size_t pop1, std::size_t pop2,
+                                                 const CodedSample& sample, std::size_t l);
 
     CodedData Data;
-    ShuffleArt Art;
+    ShuffleMode Mode;
     double Undefined;
     bool ByRest;               // the second sample of a deal is what the first leaves over
     std::vector<char> HasData; // observed gene copies: [locus x populations + population]

@@ -9,19 +9,19 @@
 
 namespace kva {
 
-ShuffleArt ShuffleArt::of(uint32_t fstMask) {
+ShuffleMode ShuffleMode::of(uint32_t fstMask) {
     return {hasBit(fstMask, FstBit::Genotypes), hasBit(fstMask, FstBit::Linked),
             hasBit(fstMask, FstBit::Permutation), hasBit(fstMask, FstBit::Jackknife)};
 }
 
 // --- Two populations -------------------------------------------------------------------
 
-PairShuffle::PairShuffle(const CodedData& data, const ShuffleArt& art) : Data(data), Art(art) {}
+PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art) : Data(data), Mode(art) {}
 
 PairShuffle::Side PairShuffle::slotsOf(std::size_t pop) const {
     const int32_t size = Data.slots(pop);
     return {Data.slotPlace(pop), size,
-            Art.Jackknife ? static_cast<int32_t>(jackknifedSlots(size)) : size};
+            Mode.Jackknife ? static_cast<int32_t>(jackknifedSlots(size)) : size};
 }
 
 PairShuffle::Side PairShuffle::pairsOf(std::size_t pop) const {
@@ -30,10 +30,10 @@ PairShuffle::Side PairShuffle::pairsOf(std::size_t pop) const {
 }
 
 void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
-    Paired = Art.Genotypes && Data.slots(pop1) % 2 == 0 && Data.slots(pop2) % 2 == 0;
+    Paired = Mode.Genotypes && Data.slots(pop1) % 2 == 0 && Data.slots(pop2) % 2 == 0;
     if (Paired) {
         dealUnits(pairsOf(pop1), pairsOf(pop2));
-    } else if (Art.Genotypes) {
+    } else if (Mode.Genotypes) {
         dealOddPairs(slotsOf(pop1), slotsOf(pop2));
     } else {
         dealUnits(slotsOf(pop1), slotsOf(pop2));
@@ -45,7 +45,7 @@ void PairShuffle::dealUnits(const Side& a, const Side& b) {
     Draws.resize(static_cast<std::size_t>(all));
     Units.resize(static_cast<std::size_t>(all));
     rand2Fill(Draws);
-    if (Art.Permutation) {
+    if (Mode.Permutation) {
         Pool.deal<1>(all, Draws, Units);
     } else {
         std::transform(Draws.begin(), Draws.end(), Units.begin(),
@@ -76,9 +76,9 @@ void PairShuffle::dealOddPairs(const Side& a, const Side& b) {
     }
     Pool.fill(all / 2);
     for (int32_t dealt = 0; dealt < all; dealt += 2) {
-        const int32_t pairs = Art.Permutation ? (all - dealt) / 2 : all / 2;
+        const int32_t pairs = Mode.Permutation ? (all - dealt) / 2 : all / 2;
         const int32_t r = std::max(drawIndex(pairs), 0);
-        const int32_t pair = Art.Permutation && pairs > 0 ? Pool.take(r) : r;
+        const int32_t pair = Mode.Permutation && pairs > 0 ? Pool.take(r) : r;
         const int32_t first = pairs > 0 ? 2 * pair : all - 1;
         const Side& from = first < a.Dealt ? a : b;
         const int32_t place = from.Base + first - (first < a.Dealt ? 0 : a.Dealt);

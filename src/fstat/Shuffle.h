@@ -17,20 +17,20 @@
 namespace kva {
 
 // The bits of FstMask that a shuffle follows.
-struct ShuffleArt {
+struct ShuffleMode {
     bool Genotypes;   // individuals stay together
     bool Linked;      // one shuffle serves all loci
     bool Permutation; // off: drawn with replacement
     bool Jackknife;   // the tails of the populations stay at home
 
-    static ShuffleArt of(uint32_t fstMask);
+    static ShuffleMode of(uint32_t fstMask);
 };
 
 // Shuffles of two populations.
 class PairShuffle {
   public:
     // `data` gives the places; it outlives the object.
-    PairShuffle(const CodedData& data, const ShuffleArt& art);
+    PairShuffle(const CodedData& data, const ShuffleMode& art);
 
     // Deals the slots of both populations (from 0) out anew.
     void deal(std::size_t pop1, std::size_t pop2);
@@ -59,7 +59,7 @@ class PairShuffle {
     void keepTail(std::size_t sample, const Side& side);
 
     const CodedData& Data;
-    ShuffleArt Art;
+    ShuffleMode Mode;
     bool Paired = false; // of the last deal: Places are pair places
     OrderedPool Pool;
     std::vector<float> Draws;                   // values of the random stream for a deal

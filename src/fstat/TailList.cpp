@@ -5,13 +5,13 @@
 namespace kva {
 
 void TailList::add(double v) {
-    if (v < (Untere.size() < K ? kStartUnten : Untere.back())) {
+    if (v < (Untere.size() < K ? kStartLower : Untere.back())) {
         if (Untere.size() == K) {
             Untere.pop_back();
         }
         Untere.insert(std::upper_bound(Untere.begin(), Untere.end(), v), v);
     }
-    if (v > (Obere.size() < K ? kStartOben : Obere.front())) {
+    if (v > (Obere.size() < K ? kStartUpper : Obere.front())) {
         if (Obere.size() < K) {
             Obere.insert(std::lower_bound(Obere.begin(), Obere.end(), v), v);
         } else {
@@ -23,12 +23,12 @@ void TailList::add(double v) {
 }
 
 double TailList::lower() const {
-    return K - 2 < Untere.size() ? Untere[K - 2] : kStartUnten;
+    return K - 2 < Untere.size() ? Untere[K - 2] : kStartLower;
 }
 
 double TailList::upper() const {
     const std::size_t fillers = K - Obere.size();
-    return fillers < 2 ? Obere[1 - fillers] : kStartOben;
+    return fillers < 2 ? Obere[1 - fillers] : kStartUpper;
 }
 
 } // namespace kva

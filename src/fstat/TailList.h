@@ -11,8 +11,8 @@ namespace kva {
 
 class TailList {
   public:
-    static constexpr double kStartUnten = 100000.0; // filler of the smallest values
-    static constexpr double kStartOben = -100000.0; // filler of the largest values
+    static constexpr double kStartLower = 100000.0;  // filler of the smallest values
+    static constexpr double kStartUpper = -100000.0; // filler of the largest values
 
     // k: length of both lists, at least 2.
     explicit TailList(std::size_t k) : K(k) {}

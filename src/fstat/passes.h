@@ -30,16 +30,16 @@ int globalFst(Run& run);
 // the alleles to sum over; tab[idx1 + 1], tab[idx2 + 1]: the samples; each a table per locus.
 // locusFile: takes Fst of each locus if the bit for that is on; null: not. locusTable: takes them
 // in the column of the pair, if its bits are on. 0.
-int estimatePair(const Run& run, long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci,
+int estimatePair(const Run& run, long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
                  long idx1, long idx2, ResultFile* locusFile, CMatrix& locusTable);
 
 // All pairs of `tab` (as PopAllele), with "Fst_per_locus.xls" if its bit is on. 0; 1 if `tab` is
 // empty.
-int estimatePairs(Run& run, FTripel& f, const AllelTabellen& tab, CMatrix& locusTable);
+int estimatePairs(Run& run, FTriple& f, const SampleTables& tab, CMatrix& locusTable);
 
 // Log-likelihood ratio G of a pair, another test statistic beside Fst: stored in all three
 // matrices. 0.0 where there is nothing to compare. 0.
-int logLikelihoodRatio(long i, long j, FTripel& f, const AllelTabellen& tab, long nLoci, long idx1,
+int logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
                        long idx2);
 
 // --- Tests of pairs -----------------------------------------------------------------------
@@ -47,13 +47,13 @@ int logLikelihoodRatio(long i, long j, FTripel& f, const AllelTabellen& tab, lon
 // FstPermutation.cpp: permutation test of the observed f of all pairs. p: plain p-values above,
 // corrected ones (times the number of pairs) below the diagonal. locusTable: holds values of the
 // last permutation then. Seeds and draws from the random stream. 0.
-int testPairs(const Run& run, FTripel& p, const FTripel& f, const AllelTabellen& tab,
+int testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
               CMatrix& locusTable);
 
 // FstRandomDiscard.cpp: the same on data thinned anew in each permutation. f: takes the means of
 // the test statistics. untergrenze, obergrenze: take the limits of Fst, if the bit for that is on.
 // 0.
-int testThinnedPairs(const Run& run, FTripel& p, FTripel& f, const AllelTabellen& tab,
+int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables& tab,
                      CMatrix& untergrenze, CMatrix& obergrenze, CMatrix& locusTable);
 
 // FstRandomDiscard.cpp: draws one thinned data set: the source of each slot. `sheet` comes with all
@@ -66,8 +66,7 @@ int drawThinnedSheet(const Run& run, SlotSheet& sheet);
 // locus: five rows, takes the values of each locus (column). 0; 1 with fewer than two populations
 // and `locus` untouched.
 int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double& gst,
-                   double& gstStrich, CMatrix& locus, const AllelTabellen& tab, int nLoci,
-                   int nPop);
+                   double& gstStrich, CMatrix& locus, const SampleTables& tab, int nLoci, int nPop);
 
 // Permutation test of the observed values that come in; p-values of Fst, Gst, Gst' over all loci
 // and, in rows 0 to 2, of each locus. Seeds and draws from the random stream. 0.

@@ -31,7 +31,7 @@ Sizes addUp(std::span<const GlobalSample> samples) {
     return sum;
 }
 
-Varianz globalComponents(const GlobalLocus& g, const Sizes& sum) {
+VarianceComponents globalComponents(const GlobalLocus& g, const Sizes& sum) {
     const double s = sum.s;
     const double sumN = sum.sumN;
     const double nbar = sumN / s;
@@ -59,21 +59,21 @@ Varianz globalComponents(const GlobalLocus& g, const Sizes& sum) {
 
 } // namespace
 
-HRegel hRegel(uint32_t fstMask) {
+HRule hRule(uint32_t fstMask) {
     if (hasBit(fstMask, FstBit::HObs)) {
-        return HRegel::Hobs;
+        return HRule::Hobs;
     }
-    return hasBit(fstMask, FstBit::HExp) ? HRegel::Hexp : HRegel::Auto;
+    return hasBit(fstMask, FstBit::HExp) ? HRule::Hexp : HRule::Auto;
 }
 
-std::optional<double> locusFst(const Varianz& v) {
+std::optional<double> locusFst(const VarianceComponents& v) {
     if (v.a == 0.0 && v.b == 0.0 && v.c == 0.0) {
         return std::nullopt;
     }
     return v.a / (v.a + v.b + v.c);
 }
 
-FWerte FSummen::values(double undefined) const {
+FValues FSums::values(double undefined) const {
     if (B == 0.0 && C == 0.0) {
         return {undefined, undefined, undefined};
     }
@@ -87,9 +87,9 @@ void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double v
     }
 }
 
-void GlobalSummen::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined) {
+void GlobalSums::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined) {
     const Sizes sizes = addUp(g.samples);
-    fillColumn(locus, FZeile::Fst, FZeile::Fis, l, undefined);
+    fillColumn(locus, FRow::Fst, FRow::Fis, l, undefined);
     if (g.samples.empty()) {
         return;
     }
@@ -100,29 +100,29 @@ void GlobalSummen::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double u
     TotHmax += hmax;
     const bool varies = g.Ht >= kLeastHt;
     const double gst = varies ? 1.0 - hs / g.Ht : undefined;
-    locus(FZeile::Gst, l) = gst;
-    locus(FZeile::GstStrich, l) = varies ? gst / (1.0 - hs / hmax) : undefined;
+    locus(FRow::Gst, l) = gst;
+    locus(FRow::GstStrich, l) = varies ? gst / (1.0 - hs / hmax) : undefined;
     if (sizes.sumN <= sizes.s) {
         return; // every population has one individual
     }
-    const Varianz v = globalComponents(g, sizes);
+    const VarianceComponents v = globalComponents(g, sizes);
     f.add(v);
     if (v.b == 0.0 && v.c == 0.0) {
         return;
     }
     const double T = v.a + v.b + v.c;
-    locus(FZeile::Fst, l) = v.a / T;
-    locus(FZeile::Fit, l) = 1.0 - v.c / T;
-    locus(FZeile::Fis, l) = 1.0 - v.c / (v.b + v.c);
+    locus(FRow::Fst, l) = v.a / T;
+    locus(FRow::Fit, l) = 1.0 - v.c / T;
+    locus(FRow::Fis, l) = 1.0 - v.c / (v.b + v.c);
 }
 
-GlobalWerte GlobalSummen::values(double undefined) const {
-    GlobalWerte werte{f.values(undefined), undefined, undefined};
+GlobalValues GlobalSums::values(double undefined) const {
+    GlobalValues values{f.values(undefined), undefined, undefined};
     if (TotHt >= kLeastHt) {
-        werte.gst = 1.0 - TotHs / TotHt;
-        werte.gstStrich = werte.gst / (1.0 - TotHs / TotHmax);
+        values.gst = 1.0 - TotHs / TotHt;
+        values.gstStrich = values.gst / (1.0 - TotHs / TotHmax);
     }
-    return werte;
+    return values;
 }
 
 } // namespace kva

@@ -18,7 +18,7 @@
 namespace kva {
 
 // Which heterozygosity stands for H in the estimators.
-enum class HRegel {
+enum class HRule {
     Hobs, // the observed one, also for inbred data
     Hexp, // the expected one
     Auto  // the expected one for inbred data only
@@ -26,37 +26,37 @@ enum class HRegel {
 
 // The rule of the word of flags. With both bits on the observed one wins; with neither
 // the choice is automatic, and the bit for that is not looked at.
-HRegel hRegel(uint32_t fstMask);
+HRule hRule(uint32_t fstMask);
 
 // H of one sample. Table: AllelCount or ShuffleTable.
-template <class Table> double sampleH(HRegel regel, const Table& t) {
-    const bool expected = regel == HRegel::Hexp || (regel == HRegel::Auto && t.isHaploid());
+template <class Table> double sampleH(HRule rule, const Table& t) {
+    const bool expected = rule == HRule::Hexp || (rule == HRule::Auto && t.isHaploid());
     return expected ? t.CalcHet() : t.CalcHetobs();
 }
 
 // The rule for a pair: one haploid sample turns both to the expected heterozygosity.
-template <class Table> HRegel pairRegel(HRegel regel, const Table& t1, const Table& t2) {
-    if (regel != HRegel::Auto) {
-        return regel;
+template <class Table> HRule pairRule(HRule rule, const Table& t1, const Table& t2) {
+    if (rule != HRule::Auto) {
+        return rule;
     }
-    return t1.isHaploid() || t2.isHaploid() ? HRegel::Hexp : HRegel::Hobs;
+    return t1.isHaploid() || t2.isHaploid() ? HRule::Hexp : HRule::Hobs;
 }
 
 // Components of variance of one locus: between populations, between individuals within
 // populations, within individuals.
-struct Varianz {
+struct VarianceComponents {
     double a;
     double b;
     double c;
 };
 
 // Fst of a single locus; nothing if all three components are 0.
-std::optional<double> locusFst(const Varianz& v);
+std::optional<double> locusFst(const VarianceComponents& v);
 
 // Sums of the components over loci.
-class FSummen {
+class FSums {
   public:
-    void add(const Varianz& v) {
+    void add(const VarianceComponents& v) {
         A += v.a;
         B += v.b;
         C += v.c;
@@ -64,7 +64,7 @@ class FSummen {
 
     // Fst, Fit, Fis: ratios of the sums. All `undefined` if B and C are both 0; no other
     // division is guarded.
-    FWerte values(double undefined) const;
+    FValues values(double undefined) const;
 
   private:
     double A = 0.0;
@@ -115,7 +115,7 @@ inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, doub
 // The components of a pair's locus; a sample of n gene copies has n / 2 individuals, also
 // if it is haploid. Nothing if a sample is empty, both have 2 individuals or fewer
 // together, an H is negative or there are no alleles.
-inline std::optional<Varianz> pairComponents(const PairLocus& locus) {
+inline std::optional<VarianceComponents> pairComponents(const PairLocus& locus) {
     const double nA = locus.copies1 * 0.5;
     const double nB = locus.copies2 * 0.5;
     const double S = nA + nB;
@@ -143,7 +143,7 @@ inline std::optional<Varianz> pairComponents(const PairLocus& locus) {
     const double H = (nA * locus.H1 + nB * locus.H2) / S;
     a += S * H / (2.0 * nc * (S - 2.0));
     b -= (S / (S - 2.0) + 1.0) * H / 2.0;
-    return Varianz{a, b, H};
+    return VarianceComponents{a, b, H};
 }
 
 // --- Many samples ----------------------------------------------------------------------
@@ -164,24 +164,24 @@ struct GlobalLocus {
 };
 
 // Fst, Fit, Fis, Gst, Gst' over all loci.
-struct GlobalWerte {
-    FWerte f;
+struct GlobalValues {
+    FValues f;
     double gst;
     double gstStrich;
 };
 
 // Sums over loci for many samples.
-class GlobalSummen {
+class GlobalSums {
   public:
     // Adds a locus and writes its five values to column l of `locus` (five rows);
     // `undefined` where there is none. Rows Gst and Gst' keep what they held if no
     // population counts.
     void add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined);
 
-    GlobalWerte values(double undefined) const;
+    GlobalValues values(double undefined) const;
 
   private:
-    FSummen f;
+    FSums f;
     double TotHt = 0.0;   // heterozygosity of the pool
     double TotHs = 0.0;   // mean heterozygosity within populations
     double TotHmax = 0.0; // largest heterozygosity of the pool for that

@@ -26,12 +26,12 @@ namespace kva {
 namespace {
 
 // One of the nine sheets: file name and cell.
-struct BereichSheet {
+struct RangeSheet {
     const char* Name;
     double (*Cell)(const HetBereich& bereich);
 };
 
-constexpr std::array<BereichSheet, 9> kBereichSheets = {{
+constexpr std::array<RangeSheet, 9> kRangeSheets = {{
     {"HetRangeMin.xls", [](const HetBereich& b) { return b.H.Min; }},
     {"HetRangeMean.xls", [](const HetBereich& b) { return b.H.Summe / b.Anzahl; }},
     {"HetRangeMax.xls", [](const HetBereich& b) { return b.H.Max; }},
@@ -109,7 +109,7 @@ long heterozygosityRange(Run& run) {
     }
     AUSGABE(Message::HetRangeBegin);
     {
-        PassFolder folder(run, Ordner::ResamplingData);
+        PassFolder folder(run, Folder::ResamplingData);
         if (!folder.entered()) {
             return folder.status();
         }
@@ -121,10 +121,10 @@ long heterozygosityRange(Run& run) {
 }
 
 long writeHeterozygosityRanges(Run& run) {
-    std::vector<HetTabelle> tabellen(static_cast<std::size_t>(run.AnzLoci));
-    std::array<ResultFile, kBereichSheets.size()> sheets;
+    std::vector<HetTable> tabellen(static_cast<std::size_t>(run.AnzLoci));
+    std::array<ResultFile, kRangeSheets.size()> sheets;
     for (std::size_t s = 0; s < sheets.size(); ++s) {
-        sheets[s] = run.OpenResult(kBereichSheets[s].Name, "wb+");
+        sheets[s] = run.OpenResult(kRangeSheets[s].Name, "wb+");
         writeLociHead(sheets[s], *run.Daten, run.DatenFormat);
     }
     for (int pop = 0; pop < run.AnzPop; ++pop) {
@@ -135,7 +135,7 @@ long writeHeterozygosityRanges(Run& run) {
                 if (locus.Anzahl <= 0) {
                     writeTabNd(sheets[s]);
                 } else {
-                    writeTabReal(sheets[s], kBereichSheets[s].Cell(locus));
+                    writeTabReal(sheets[s], kRangeSheets[s].Cell(locus));
                 }
             }
             sheets[s].character('\n');
@@ -144,12 +144,12 @@ long writeHeterozygosityRanges(Run& run) {
     return 0;
 }
 
-std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTabelle>& tabellen) {
+std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen) {
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
         tabellen[l].Load(run.Daten->Loci[l], pop + 1,
                          run.PopAllele[static_cast<std::size_t>(pop) + 1][l]);
     }
-    HetReplikaSheets sheets = openReplicateSheets(run, pop);
+    HetReplicateSheets sheets = openReplicateSheets(run, pop);
     AUSGABE(Message::HetRangeMark, ".");
     const int32_t entries = entriesOf(*run.Daten, pop);
     const DrawShape shape = drawShape(run.HetRangeMask, entries);
@@ -169,8 +169,8 @@ std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTab
     return bereich;
 }
 
-HetReplikaSheets openReplicateSheets(Run& run, int pop) {
-    HetReplikaSheets sheets;
+HetReplicateSheets openReplicateSheets(Run& run, int pop) {
+    HetReplicateSheets sheets;
     if (!hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets)) {
         return sheets;
     }
@@ -198,8 +198,8 @@ int drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& stic
 }
 
 int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
-                      std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
-                      HetReplikaSheets& sheets) {
+                      std::vector<HetBereich>& bereich, std::vector<HetTable>& tabellen,
+                      HetReplicateSheets& sheets) {
     const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
     const bool randomDiscard = hasBit(run.HetRangeMask, HetRangeBit::RandomDiscard);
     const bool correct = hasBit(run.HetRangeMask, HetRangeBit::CorrectZero);
@@ -211,7 +211,7 @@ int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichpr
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
         tabellen[l].Clr();
         tabellen[l].Add(stichprobe.Row(linked ? 0 : static_cast<int32_t>(l)), randomDiscard);
-        HetStatistik wert = tabellen[l].Statistics();
+        HetStatistics wert = tabellen[l].Statistics();
         if (correct) {
             wert.H = correctHeterozygosity(wert.H, wert.n);
         }

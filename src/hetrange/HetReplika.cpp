@@ -39,7 +39,7 @@ void HetStichprobe::MarkPast(int32_t first, int32_t missing) {
 
 // --- The table of a replicate ----------------------------------------------------------
 
-void HetTabelle::Load(const LociObj& locus, int pop, const AllelCount& alleles) {
+void HetTable::Load(const LociObj& locus, int pop, const AllelCount& alleles) {
     const std::span<const int32_t> entries = locus.DataSlots(pop);
     const std::span<const int32_t> infos = locus.InfoSlots(pop);
     Codes.assign(entries.size() + 1, 0);
@@ -62,7 +62,7 @@ void HetTabelle::Load(const LociObj& locus, int pop, const AllelCount& alleles) 
     Clr();
 }
 
-void HetTabelle::Clr() {
+void HetTable::Clr() {
     for (int32_t i = 0; i < Seen; ++i) {
         Counts[static_cast<std::size_t>(Order[static_cast<std::size_t>(i)])] = 0;
     }
@@ -72,13 +72,13 @@ void HetTabelle::Clr() {
     Chromosomes = 0;
 }
 
-inline void HetTabelle::addEntry(int32_t code) {
+inline void HetTable::addEntry(int32_t code) {
     if (Counts[static_cast<std::size_t>(code)]++ == 0) {
         Order[static_cast<std::size_t>(Seen++)] = code;
     }
 }
 
-void HetTabelle::addDiscarded(int32_t first, int32_t second) {
+void HetTable::addDiscarded(int32_t first, int32_t second) {
     const int32_t kept = rand2() < 0.5F ? second : first;
     const int32_t code = Codes[static_cast<std::size_t>(kept)];
     addEntry(code);
@@ -86,7 +86,7 @@ void HetTabelle::addDiscarded(int32_t first, int32_t second) {
     HaploidCopies += code != 0 ? 2 : 0; // both copies take the flag of the first entry
 }
 
-void HetTabelle::Add(std::span<const int32_t> row, bool randomDiscard) {
+void HetTable::Add(std::span<const int32_t> row, bool randomDiscard) {
     const std::size_t places = row.size() / 2 * 2;
     const bool uniform = !AnyHaploid || (AllHaploid && !randomDiscard);
     if (uniform) { // no flag to look at
@@ -101,7 +101,7 @@ void HetTabelle::Add(std::span<const int32_t> row, bool randomDiscard) {
 }
 
 // The hot loop: everything it touches is local.
-void HetTabelle::addUniform(std::span<const int32_t> row) {
+void HetTable::addUniform(std::span<const int32_t> row) {
     const int32_t* const codes = Codes.data();
     int32_t* const counts = Counts.data();
     int32_t* next = Order.data() + Seen;
@@ -114,7 +114,7 @@ void HetTabelle::addUniform(std::span<const int32_t> row) {
     Seen = static_cast<int32_t>(next - Order.data());
 }
 
-void HetTabelle::addPair(int32_t first, int32_t second, bool randomDiscard) {
+void HetTable::addPair(int32_t first, int32_t second, bool randomDiscard) {
     if (randomDiscard && Haploid[static_cast<std::size_t>(first)] != 0) {
         addDiscarded(first, second);
         return;
@@ -127,8 +127,8 @@ void HetTabelle::addPair(int32_t first, int32_t second, bool randomDiscard) {
 }
 
 // Sums over the alleles in the order of their first appearance.
-HetTabelle::Summen HetTabelle::sums() const {
-    Summen result;
+HetTable::Sums HetTable::sums() const {
+    Sums result;
     for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
         if (code != 0) {
             const auto row = static_cast<std::size_t>(code);
@@ -140,7 +140,7 @@ HetTabelle::Summen HetTabelle::sums() const {
     return result;
 }
 
-double HetTabelle::deviations(double mean) const {
+double HetTable::deviations(double mean) const {
     double sum = 0.0;
     for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
         if (code != 0) {
@@ -152,8 +152,8 @@ double HetTabelle::deviations(double mean) const {
     return sum;
 }
 
-HetStatistik HetTabelle::Statistics() const {
-    HetStatistik result;
+HetStatistics HetTable::Statistics() const {
+    HetStatistics result;
     if (Copies == 0) {
         return result;
     }
@@ -162,22 +162,22 @@ HetStatistik HetTabelle::Statistics() const {
     if (Chromosomes > 2) {
         const double C = Chromosomes;
         const double factor = C / (C - 2.0);
-        const Summen summen = sums();
-        result.H = std::min(factor * (1.0 - summen.Squares), 1.0);
-        result.V = factor * deviations(summen.Numbers / Copies) / Copies;
+        const Sums total = sums();
+        result.H = std::min(factor * (1.0 - total.Squares), 1.0);
+        result.V = factor * deviations(total.Numbers / Copies) / Copies;
     }
     return result;
 }
 
 // --- Running statistics ------------------------------------------------------------------
 
-void HetSpanne::add(double value) {
+void HetSpan::add(double value) {
     Min = std::min(Min, value);
     Summe += value;
     Max = std::max(Max, value);
 }
 
-void HetBereich::Add(int replikat, const HetStatistik& wert) {
+void HetBereich::Add(int replikat, const HetStatistics& wert) {
     if (replikat < 1) {
         addFirst(wert);
     } else {
@@ -186,7 +186,7 @@ void HetBereich::Add(int replikat, const HetStatistik& wert) {
 }
 
 // A first heterozygosity of exactly 0 does not count, a later one does: wanted.
-void HetBereich::addFirst(const HetStatistik& wert) {
+void HetBereich::addFirst(const HetStatistics& wert) {
     if (wert.H <= 0) {
         H = {kNoHMin, 0.0, 0.0};
         Anzahl = 0;
@@ -202,7 +202,7 @@ void HetBereich::addFirst(const HetStatistik& wert) {
     A.start(wert.A);
 }
 
-void HetBereich::addLater(const HetStatistik& wert) {
+void HetBereich::addLater(const HetStatistics& wert) {
     if (wert.H >= 0) {
         H.add(wert.H);
         Anzahl += 1;

@@ -42,7 +42,7 @@ class HetStichprobe {
 
 // Heterozygosity, variance and number of alleles of one sample at one locus, -1.0 where
 // there is none.
-struct HetStatistik {
+struct HetStatistics {
     double H = -1.0; // AllelCount::CalcHet()
     double V = -1.0; // AllelCount::CalcVar(CalcMean())
     double A = -1.0; // distinct alleles
@@ -50,7 +50,7 @@ struct HetStatistik {
 };
 
 // One locus of one population, and the counts of the running replicate.
-class HetTabelle {
+class HetTable {
   public:
     // Takes the entries of population `pop` (from 1) and its sorted allele table.
     void Load(const LociObj& locus, int pop, const AllelCount& alleles);
@@ -64,18 +64,18 @@ class HetTabelle {
     void Add(std::span<const int32_t> row, bool randomDiscard);
 
     // The statistics of what is counted.
-    HetStatistik Statistics() const;
+    HetStatistics Statistics() const;
 
   private:
     void addEntry(int32_t code);
     void addUniform(std::span<const int32_t> row);
     void addPair(int32_t first, int32_t second, bool randomDiscard);
     void addDiscarded(int32_t first, int32_t second);
-    struct Summen {
+    struct Sums {
         double Squares = 0.0; // of the allele frequencies
         double Numbers = 0.0; // of the allele numbers of all copies
     };
-    Summen sums() const;
+    Sums sums() const;
     double deviations(double mean) const; // sum of the squared distances to `mean`
 
     // Per entry of the population, and one behind the last that reads as missing.
@@ -94,7 +94,7 @@ class HetTabelle {
 };
 
 // Minimum, sum and maximum of one statistic over the replicates.
-struct HetSpanne {
+struct HetSpan {
     double Min = 0.0;
     double Summe = 0.0;
     double Max = 0.0;
@@ -108,16 +108,16 @@ class HetBereich {
   public:
     // Takes the statistics of replicate `replikat` (from 0). The first replicate has its
     // own rules.
-    void Add(int replikat, const HetStatistik& wert);
+    void Add(int replikat, const HetStatistics& wert);
 
-    HetSpanne H;
-    HetSpanne V;
-    HetSpanne A;       // see Add: only replicates without any allele move it
+    HetSpan H;
+    HetSpan V;
+    HetSpan A;         // see Add: only replicates without any allele move it
     double Anzahl = 0; // replicates that counted for H; the divisor of all means
 
   private:
-    void addFirst(const HetStatistik& wert);
-    void addLater(const HetStatistik& wert);
+    void addFirst(const HetStatistics& wert);
+    void addLater(const HetStatistics& wert);
 };
 
 // The heterozygosity put in the place of 0 and of (nearly) 1: the smallest and the largest
@@ -126,7 +126,7 @@ class HetBereich {
 double correctHeterozygosity(double H, int32_t n);
 
 // The three sheets that hold every replicate of a population; closed if not asked for.
-struct HetReplikaSheets {
+struct HetReplicateSheets {
     ResultFile Het;
     ResultFile Var;
     ResultFile Allele;

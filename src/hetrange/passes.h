@@ -18,11 +18,11 @@ long heterozygosityRange(Run& run);
 long writeHeterozygosityRanges(Run& run);
 
 // Resamples population `pop` (from 0). Result: an entry per locus.
-std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTabelle>& tabellen);
+std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen);
 
 // The sheets of every replicate of a population (from 0), with heads; closed ones if they are not
 // asked for.
-HetReplikaSheets openReplicateSheets(Run& run, int pop);
+HetReplicateSheets openReplicateSheets(Run& run, int pop);
 
 // Draws the sample of one replicate for a population (from 0): a random number per place, row by
 // row. Without HetRangeBit::Draw the sample stays as it was. 0.
@@ -32,8 +32,8 @@ int drawReplicate(const Run& run, int replikat, int pop, HetStichprobe& stichpro
 // into `bereich`. `bereich` and `tabellen` hold an entry per locus. 0, or -100 if the H of the last
 // locus is negative.
 int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
-                      std::vector<HetBereich>& bereich, std::vector<HetTabelle>& tabellen,
-                      HetReplikaSheets& sheets);
+                      std::vector<HetBereich>& bereich, std::vector<HetTable>& tabellen,
+                      HetReplicateSheets& sheets);
 
 } // namespace kva
 

@@ -12,38 +12,38 @@ namespace kva {
 class ResultFolder;
 
 // A pass's folder and the two messages of the catalogue for it.
-struct OrdnerRegel {
-    const char* Name;               // folder under the result folder
-    Message MeldungVorhanden;       // an existing folder cannot be entered (or none made)
-    Message MeldungNeu;             // the folder just made cannot be entered
-    bool MkdirFehlerMelden = false; // wanted oddity of "Single_data": any failure of mkdir is
-                                    // told by MeldungVorhanden, and the pass goes on to enter
+struct FolderRule {
+    const char* Name;       // folder under the result folder
+    Message NotEntered;     // an existing folder cannot be entered (or none made)
+    Message NewNotEntered;  // the folder just made cannot be entered
+    bool TellMkdir = false; // wanted oddity of "Single_data": any failure of mkdir is
+                            // told by NotEntered, and the pass goes on to enter
 };
 
-namespace Ordner {
-constexpr OrdnerRegel Allelecount{"Allelecount", Message::CountNotMade, Message::CountNotEntered};
-constexpr OrdnerRegel SingleData{"Single_data", Message::SingleDataNotMade,
-                                 Message::SingleDataNotEntered, true};
-constexpr OrdnerRegel GroupData{"Group_data", Message::GroupDataNotMade,
-                                Message::GroupDataNotEntered};
-constexpr OrdnerRegel FormatsData{"Formats&Data", Message::FormatsNotMade,
-                                  Message::FormatsNotEntered};
-constexpr OrdnerRegel IMFormat{"IM_Format", Message::FormatsNotMade,
-                               Message::FormatsNotEntered}; // inside FormatsData
-constexpr OrdnerRegel DistanceData{"Distance_data", Message::DistanceNotMade,
-                                   Message::DistanceNotEntered};
+namespace Folder {
+constexpr FolderRule Allelecount{"Allelecount", Message::CountNotMade, Message::CountNotEntered};
+constexpr FolderRule SingleData{"Single_data", Message::SingleDataNotMade,
+                                Message::SingleDataNotEntered, true};
+constexpr FolderRule GroupData{"Group_data", Message::GroupDataNotMade,
+                               Message::GroupDataNotEntered};
+constexpr FolderRule FormatsData{"Formats&Data", Message::FormatsNotMade,
+                                 Message::FormatsNotEntered};
+constexpr FolderRule IMFormat{"IM_Format", Message::FormatsNotMade,
+                              Message::FormatsNotEntered}; // inside FormatsData
+constexpr FolderRule DistanceData{"Distance_data", Message::DistanceNotMade,
+                                  Message::DistanceNotEntered};
 // The two messages speak of "Distance_data": the pass has none of its own.
-constexpr OrdnerRegel FStatistic{"F-Statistic", Message::DistanceNotMade,
-                                 Message::DistanceNotEntered};
-constexpr OrdnerRegel ResamplingData{"Resampling_data", Message::ResamplingNotMade,
-                                     Message::ResamplingNotEntered};
-} // namespace Ordner
+constexpr FolderRule FStatistic{"F-Statistic", Message::DistanceNotMade,
+                                Message::DistanceNotEntered};
+constexpr FolderRule ResamplingData{"Resampling_data", Message::ResamplingNotMade,
+                                    Message::ResamplingNotEntered};
+} // namespace Folder
 
 class PassFolder {
   public:
     // Makes the folder (mode 0777) and enters it; a failure is told on the console. Result
     // files opened meanwhile are shown with the folder's name in failure lines.
-    PassFolder(ResultFolder& folder, const OrdnerRegel& regel);
+    PassFolder(ResultFolder& folder, const FolderRule& rule);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.
     ~PassFolder();
@@ -58,15 +58,15 @@ class PassFolder {
     // Makes and enters a folder inside, by its relative name; a failure is told on the
     // console and leaves the process where it is. Result as status(). The end of the
     // stay leads back to ResultPfad all the same.
-    int enterInner(const OrdnerRegel& regel);
+    int enterInner(const FolderRule& rule);
 
     // Leaves the process in the folder when the pass ends: wanted where a pass ends early.
-    void stay() { Bleibt = true; }
+    void stay() { Stays = true; }
 
   private:
     ResultFolder& Root; // NOT OWNED
     int Status = 0;
-    bool Bleibt = false; // stay() was called
+    bool Stays = false; // stay() was called
 };
 
 } // namespace kva

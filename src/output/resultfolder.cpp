@@ -57,27 +57,27 @@ ResultFolder::~ResultFolder() {
     }
 }
 
-int ResultFolder::MakeNext(const std::string& dateiName) {
-    OrdnerFehlt = true;
-    if (DateiPfad.empty()) {
-        DateiPfad = absolutePath(dateiName);
+int ResultFolder::MakeNext(const std::string& dataFile) {
+    FolderMissing = true;
+    if (DataPath.empty()) {
+        DataPath = absolutePath(dataFile);
     }
-    std::string ordner = dateiName;
-    int error = DateiPfad.empty() ? ENOENT : makeNumberedFolder(DateiPfad + "_KVAresult", ordner);
-    if (error == 0 && chdir(ordner.c_str()) != 0) {
+    std::string folder = dataFile;
+    int error = DataPath.empty() ? ENOENT : makeNumberedFolder(DataPath + "_KVAresult", folder);
+    if (error == 0 && chdir(folder.c_str()) != 0) {
         error = errno;
     }
     if (error != 0) {
         AUSGABE(Message::ResultNotEntered);
-        std::cout << "Cannot make result folder " << ordner << ": " << std::strerror(error)
+        std::cout << "Cannot make result folder " << folder << ": " << std::strerror(error)
                   << std::endl;
         return 1;
     }
-    OrdnerFehlt = false;
-    StartPfad = folderOf(DateiPfad);
-    DateiKurzName = DateiPfad.substr(DateiPfad.rfind('/') + 1);
-    ResultPfad = ordner;
-    AktuellerOrdner.clear();
+    FolderMissing = false;
+    StartPfad = folderOf(DataPath);
+    DateiKurzName = DataPath.substr(DataPath.rfind('/') + 1);
+    ResultPfad = folder;
+    CurrentFolder.clear();
     (void)LogDatei.close(); // its failure was told
     LogDatei = OpenResult("KVA.log", "wb");
     return 0;
@@ -92,7 +92,7 @@ bool ResultFolder::Enter() const {
 }
 
 ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
-    return {name, mode, AktuellerOrdner + name,
+    return {name, mode, CurrentFolder + name,
             [this](const std::string& shownName, const std::string& reason) {
                 reportFailure(shownName, reason);
             }};

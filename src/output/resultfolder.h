@@ -26,7 +26,7 @@ class ResultFolder {
 
     // Makes the next numbered folder for a data file, named as it was typed, enters it and opens
     // its log. 0; 1 if that failed, with the paths and the log as they were.
-    int MakeNext(const std::string& dateiName);
+    int MakeNext(const std::string& dataFile);
 
     // Goes into the result folder itself; false, with message 14, if that fails.
     bool Enter() const;
@@ -39,14 +39,14 @@ class ResultFolder {
     // without a log.
     void LogEntry(const char* text);
 
-    std::string StartPfad;       // absolute; folder to go back to, empty until MakeNext
-    std::string ResultPfad;      // absolute; the numbered result folder, empty until MakeNext
-    std::string DateiKurzName;   // data file without its folder, set by MakeNext
-    std::string DateiPfad;       // absolute path of the data file, set at the first MakeNext
-    std::string AktuellerOrdner; // folder of the running pass inside the result folder, for
-                                 // failure lines; set by PassFolder
-    bool OrdnerFehlt = false;    // the last MakeNext failed: no pass may run
-    ResultFile LogDatei;         // the run log "KVA.log"
+    std::string StartPfad;      // absolute; folder to go back to, empty until MakeNext
+    std::string ResultPfad;     // absolute; the numbered result folder, empty until MakeNext
+    std::string DateiKurzName;  // data file without its folder, set by MakeNext
+    std::string DataPath;       // absolute path of the data file, set at the first MakeNext
+    std::string CurrentFolder;  // folder of the running pass inside the result folder, for
+                                // failure lines; set by PassFolder
+    bool FolderMissing = false; // the last MakeNext failed: no pass may run
+    ResultFile LogDatei;        // the run log "KVA.log"
 
   private:
     void reportFailure(const std::string& name, const std::string& reason);

@@ -56,9 +56,9 @@ void writeLabel(ResultFile& f, const std::string& label) {
     f.character('\t');
 }
 
-void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat) {
+void writeLociHead(ResultFile& f, const Datensatz& daten, int dataFormat) {
     daten.LociNamenK(f);
-    if (datenFormat == 2) {
+    if (dataFormat == 2) {
         daten.LociNamenK2(f);
     }
 }

@@ -33,7 +33,7 @@ void writeLabel(ResultFile& f, const std::string& label);
 
 // The head of a sheet with one column per locus: the line of first names and, in
 // two-column data, the line of second names.
-void writeLociHead(ResultFile& f, const Datensatz& daten, int datenFormat);
+void writeLociHead(ResultFile& f, const Datensatz& daten, int dataFormat);
 
 // The label of sample p: "Total" for 0, else the name of population p.
 std::string sampleLabel(const Datensatz& daten, int p);

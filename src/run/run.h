@@ -43,9 +43,9 @@ class Run : public AnalyseSettings, public LoadedData, public ResultFolder {
     int32_t GapBasen = 15;              // large gap, in base pairs
     int32_t AllelMaxLaenge = 300;       // longest plausible allele, in base pairs
     int32_t AllelMinLaenge = 35;        // shortest plausible allele, in base pairs
-    AllelTabellen PopAllele;            // entry 0 the pool, entry p population p; empty until
+    SampleTables PopAllele;             // entry 0 the pool, entry p population p; empty until
                                         // counted
-    AllelTabellen IndAllele;            // one entry per individual; empty until counted
+    SampleTables IndAllele;             // one entry per individual; empty until counted
     int32_t AnzInd = 0;                 // individuals in IndAllele
 };
 

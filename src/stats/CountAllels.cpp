@@ -18,7 +18,7 @@ namespace kva {
 
 namespace {
 
-int longestTable(const AllelTabelle& tables) {
+int longestTable(const LocusTables& tables) {
     int rows = 0;
     for (const AllelCount& table : tables) {
         rows = std::max(rows, table.AnzAllele);
@@ -27,7 +27,7 @@ int longestTable(const AllelTabelle& tables) {
 }
 
 // The rows of one sample in one sheet; `cell` writes a table's pair of cells.
-void writeRows(ResultFile& sheet, const AllelTabelle& tables,
+void writeRows(ResultFile& sheet, const LocusTables& tables,
                void (AllelCount::*cell)(ResultFile&, int) const) {
     const int rows = longestTable(tables);
     for (int row = 0; row < rows; ++row) {
@@ -41,7 +41,7 @@ void writeRows(ResultFile& sheet, const AllelTabelle& tables,
 }
 
 void writeBlocks(ResultFile& zahl, ResultFile& freq, const std::string& label,
-                 const AllelTabelle& tables) {
+                 const LocusTables& tables) {
     if (zahl.isOpen()) {
         zahl.text(label);
         writeRows(zahl, tables, &AllelCount::AllelZahl);
@@ -53,8 +53,8 @@ void writeBlocks(ResultFile& zahl, ResultFile& freq, const std::string& label,
 }
 
 // The sorted tables of all loci for population `pop`, or the pool for 0.
-AllelTabelle countSample(const Datensatz& daten, int pop) {
-    AllelTabelle tables(daten.Loci.size());
+LocusTables countSample(const Datensatz& daten, int pop) {
+    LocusTables tables(daten.Loci.size());
     for (std::size_t l = 0; l < tables.size(); ++l) {
         daten.Loci[l].AllelCountP(tables[l], pop, 0);
         tables[l].SortAllele();
@@ -89,20 +89,20 @@ int LociObj::AllelCountP(AllelCount& tabelle, int pop, int flag) const {
     return 0;
 }
 
-AllelTabelle Datensatz::AllelCountLT(ResultFile& zahl, ResultFile& freq) const {
-    AllelTabelle tables = countSample(*this, 0);
+LocusTables Datensatz::AllelCountLT(ResultFile& zahl, ResultFile& freq) const {
+    LocusTables tables = countSample(*this, 0);
     writeBlocks(zahl, freq, "Total", tables);
     return tables;
 }
 
-AllelTabelle Datensatz::AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const {
-    AllelTabelle tables = countSample(*this, pop);
+LocusTables Datensatz::AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop) const {
+    LocusTables tables = countSample(*this, pop);
     writeBlocks(zahl, freq, "\n" + orEmpty(GetPopName(pop)), tables);
     return tables;
 }
 
-AllelTabelle Datensatz::AllelCountInd(int pop, int tier) const {
-    AllelTabelle tables(Loci.size());
+LocusTables Datensatz::AllelCountInd(int pop, int tier) const {
+    LocusTables tables(Loci.size());
     for (std::size_t l = 0; l < tables.size(); ++l) {
         const int info = Loci[l].GetInfoChromosom(pop, 2 * tier);
         tables[l].AddAllel(Loci[l].GetDataChromosom(pop, 2 * tier), info);
@@ -114,7 +114,7 @@ AllelTabelle Datensatz::AllelCountInd(int pop, int tier) const {
 
 int countAlleles(Run& run) {
     AUSGABE(Message::CountBegin);
-    PassFolder folder(run, Ordner::Allelecount);
+    PassFolder folder(run, Folder::Allelecount);
     if (!folder.entered() || !run.Daten) {
         return folder.status();
     }
@@ -158,8 +158,7 @@ int countIndividualAlleles(Run& run) {
         run.IndAllele.push_back(run.Daten->AllelCountInd(pop, tier));
         AUSGABE(Message::CountMark, "#");
     });
-    run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd),
-                         AllelTabelle(run.Daten->Loci.size()));
+    run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd), LocusTables(run.Daten->Loci.size()));
     run.LogEntry("Count Allels per Individual ...");
     return 0;
 }

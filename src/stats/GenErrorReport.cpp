@@ -88,7 +88,7 @@ long writeErrorReport(Run& run) {
     AUSGABE(Message::ErrorReportBegin);
     ResultFile report = run.OpenResult("Errorreport.txt", "wb");
     writeHead(report, run);
-    const AllelTabelle& pool = run.PopAllele[0];
+    const LocusTables& pool = run.PopAllele[0];
     for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
         const AllelCount& table = pool[static_cast<std::size_t>(l - 1)];
         AUSGABE(Message::CountMark, "*");

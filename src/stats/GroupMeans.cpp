@@ -20,7 +20,7 @@ constexpr int kMinStart = 100000; // wanted: the smallest allele of a group neve
 // What all group operations are asked: a locus in the tables, and the group.
 struct Question {
     const LociObj& object;
-    const AllelTabellen& tab;
+    const SampleTables& tab;
     int locus;
     int gruppe;
 };
@@ -75,8 +75,8 @@ double fis(const AllelCount& table) {
 // A group operation of the locus object, or `noLocus` for a bad locus number.
 template <class Result, class... Rest>
 Result onLocus(const Datensatz& daten,
-               Result (LociObj::*operation)(const AllelTabellen&, int, Rest...) const,
-               Result noLocus, const AllelTabellen& tab, int locus, Rest... rest) {
+               Result (LociObj::*operation)(const SampleTables&, int, Rest...) const,
+               Result noLocus, const SampleTables& tab, int locus, Rest... rest) {
     const LociObj* const object = daten.Locus(locus);
     return object != nullptr ? (object->*operation)(tab, locus, rest...) : noLocus;
 }
@@ -85,98 +85,98 @@ Result onLocus(const Datensatz& daten,
 
 // --- LociObj ---------------------------------------------------------------------------
 
-double LociObj::CalcHet(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcHet(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcHet(); });
 }
 
-double LociObj::CalcVar(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcVar(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe},
                      [](const AllelCount& t) { return t.CalcVar(t.CalcMean()); });
 }
 
-double LociObj::CalcMean(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcMean(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcMean(); });
 }
 
-double LociObj::CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const {
+double LociObj::CalcHsk(const SampleTables& tab, int locus, int gruppe, int korrigiert) const {
     return groupMean({*this, tab, locus, gruppe},
                      [korrigiert](const AllelCount& t) { return t.CalcHsk(korrigiert); });
 }
 
-double LociObj::CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcFisk(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, fis);
 }
 
-double LociObj::CalcRDHet(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcRDHet(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, rdHet);
 }
 
-double LociObj::CalcRDMean(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcRDMean(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, rdMean);
 }
 
-double LociObj::CalcRDVar(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcRDVar(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe},
                      [](const AllelCount& t) { return rdVar(t, t.CalcMean()); });
 }
 
-double LociObj::CalcRDAllele(const AllelTabellen& tab, int locus, int gruppe) const {
+double LociObj::CalcRDAllele(const SampleTables& tab, int locus, int gruppe) const {
     return groupMean({*this, tab, locus, gruppe}, rdAlleles);
 }
 
-int LociObj::CalcMax(const AllelTabellen& tab, int locus, int gruppe) const {
+int LociObj::CalcMax(const SampleTables& tab, int locus, int gruppe) const {
     return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MaxAllel, 0,
                         [](int32_t a, int32_t b) { return std::max(a, b); });
 }
 
-int LociObj::CalcMin(const AllelTabellen& tab, int locus, int gruppe) const {
+int LociObj::CalcMin(const SampleTables& tab, int locus, int gruppe) const {
     return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MinAllel, kMinStart,
                         [](int32_t a, int32_t b) { return std::min(a, b); });
 }
 
 // --- Datensatz: the same on a locus ------------------------------------------------------
 
-double Datensatz::CalcHet(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcHet(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcHet, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcVar(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcVar(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcVar, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcMean(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcMean(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcMean, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcHsk(const AllelTabellen& tab, int locus, int gruppe, int korrigiert) const {
+double Datensatz::CalcHsk(const SampleTables& tab, int locus, int gruppe, int korrigiert) const {
     return onLocus(*this, &LociObj::CalcHsk, kNoLocus, tab, locus, gruppe, korrigiert);
 }
 
-double Datensatz::CalcFisk(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcFisk(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcFisk, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcRDHetG(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcRDHetG(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcRDHet, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcRDMeanG(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcRDMeanG(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcRDMean, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcRDVarG(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcRDVarG(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcRDVar, kNoLocus, tab, locus, gruppe);
 }
 
-double Datensatz::CalcRDAlleleG(const AllelTabellen& tab, int locus, int gruppe) const {
+double Datensatz::CalcRDAlleleG(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcRDAllele, kNoLocus, tab, locus, gruppe);
 }
 
-int Datensatz::CalcMax(const AllelTabellen& tab, int locus, int gruppe) const {
+int Datensatz::CalcMax(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcMax, kNoLocusExtreme, tab, locus, gruppe);
 }
 
-int Datensatz::CalcMin(const AllelTabellen& tab, int locus, int gruppe) const {
+int Datensatz::CalcMin(const SampleTables& tab, int locus, int gruppe) const {
     return onLocus(*this, &LociObj::CalcMin, kNoLocusExtreme, tab, locus, gruppe);
 }
 

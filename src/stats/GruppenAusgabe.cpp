@@ -78,7 +78,7 @@ constexpr std::array<CellRule<V>, 12> kGroupColumns = {{
 
 GroupValues groupValues(const Run& run, int l, int g) {
     const Datensatz& daten = *run.Daten;
-    const AllelTabellen& tab = run.PopAllele;
+    const SampleTables& tab = run.PopAllele;
     return {daten.CalcHet(tab, l, g),    daten.CalcRDHetG(tab, l, g),  daten.CalcVar(tab, l, g),
             daten.CalcRDVarG(tab, l, g), daten.CalcMin(tab, l, g),     daten.CalcMean(tab, l, g),
             daten.CalcMax(tab, l, g),    daten.GetLociRepeatMuster(l), daten.GetLociRepeatRest(l)};
@@ -128,7 +128,7 @@ int writeGroupData(Run& run) {
     if (!tablesReady(run)) {
         return 1;
     }
-    PassFolder folder(run, Ordner::GroupData);
+    PassFolder folder(run, Folder::GroupData);
     if (!folder.entered()) {
         return folder.status();
     }

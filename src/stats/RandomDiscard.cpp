@@ -49,7 +49,7 @@ class Thinning {
     AllelCount& Table;
     std::vector<Pair> Pairs;    // individuals with two alleles, one draw each
     std::vector<int32_t> Alone; // by row: individuals with one allele, no draw
-    int32_t AnzAlone = 0;       // their number
+    int32_t AloneCount = 0;     // their number
     std::vector<float> Draws;   // of the running replicate, one for each pair
     std::vector<int32_t> Kept;  // by row: alleles kept in the running replicate
 };
@@ -63,7 +63,7 @@ void Thinning::addPopulation(const Datensatz& daten, int pop, int locus, Coverag
             Pairs.push_back({rowOf(allel1), rowOf(allel2)});
         } else if (allel1 >= 0 || allel2 >= 0) {
             ++Alone[static_cast<std::size_t>(rowOf(std::max(allel1, allel2)))];
-            ++AnzAlone;
+            ++AloneCount;
         }
     }
     Draws.resize(Pairs.size());
@@ -76,7 +76,7 @@ void Thinning::run() {
         const int32_t row = Draws[i] <= 0.5F ? Pairs[i].row1 : Pairs[i].row2;
         ++Kept[static_cast<std::size_t>(row)];
     }
-    Table.RDGroesse += AnzAlone + static_cast<int32_t>(Pairs.size());
+    Table.RDGroesse += AloneCount + static_cast<int32_t>(Pairs.size());
     for (std::size_t row = 0; row < Table.RDAktuell.size(); ++row) {
         Table.RDAktuell[row].Anzahl += Kept[row];
     }
@@ -84,8 +84,8 @@ void Thinning::run() {
 
 // Runs the replicates of the table of `pop` (0: the pool) at `locus`, once in its life. All
 // individuals are thinned, the diploid ones of a mixed sample too.
-AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int locus,
-                       int replikate, Coverage coverage) {
+AllelCount& replicated(const Datensatz& daten, SampleTables& tab, int pop, int locus, int replikate,
+                       Coverage coverage) {
     AllelCount& table = tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(locus - 1)];
     if (table.RDDurchlauf != 0 || !table.isHaploid()) {
         return table;
@@ -105,20 +105,20 @@ AllelCount& replicated(const Datensatz& daten, AllelTabellen& tab, int pop, int 
 
 } // namespace
 
-double Datensatz::CalcRDHet(AllelTabellen& tab, int pop, int locus, int replikate) const {
+double Datensatz::CalcRDHet(SampleTables& tab, int pop, int locus, int replikate) const {
     return rdHet(replicated(*this, tab, pop, locus, replikate, Coverage::pairs));
 }
 
-double Datensatz::CalcRDMean(AllelTabellen& tab, int pop, int locus, int replikate) const {
+double Datensatz::CalcRDMean(SampleTables& tab, int pop, int locus, int replikate) const {
     return rdMean(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
 }
 
-double Datensatz::CalcRDVar(AllelTabellen& tab, int pop, int locus, double mean,
+double Datensatz::CalcRDVar(SampleTables& tab, int pop, int locus, double mean,
                             int replikate) const {
     return rdVar(replicated(*this, tab, pop, locus, replikate, Coverage::withRest), mean);
 }
 
-double Datensatz::CalcRDAllele(AllelTabellen& tab, int pop, int locus, int replikate) const {
+double Datensatz::CalcRDAllele(SampleTables& tab, int pop, int locus, int replikate) const {
     return rdAlleles(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
 }
 

@@ -318,7 +318,7 @@ int writeOverview(Run& run) {
         return 1;
     }
     AUSGABE(Message::OverviewBegin);
-    PassFolder folder(run, Ordner::SingleData);
+    PassFolder folder(run, Folder::SingleData);
     if (!folder.entered()) {
         return folder.status();
     }

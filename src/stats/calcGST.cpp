@@ -62,7 +62,7 @@ constexpr Row kRows[] = {
 };
 
 // The sum of the uncorrected heterozygosities of the populations with data, and their number.
-double sumOverPopulations(const AllelTabellen& tables, std::size_t locus, int& s) {
+double sumOverPopulations(const SampleTables& tables, std::size_t locus, int& s) {
     double sum = 0.0;
     s = 0;
     for (std::size_t p = 1; p < tables.size(); ++p) {
@@ -75,7 +75,7 @@ double sumOverPopulations(const AllelTabellen& tables, std::size_t locus, int& s
     return sum;
 }
 
-void addLocus(Partition& of, const AllelTabellen& tables, int locus) {
+void addLocus(Partition& of, const SampleTables& tables, int locus) {
     const auto place = static_cast<std::size_t>(locus);
     const double Ht = tables[0][place].CalcHetuk();
     of.GstTabelle(locus, kHt) = Ht;
@@ -103,7 +103,7 @@ void addLocus(Partition& of, const AllelTabellen& tables, int locus) {
     }
 }
 
-Partition partition(const AllelTabellen& tables, int loci) {
+Partition partition(const SampleTables& tables, int loci) {
     Partition of;
     of.GstTabelle.Resize(loci, kColumns);
     for (int locus = 0; locus < loci; ++locus) {

@@ -190,9 +190,9 @@ TEST(AnalyseDataObj, WithoutALogTheConsoleAloneIsTold) {
 TEST(AnalyseDataObj, AFailingWriteIsToldWithTheFolderOfThePass) {
     LoadedRun run(kTwoPops);
     fs::create_symlink("/dev/full", "Var.xls");
-    run->AktuellerOrdner = "Single_data/";
+    run->CurrentFolder = "Single_data/";
     ResultFile sheet = run->OpenResult("Var.xls", "wb");
-    run->AktuellerOrdner.clear(); // the file keeps the name it was opened with
+    run->CurrentFolder.clear(); // the file keeps the name it was opened with
     sheet.text("x");
     StdoutCapture console;
     EXPECT_FALSE(sheet.close());
@@ -382,7 +382,7 @@ TEST(LinkResultNew, WithoutAResultFolderNoPassRuns) {
     load(run, "sub/data.txt");
     fs::remove_all(folder / "sub"); // the next folder cannot be made
     EXPECT_EQ(linkResultNew(run), 0);
-    EXPECT_TRUE(run.OrdnerFehlt);
+    EXPECT_TRUE(run.FolderMissing);
     StdoutCapture console;
     EXPECT_EQ(run.WriteOutput(0, 0), 0);
     EXPECT_EQ(console.text(), "");

@@ -82,31 +82,31 @@ const Word kNoWholes[] = {
 
 TEST_P(WholeNumber, IsTakenAndTheRestStays) {
     Typed typed(GetParam().typed);
-    const Zahleingabe<long> answer = LiesGanzzahl();
-    ASSERT_TRUE(answer.Wert.has_value());
-    EXPECT_EQ(*answer.Wert, GetParam().value);
-    EXPECT_EQ(answer.Wort, "");
+    const NumberInput<long> answer = ReadWholeNumber();
+    ASSERT_TRUE(answer.Value.has_value());
+    EXPECT_EQ(*answer.Value, GetParam().value);
+    EXPECT_EQ(answer.Word, "");
     EXPECT_EQ(typed.rest(), GetParam().rest);
 }
 INSTANTIATE_TEST_SUITE_P(Typed, WholeNumber, testing::ValuesIn(kWholes));
 
 TEST_P(NoWholeNumber, GivesTheWordAndDropsTheLine) {
     Typed typed(GetParam().typed);
-    const Zahleingabe<long> answer = LiesGanzzahl();
-    EXPECT_FALSE(answer.Wert.has_value());
-    EXPECT_EQ(answer.Wort, GetParam().word);
+    const NumberInput<long> answer = ReadWholeNumber();
+    EXPECT_FALSE(answer.Value.has_value());
+    EXPECT_EQ(answer.Word, GetParam().word);
     EXPECT_EQ(typed.rest(), GetParam().rest);
 }
 INSTANTIATE_TEST_SUITE_P(Typed, NoWholeNumber, testing::ValuesIn(kNoWholes));
 
-TEST(LiesGanzzahl, ReadsOnBehindAWord) {
+TEST(ReadWholeNumber, ReadsOnBehindAWord) {
     const Typed typed("abc\n5\n");
-    EXPECT_FALSE(LiesGanzzahl().Wert.has_value());
-    EXPECT_EQ(LiesGanzzahl().Wert, 5);
+    EXPECT_FALSE(ReadWholeNumber().Value.has_value());
+    EXPECT_EQ(ReadWholeNumber().Value, 5);
 }
 
 // Formatted input of a stream takes the same characters and gives the same number.
-TEST(LiesGanzzahl, AgreesWithFormattedInput) {
+TEST(ReadWholeNumber, AgreesWithFormattedInput) {
     for (unsigned seed = 0; seed < 2000; ++seed) {
         std::mt19937 random(seed);
         std::string text;
@@ -120,10 +120,10 @@ TEST(LiesGanzzahl, AgreesWithFormattedInput) {
         const std::string rest{std::istreambuf_iterator<char>(formatted), {}};
 
         Typed typed(text);
-        const Zahleingabe<long> answer = LiesGanzzahl();
-        ASSERT_EQ(answer.Wert.has_value(), isNumber) << text << " of seed " << seed;
+        const NumberInput<long> answer = ReadWholeNumber();
+        ASSERT_EQ(answer.Value.has_value(), isNumber) << text << " of seed " << seed;
         if (isNumber) {
-            ASSERT_EQ(*answer.Wert, expected) << text << " of seed " << seed;
+            ASSERT_EQ(*answer.Value, expected) << text << " of seed " << seed;
             ASSERT_EQ(typed.rest(), rest) << text << " of seed " << seed;
         }
     }
@@ -171,23 +171,23 @@ const Word kNoDecimals[] = {
 
 TEST_P(DecimalNumber, IsTakenAndTheRestStays) {
     Typed typed(GetParam().typed);
-    const Zahleingabe<double> answer = LiesKommazahl();
-    ASSERT_TRUE(answer.Wert.has_value());
-    EXPECT_EQ(*answer.Wert, GetParam().value);
+    const NumberInput<double> answer = ReadDecimal();
+    ASSERT_TRUE(answer.Value.has_value());
+    EXPECT_EQ(*answer.Value, GetParam().value);
     EXPECT_EQ(typed.rest(), GetParam().rest);
 }
 INSTANTIATE_TEST_SUITE_P(Typed, DecimalNumber, testing::ValuesIn(kDecimals));
 
 TEST_P(NoDecimalNumber, GivesTheWordAndDropsTheLine) {
     Typed typed(GetParam().typed);
-    const Zahleingabe<double> answer = LiesKommazahl();
-    EXPECT_FALSE(answer.Wert.has_value());
-    EXPECT_EQ(answer.Wort, GetParam().word);
+    const NumberInput<double> answer = ReadDecimal();
+    EXPECT_FALSE(answer.Value.has_value());
+    EXPECT_EQ(answer.Word, GetParam().word);
     EXPECT_EQ(typed.rest(), GetParam().rest);
 }
 INSTANTIATE_TEST_SUITE_P(Typed, NoDecimalNumber, testing::ValuesIn(kNoDecimals));
 
-TEST(LiesKommazahl, AgreesWithFormattedInput) {
+TEST(ReadDecimal, AgreesWithFormattedInput) {
     for (unsigned seed = 0; seed < 4000; ++seed) {
         std::mt19937 random(seed);
         std::string text;
@@ -201,11 +201,11 @@ TEST(LiesKommazahl, AgreesWithFormattedInput) {
         const std::string rest{std::istreambuf_iterator<char>(formatted), {}};
 
         Typed typed(text);
-        const Zahleingabe<double> answer = LiesKommazahl();
-        const bool isHuge = answer.Wert && std::isinf(*answer.Wert); // a failure of the stream
-        ASSERT_EQ(answer.Wert.has_value() && !isHuge, isNumber) << text << " of seed " << seed;
+        const NumberInput<double> answer = ReadDecimal();
+        const bool isHuge = answer.Value && std::isinf(*answer.Value); // a failure of the stream
+        ASSERT_EQ(answer.Value.has_value() && !isHuge, isNumber) << text << " of seed " << seed;
         if (isNumber) {
-            ASSERT_EQ(*answer.Wert, expected) << text << " of seed " << seed;
+            ASSERT_EQ(*answer.Value, expected) << text << " of seed " << seed;
             ASSERT_EQ(typed.rest(), rest) << text << " of seed " << seed;
         }
     }
@@ -241,60 +241,60 @@ const Word kNames[] = {
 
 TEST_P(FileName, IsAWordOrStandsInQuotes) {
     Typed typed(GetParam().typed);
-    EXPECT_EQ(LiesDateiName(), GetParam().word);
+    EXPECT_EQ(ReadFileName(), GetParam().word);
     EXPECT_EQ(typed.rest(), GetParam().rest);
 }
 INSTANTIATE_TEST_SUITE_P(Typed, FileName, testing::ValuesIn(kNames));
 
-TEST(LiesDateiName, TakesAtMost255BytesAndDropsTheRestOfTheWord) {
+TEST(ReadFileName, TakesAtMost255BytesAndDropsTheRestOfTheWord) {
     Typed typed(std::string(5000, 'x') + " q");
-    EXPECT_EQ(LiesDateiName(), std::string(255, 'x'));
+    EXPECT_EQ(ReadFileName(), std::string(255, 'x'));
     EXPECT_EQ(typed.rest(), " q");
 }
 
-TEST(LiesDateiName, A255ByteNameFits) {
+TEST(ReadFileName, A255ByteNameFits) {
     const Typed typed(std::string(255, 'x'));
-    EXPECT_EQ(LiesDateiName().size(), 255U);
+    EXPECT_EQ(ReadFileName().size(), 255U);
 }
 
 // 1 + 200 + 1 + 53 characters are taken of the two words, the last 47 of the second go.
-TEST(LiesDateiName, WordsInQuotesAreCutAltogether) {
+TEST(ReadFileName, WordsInQuotesAreCutAltogether) {
     Typed typed(std::string("\"a") + std::string(200, 'b') + " " + std::string(100, 'c') + "\" q");
-    EXPECT_EQ(LiesDateiName(),
+    EXPECT_EQ(ReadFileName(),
               std::string("a") + std::string(200, 'b') + " " + std::string(53, 'c'));
     EXPECT_EQ(typed.rest(), " q");
 }
 
 // The quote behind the limit still opens the name and closes it.
-TEST(LiesDateiName, QuotesCountBehindTheLimitToo) {
+TEST(ReadFileName, QuotesCountBehindTheLimitToo) {
     Typed typed(std::string(300, 'x') + "\" y z\" q");
-    EXPECT_EQ(LiesDateiName(), std::string(255, 'x'));
+    EXPECT_EQ(ReadFileName(), std::string(255, 'x'));
     EXPECT_EQ(typed.rest(), " q");
 }
 
-TEST(LiesDateiName, EndsAtANulByte) {
+TEST(ReadFileName, EndsAtANulByte) {
     const Typed typed(std::string("data.txt\0more\nq", 15));
-    EXPECT_EQ(LiesDateiName(), "data.txt");
+    EXPECT_EQ(ReadFileName(), "data.txt");
 }
 
-TEST(LiesDateiName, PassesControlCharactersOn) {
+TEST(ReadFileName, PassesControlCharactersOn) {
     const Typed typed("a\x01\x1b\xff.txt\nq");
-    EXPECT_EQ(LiesDateiName(), "a\x01\x1b\xff.txt");
+    EXPECT_EQ(ReadFileName(), "a\x01\x1b\xff.txt");
 }
 
-TEST(LiesWort, KnowsNoQuotes) {
+TEST(ReadWord, KnowsNoQuotes) {
     Typed typed("  \"im file\" q");
-    EXPECT_EQ(LiesWort(), "\"im");
+    EXPECT_EQ(ReadWord(), "\"im");
     EXPECT_EQ(typed.rest(), " file\" q");
 }
 
-TEST(LiesWort, TakesAtMost255Bytes) {
+TEST(ReadWord, TakesAtMost255Bytes) {
     Typed typed(std::string(256, 'x') + "\nq");
-    EXPECT_EQ(LiesWort(), std::string(255, 'x'));
+    EXPECT_EQ(ReadWord(), std::string(255, 'x'));
     EXPECT_EQ(typed.rest(), "\nq");
 }
 
-TEST(LiesWort, IsEmptyAtTheEndOfInput) {
+TEST(ReadWord, IsEmptyAtTheEndOfInput) {
     const Typed typed(" \n");
-    EXPECT_EQ(LiesWort(), "");
+    EXPECT_EQ(ReadWord(), "");
 }

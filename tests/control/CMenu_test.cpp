@@ -526,7 +526,7 @@ std::string informationOf(const std::string& name) {
 std::string passesOf(const CMenuAllg& menu) {
     LoadedRun run(kTwoPops);
     StdoutCapture console;
-    StarteLauf(*run, menu, menu);
+    StartRun(*run, menu, menu);
     return console.text();
 }
 
@@ -534,7 +534,7 @@ std::string passesOf(const CMenuAllg& menu) {
 std::string passesWithoutData(const CMenuAllg& menu) {
     AnalyseDataObj run;
     StdoutCapture console;
-    StarteLauf(run, menu, menu);
+    StartRun(run, menu, menu);
     return console.text();
 }
 

@@ -27,9 +27,9 @@ class FirstLoad : public testing::Test {
   protected:
     FirstLoad() { writeFile("data.txt", tabbed(kTwoPops)); }
 
-    Laden load(const std::string& name, const std::string& sideFile = "") {
+    LoadResult load(const std::string& name, const std::string& sideFile = "") {
         StdoutCapture capture;
-        const Laden outcome = ErstesLaden(run, name, sideFile, reportOnConsole, data);
+        const LoadResult outcome = LoadFirst(run, name, sideFile, reportOnConsole, data);
         console = capture.text();
         return outcome;
     }
@@ -52,7 +52,7 @@ std::string nameOfLength(std::size_t bytes) {
 } // namespace
 
 TEST_F(FirstLoad, ReadsTheDataAndStaysInTheResultFolder) {
-    EXPECT_EQ(load("data.txt"), Laden::Fertig);
+    EXPECT_EQ(load("data.txt"), LoadResult::Done);
     EXPECT_EQ(run.DateiName, "data.txt");
     EXPECT_EQ(run.AnzPop, 2);
     EXPECT_EQ(fs::current_path(), folder / "data.txt_KVAresult00");
@@ -60,7 +60,7 @@ TEST_F(FirstLoad, ReadsTheDataAndStaysInTheResultFolder) {
 }
 
 TEST_F(FirstLoad, AbsentFileIsToldAndNothingIsMade) {
-    EXPECT_EQ(load("absent.txt"), Laden::KeineDatei);
+    EXPECT_EQ(load("absent.txt"), LoadResult::NoFile);
     EXPECT_EQ(console, "\nWrong Filename or Path!\n");
     EXPECT_EQ(run.DateiName, "absent.txt");
     EXPECT_EQ(run.Daten, nullptr);
@@ -68,22 +68,22 @@ TEST_F(FirstLoad, AbsentFileIsToldAndNothingIsMade) {
 }
 
 TEST_F(FirstLoad, EmptyNameDoesNotOpen) {
-    EXPECT_EQ(load(""), Laden::KeineDatei);
+    EXPECT_EQ(load(""), LoadResult::NoFile);
 }
 
 TEST_F(FirstLoad, NameOf1023BytesOpens) {
-    EXPECT_EQ(load(nameOfLength(1023)), Laden::Fertig);
+    EXPECT_EQ(load(nameOfLength(1023)), LoadResult::Done);
 }
 
 TEST_F(FirstLoad, NameOf1024BytesCountsAsOneThatDoesNotOpen) {
-    EXPECT_EQ(load(nameOfLength(1024)), Laden::KeineDatei);
+    EXPECT_EQ(load(nameOfLength(1024)), LoadResult::NoFile);
     EXPECT_EQ(console, "\nWrong Filename or Path!\n");
 }
 
 // A folder opens, but there is nothing to read in it: message 18, and a run without data.
 TEST_F(FirstLoad, FolderIsRefusedByTheReader) {
     fs::create_directory("sub");
-    EXPECT_EQ(load("sub"), Laden::Fertig);
+    EXPECT_EQ(load("sub"), LoadResult::Done);
     EXPECT_TRUE(console.starts_with("\n!! ERROR Can't allocate memory! ERROR !!\n"));
     EXPECT_EQ(run.AnzLoci, 0);
 }
@@ -91,34 +91,34 @@ TEST_F(FirstLoad, FolderIsRefusedByTheReader) {
 // Opening it would wait for a writer.
 TEST_F(FirstLoad, PipeDoesNotOpen) {
     ASSERT_EQ(mkfifo("pipe", 0600), 0);
-    EXPECT_EQ(load("pipe"), Laden::KeineDatei);
-    EXPECT_EQ(load("data.txt", (folder / "pipe").string()), Laden::Fertig);
+    EXPECT_EQ(load("pipe"), LoadResult::NoFile);
+    EXPECT_EQ(load("data.txt", (folder / "pipe").string()), LoadResult::Done);
     EXPECT_TRUE(console.ends_with("no side file " + (folder / "pipe").string() + "\n"));
 }
 
 TEST_F(FirstLoad, RefusedFileGoesOn) {
     writeFile("bad.txt", "");
-    EXPECT_EQ(load("bad.txt"), Laden::Fertig);
+    EXPECT_EQ(load("bad.txt"), LoadResult::Done);
     EXPECT_EQ(run.AnzLoci, 0);
     EXPECT_EQ(run.AnzPop, 0);
     EXPECT_TRUE(fs::exists(folder / "bad.txt_KVAresult00/KVA.log"));
 }
 
 TEST_F(FirstLoad, AbsentSideFileIsReportedBehindTheReading) {
-    EXPECT_EQ(load("data.txt", "side.txt"), Laden::Fertig);
+    EXPECT_EQ(load("data.txt", "side.txt"), LoadResult::Done);
     EXPECT_TRUE(console.ends_with("\nno side file side.txt\n"));
 }
 
 TEST_F(FirstLoad, AbsentDataFileComesBeforeTheSideFile) {
-    EXPECT_EQ(load("absent.txt", "side.txt"), Laden::KeineDatei);
+    EXPECT_EQ(load("absent.txt", "side.txt"), LoadResult::NoFile);
     EXPECT_EQ(console, "\nWrong Filename or Path!\n");
 }
 
 TEST_F(FirstLoad, WithoutAResultFolderThereIsNoRun) {
     const std::string name(250, 'n'); // with "_KVAresult00" longer than a file name can be
     writeFile(name, tabbed(kTwoPops));
-    EXPECT_EQ(load(name), Laden::KeinOrdner);
-    EXPECT_TRUE(run.OrdnerFehlt);
+    EXPECT_EQ(load(name), LoadResult::NoFolder);
+    EXPECT_TRUE(run.FolderMissing);
 }
 
 // kTwoPops has four data rows.
@@ -129,7 +129,7 @@ TEST_F(FirstLoad, PrintsOneDotPerDataRow) {
 
 TEST_F(FirstLoad, SecondLoadOnOneObjectIsToldAndGoesOn) {
     load("data.txt");
-    EXPECT_EQ(load((folder / "data.txt").string()), Laden::Fertig);
+    EXPECT_EQ(load((folder / "data.txt").string()), LoadResult::Done);
     EXPECT_EQ(console, "\n!! This Class has already Checked a Datafile !!\n"
                        "\t Please try this to load with a new Class\n"
                        "Errorcode: 1-1\n"
@@ -143,7 +143,7 @@ TEST_F(FirstLoad, RunBehindAFailedOpenWritesALogAlone) {
     EXPECT_EQ(run.LinkResultNew(), 1);
     fs::remove("data.txt");
     const StdoutCapture capture;
-    StarteLauf(run, kCommandLineDefaults, {});
+    StartRun(run, kCommandLineDefaults, {});
     EXPECT_TRUE(readFile("KVA.log").starts_with("KVAnalyser-Log\n"));
     fs::remove("KVA.log");
     EXPECT_TRUE(fs::is_empty(folder.path()));
@@ -154,7 +154,7 @@ TEST_F(FirstLoad, RunTakesTheSettingsOver) {
     const AnalyseSettings masks{0x31FF, 0x7, 0x5, 0x0239, 0x1};
     const ScalarSettings scalars{.RichnessRef = 8, .ReplikaLoci = 3};
     const StdoutCapture capture;
-    StarteLauf(run, masks, scalars);
+    StartRun(run, masks, scalars);
     EXPECT_EQ(run.PopDistMask, 0x7U);
     EXPECT_EQ(run.IndDistMask, 0x5U);
     EXPECT_EQ(run.FstMask, 0x0239U);
@@ -168,7 +168,7 @@ TEST_F(FirstLoad, RunWithZeroBootstrapsSilencesTheDistances) {
     load("data.txt");
     const AnalyseSettings masks{0x3DFF, 0x7, 0x7, 0x9A39, 0x803};
     const StdoutCapture capture;
-    StarteLauf(run, masks, {.Bootstraps = 0});
+    StartRun(run, masks, {.Bootstraps = 0});
     EXPECT_EQ(run.PopDistMask, 0U);
 }
 
@@ -177,7 +177,7 @@ TEST_F(FirstLoad, RunLogsBootstrapsAndPermutations) {
     const AnalyseSettings masks{0x75FF, 0x1, 0x0, 0x0, 0x0};
     {
         const StdoutCapture capture;
-        StarteLauf(run, masks, {.Bootstraps = 12, .Permutationen = 34});
+        StartRun(run, masks, {.Bootstraps = 12, .Permutationen = 34});
     }
     const std::string log = readFile("KVA.log");
     EXPECT_NE(log.find("\nNumber of bootstraps\t: 12\n"), std::string::npos);

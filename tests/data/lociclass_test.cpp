@@ -392,11 +392,11 @@ TEST(Datensatz, ShapeIsThatOfTheFirstLocus) {
 
 TEST(Datensatz, AnOddRowIsNoIndividual) {
     Datensatz daten = twoLoci();
-    EXPECT_EQ(daten.GetAnzTiere(1), 1);
+    EXPECT_EQ(daten.GetIndividuals(1), 1);
     daten.AddTier(1, 1, 9, 0);
     EXPECT_EQ(daten.GetAnzDatenChromosome(1), 3);
-    EXPECT_EQ(daten.GetAnzTiere(1), 1);
-    EXPECT_EQ(daten.GetAnzTiere(3), 0);
+    EXPECT_EQ(daten.GetIndividuals(1), 1);
+    EXPECT_EQ(daten.GetIndividuals(3), 0);
 }
 
 TEST(Datensatz, LociAreFoundByTheirFirstNameAlone) {

@@ -64,7 +64,7 @@ std::optional<std::string> compare(LoadedRun& run, const Setting& setting) {
 // Variances of inbred samples come from the random-discard replicates where there are any.
 void setReplicates(AnalyseDataObj& run) {
     int replicates = 1;
-    for (AllelTabelle& tables : run.PopAllele) {
+    for (LocusTables& tables : run.PopAllele) {
         for (AllelCount& table : tables) {
             table.RDDurchlauf = replicates % 3;
             table.RDVar = table.RDDurchlauf * 1.7;

@@ -117,7 +117,7 @@ TEST(Samples, AnAlleleThatThePoolLacksIsLeftOut) {
 TEST(Samples, ATableThatIsNotThereIsASampleWithoutData) {
     LoadedRun run(kTwoPops);
     run.counted();
-    AllelTabellen tables = run->PopAllele;
+    SampleTables tables = run->PopAllele;
     tables[2].resize(1); // B without L2
     const Samples samples =
         prepareSamples(tables, 1, 2, run->PopAllele[0], {2.0, 4.0}, kPopulationRules);

@@ -32,7 +32,7 @@ struct Lines {
     const std::string& structure2() const { return other[7]; }
 };
 
-GenePopZeilen into(std::array<std::string, 8>& room) {
+GenepopLines into(std::array<std::string, 8>& room) {
     return {&room[0], &room[1], &room[2], &room[3], &room[4], &room[5], &room[6], &room[7]};
 }
 

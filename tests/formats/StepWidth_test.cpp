@@ -89,7 +89,7 @@ TEST(StepWidth, OneWidthForEachLocusWithItsRepeat) {
     data.init(2);
     data.SetLociRepeatMuster(1, 2);
     data.SetLociRepeatMuster(2, 0);
-    AllelTabelle pool(2);
+    LocusTables pool(2);
     for (AllelCount& table : pool) {
         table.AddAllel(100, 0);
         table.AddAllel(104, 0);

@@ -153,11 +153,11 @@ TEST(PairHeterogeneity, OnePopulationHasTheHeadAlone) {
 TEST(GlobalHeterogeneity, HeadAndSixTriples) {
     Case c;
     CMatrix table;
-    table.Resize(FZeile::Anzahl, 2);
+    table.Resize(FRow::Anzahl, 2);
     for (int32_t l = 0; l < 2; ++l) {
-        table(FZeile::Fst, l) = 0.25;
-        table(FZeile::Fit, l) = 0.5;
-        table(FZeile::Fis, l) = -0.125;
+        table(FRow::Fst, l) = 0.25;
+        table(FRow::Fit, l) = 0.5;
+        table(FRow::Fis, l) = -0.125;
     }
     const std::string fst = "0.250000\t0.250000\t0.250000\t";
     const std::string fit = "0.500000\t0.500000\t0.500000\t";
@@ -174,14 +174,14 @@ TEST(GlobalHeterogeneity, BehindThePairwisePartTheHeadIsNotRepeated) {
     Case c;
     c.run->FstMask = 0x4801;
     CMatrix table;
-    table.Resize(FZeile::Anzahl, 2);
+    table.Resize(FRow::Anzahl, 2);
     EXPECT_EQ(c.all(table).substr(0, 8), "\n\n\t\tFst\t");
 }
 
 TEST(GlobalHeterogeneity, NoDefinedLocusIsToldOnce) {
     Case c;
     CMatrix table;
-    table.Resize(FZeile::Anzahl, 2);
+    table.Resize(FRow::Anzahl, 2);
     table.Fill(kUndefined);
     const std::string sheet = c.all(table);
     EXPECT_EQ(sheet.substr(sheet.find("Global:")),
@@ -195,9 +195,9 @@ TEST(GlobalHeterogeneity, NoDefinedLocusIsToldOnce) {
 TEST(GlobalHeterogeneity, AnUndefinedFstLeavesTheLocusOutOfAll) {
     Case c;
     CMatrix table;
-    table.Resize(FZeile::Anzahl, 2);
-    table(FZeile::Fst, 0) = kUndefined;
-    table(FZeile::Fit, 0) = 99.0;
-    table(FZeile::Fit, 1) = 0.5;
+    table.Resize(FRow::Anzahl, 2);
+    table(FRow::Fst, 0) = kUndefined;
+    table(FRow::Fit, 0) = 99.0;
+    table(FRow::Fit, 1) = 0.5;
     EXPECT_NE(c.all(table).find("\t0.500000\t0.500000\t0.500000\t"), std::string::npos);
 }

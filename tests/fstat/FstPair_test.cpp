@@ -21,7 +21,7 @@ struct Pairs {
     explicit Pairs(const char* text, uint32_t mask = 0x1) : run(text) {
         run.counted();
         run->FstMask = mask;
-        f = newFTripel(run->AnzPop);
+        f = newFTriple(run->AnzPop);
         locusTable.Resize(run->AnzLoci, 10);
         locusTable.Fill(7.0);
         result = run->FST_PAIR_WC84(f, run->PopAllele, locusTable);
@@ -31,7 +31,7 @@ struct Pairs {
     double fis(int i = 0, int j = 1) const { return f[2](i, j); }
 
     LoadedRun run;
-    FTripel f;
+    FTriple f;
     CMatrix locusTable;
     int result = -1;
 };
@@ -193,7 +193,7 @@ TEST(FstPair, OnePopulationHasNoPair) {
 
 TEST(FstPair, WithoutTablesNothingIsDone) {
     LoadedRun run(kTwoPops);
-    FTripel f = newFTripel(2);
+    FTriple f = newFTriple(2);
     f[0].Fill(3.0);
     CMatrix none;
     EXPECT_EQ(run->FST_PAIR_WC84(f, {}, none), 1);
@@ -246,7 +246,7 @@ TEST(FstPair, SingleStoresWhereItIsTold) {
     LoadedRun run(kTwoPops);
     run.counted();
     run->FstMask = 0x1;
-    FTripel f = newFTripel(4);
+    FTriple f = newFTriple(4);
     CMatrix none;
     EXPECT_EQ(run->FST_SINGLE_WC84(2, 3, f, run->PopAllele, 2, 0, 1, nullptr, none), 0);
     EXPECT_NEAR(f[0](2, 3), 0.25 / 1.5, kRounding);
@@ -257,7 +257,7 @@ TEST(FstPair, SingleStoresWhereItIsTold) {
 TEST(FstPair, WithoutLociAllIsUndefined) {
     LoadedRun run(kTwoPops);
     run.counted();
-    FTripel f = newFTripel(2);
+    FTriple f = newFTriple(2);
     CMatrix none;
     run->FST_SINGLE_WC84(0, 1, f, run->PopAllele, 0, 0, 1, nullptr, none);
     EXPECT_EQ(f[0](0, 1), kUndefined);
@@ -271,7 +271,7 @@ TEST(FstPair, WithoutLociAllIsUndefined) {
 TEST(LoggSingle, ByHand) {
     LoadedRun run(kTwoPops);
     run.counted();
-    FTripel f = newFTripel(2);
+    FTriple f = newFTriple(2);
     EXPECT_EQ(run->LOGG_SINGLE_WC84(0, 1, f, run->PopAllele, 2, 0, 1), 0);
     const double G = 7.0 * std::log(2.0) + 2.0 * std::log(0.8) + 3.0 * std::log(1.2);
     for (const CMatrix& matrix : f) {
@@ -283,9 +283,9 @@ TEST(LoggSingle, ByHand) {
 TEST(LoggSingle, APopulationWithoutDataIsNotCompared) {
     LoadedRun run(kWithGaps); // B has no data at L2
     run.counted();
-    const AllelTabellen onlyL2 = {
+    const SampleTables onlyL2 = {
         {run->PopAllele[0][1]}, {run->PopAllele[1][1]}, {run->PopAllele[2][1]}};
-    FTripel f = newFTripel(2);
+    FTriple f = newFTriple(2);
     f[0](0, 1) = f[0](1, 0) = 7.0;
     run->LOGG_SINGLE_WC84(0, 1, f, onlyL2, 1, 1, 0); // B first
     EXPECT_EQ(f[0](0, 1), 0.0);
@@ -294,8 +294,8 @@ TEST(LoggSingle, APopulationWithoutDataIsNotCompared) {
 TEST(LoggSingle, NothingToCompareIsZero) {
     LoadedRun run(kWithGaps);
     run.counted();
-    FTripel f = newFTripel(2);
-    const AllelTabellen onlyL2 = {
+    FTriple f = newFTriple(2);
+    const SampleTables onlyL2 = {
         {run->PopAllele[0][1]}, {run->PopAllele[1][1]}, {run->PopAllele[2][1]}};
     run->LOGG_SINGLE_WC84(0, 1, f, onlyL2, 1, 0, 1);
     EXPECT_EQ(f[0](0, 1), 0.0);

@@ -28,8 +28,8 @@ struct Tested {
         run.counted();
         run->FstMask = mask;
         run->Permutationen = permutations;
-        f = newFTripel(run->AnzPop);
-        p = newFTripel(run->AnzPop);
+        f = newFTriple(run->AnzPop);
+        p = newFTriple(run->AnzPop);
         run->FST_PAIR_WC84(f, run->PopAllele, locusTable);
         const FrozenClock clock(seconds);
         StdoutCapture capture;
@@ -38,8 +38,8 @@ struct Tested {
     }
 
     LoadedRun run;
-    FTripel f;
-    FTripel p;
+    FTriple f;
+    FTriple p;
     CMatrix locusTable;
     int result = -1;
     std::string console;
@@ -181,8 +181,8 @@ TEST(FstPermutation, LocusTableHoldsTheLastPermutation) {
     run.counted();
     run->FstMask = kDefault | 0x2000;
     run->Permutationen = 10;
-    FTripel f = newFTripel(2);
-    FTripel p = newFTripel(2);
+    FTriple f = newFTriple(2);
+    FTriple p = newFTriple(2);
     CMatrix locusTable;
     locusTable.Resize(1, 1);
     run->FST_PAIR_WC84(f, run->PopAllele, locusTable);
@@ -192,7 +192,7 @@ TEST(FstPermutation, LocusTableHoldsTheLastPermutation) {
 }
 
 TEST(HitsToPValues, NoHitCountsAsOne) {
-    FTripel p = newFTripel(2);
+    FTriple p = newFTriple(2);
     p[1](0, 1) = 7.0;
     hitsToPValues(p, 0, 1, 10.0, 100.0);
     EXPECT_EQ(p[0](0, 1), 0.01);

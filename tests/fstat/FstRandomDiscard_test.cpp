@@ -60,7 +60,7 @@ struct Tested {
         run->FstMask = mask;
         run->Permutationen = permutations;
         run->FstAlpha = alpha;
-        observed = newFTripel(run->AnzPop);
+        observed = newFTriple(run->AnzPop);
         run->FST_PAIR_WC84(observed, run->PopAllele, locusTable);
         f = observed;
         p = observed; // is cleared
@@ -73,9 +73,9 @@ struct Tested {
     }
 
     LoadedRun run;
-    FTripel observed;
-    FTripel f;
-    FTripel p;
+    FTriple observed;
+    FTriple f;
+    FTriple p;
     CMatrix untergrenze;
     CMatrix obergrenze;
     CMatrix locusTable;
@@ -209,7 +209,7 @@ TEST(FstRandomDiscard, WithoutInbredDataTheMeanIsTheObservedValue) {
 
 TEST(FstRandomDiscard, WithoutInbredDataThePValuesAreThoseOfThePlainTest) {
     const Tested t(kTwoPops, 100, kDefault | kDiscard);
-    FTripel p = newFTripel(2);
+    FTriple p = newFTriple(2);
     CMatrix none;
     LoadedRun run(kTwoPops);
     run.counted();

@@ -73,8 +73,8 @@ TEST(FstSheets, ASignificantPairShowsItsCorrectedValue) {
 
 TEST(FstSheets, FivePercentItselfIsShown) {
     LoadedRun run(kTwoPops);
-    const FTripel f = newFTripel(2);
-    FTripel p = newFTripel(2);
+    const FTriple f = newFTriple(2);
+    FTriple p = newFTriple(2);
     p[0](0, 1) = 0.25;
     p[0](1, 0) = 0.05; // corrected
     EXPECT_TRUE(writeFstPValues(*run, f, p));

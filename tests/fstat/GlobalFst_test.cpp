@@ -24,7 +24,7 @@ struct Global {
     explicit Global(const std::string& text, uint32_t mask = 0x39) : run(text) {
         run.counted();
         run->FstMask = mask;
-        locus.Resize(FZeile::Anzahl, std::max(run->AnzLoci, 1));
+        locus.Resize(FRow::Anzahl, std::max(run->AnzLoci, 1));
         locus.Fill(7.0);
         result = run->FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, run->PopAllele,
                                       run->AnzLoci, run->AnzPop);
@@ -79,18 +79,18 @@ TEST(GlobalFst, TwoPopulationsAreThePairwiseCase) {
     EXPECT_NEAR(g.fst, 0.25 / 1.5, kRounding);
     EXPECT_NEAR(g.fit, 1.0 - 1.0 / 1.5, kRounding);
     EXPECT_NEAR(g.fis, 0.2, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::Fst, 0), 0.4375 / 0.9375, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::Fit, 0), 1.0 - 0.5 / 0.9375, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::Fis, 0), 0.0, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::Fst, 1), -1.0 / 3.0, kRounding);
+    EXPECT_NEAR(g.locus(FRow::Fst, 0), 0.4375 / 0.9375, kRounding);
+    EXPECT_NEAR(g.locus(FRow::Fit, 0), 1.0 - 0.5 / 0.9375, kRounding);
+    EXPECT_NEAR(g.locus(FRow::Fis, 0), 0.0, kRounding);
+    EXPECT_NEAR(g.locus(FRow::Fst, 1), -1.0 / 3.0, kRounding);
 }
 
 TEST(GlobalFst, GstByHand) {
     const Global g(kTwoPops);
-    EXPECT_NEAR(g.locus(FZeile::Gst, 0), 1.0 - 24.0 / 42.0, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::GstStrich, 0), (18.0 / 42.0) / (20.0 / 44.0), kRounding);
-    EXPECT_NEAR(g.locus(FZeile::Gst, 1), 1.0 - 32.0 / 34.0, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::GstStrich, 1), (2.0 / 34.0) / (16.0 / 48.0), kRounding);
+    EXPECT_NEAR(g.locus(FRow::Gst, 0), 1.0 - 24.0 / 42.0, kRounding);
+    EXPECT_NEAR(g.locus(FRow::GstStrich, 0), (18.0 / 42.0) / (20.0 / 44.0), kRounding);
+    EXPECT_NEAR(g.locus(FRow::Gst, 1), 1.0 - 32.0 / 34.0, kRounding);
+    EXPECT_NEAR(g.locus(FRow::GstStrich, 1), (2.0 / 34.0) / (16.0 / 48.0), kRounding);
     EXPECT_NEAR(g.gst, 1.0 - 56.0 / 76.0, kRounding) << "the ratio of the sums";
     EXPECT_NEAR(g.gstStrich, (20.0 / 76.0) / (1.0 - 56.0 / 92.0), kRounding);
 }
@@ -160,9 +160,9 @@ TEST(GlobalFst, MonomorphicPoolIsUndefined) {
 TEST(GlobalFst, OneIndividualInEveryPopulationHasGstAlone) {
     // A 1/2, B 1/1: Ht 1 - (9 + 1)/16 = .375, hs .25; SumN 2 = s.
     const Global g(oneLocus("A d 0 1 2\nB d 0 1 1\n"));
-    EXPECT_EQ(g.locus(FZeile::Fst, 0), kUndefined);
-    EXPECT_EQ(g.locus(FZeile::Fis, 0), kUndefined);
-    EXPECT_NEAR(g.locus(FZeile::Gst, 0), 1.0 / 3.0, kRounding);
+    EXPECT_EQ(g.locus(FRow::Fst, 0), kUndefined);
+    EXPECT_EQ(g.locus(FRow::Fis, 0), kUndefined);
+    EXPECT_NEAR(g.locus(FRow::Gst, 0), 1.0 / 3.0, kRounding);
     EXPECT_EQ(g.fst, kUndefined);
     EXPECT_NEAR(g.gst, 1.0 / 3.0, kRounding);
 }
@@ -170,10 +170,10 @@ TEST(GlobalFst, OneIndividualInEveryPopulationHasGstAlone) {
 TEST(GlobalFst, NoPopulationWithAnIndividualKeepsTheGstRows) {
     // One gene copy each: the pool has two alleles, but nobody counts.
     const Global g(oneLocus("A d 0 1 .\nB d 0 2 .\n"));
-    EXPECT_EQ(g.locus(FZeile::Fst, 0), kUndefined);
-    EXPECT_EQ(g.locus(FZeile::Fis, 0), kUndefined);
-    EXPECT_EQ(g.locus(FZeile::Gst, 0), 7.0);
-    EXPECT_EQ(g.locus(FZeile::GstStrich, 0), 7.0);
+    EXPECT_EQ(g.locus(FRow::Fst, 0), kUndefined);
+    EXPECT_EQ(g.locus(FRow::Fis, 0), kUndefined);
+    EXPECT_EQ(g.locus(FRow::Gst, 0), 7.0);
+    EXPECT_EQ(g.locus(FRow::GstStrich, 0), 7.0);
     EXPECT_EQ(g.gst, kUndefined);
 }
 
@@ -181,8 +181,8 @@ TEST(GlobalFst, LocusWithDataInOnePopulationIsNotANumber) {
     // s - 1 = 0 is not guarded, and the sums take it in.
     const Global g("2 . . 2 . 2 .\n. . . 0 . 0 .\n. . . L1 L1b L2 L2b\nA d 0 1 2 1 2\n"
                    "A d 0 1 1 1 1\nB d 0 . . 2 2\nB d 0 . . 1 2\n");
-    EXPECT_TRUE(std::isnan(g.locus(FZeile::Fst, 0)));
-    EXPECT_FALSE(std::isnan(g.locus(FZeile::Fst, 1)));
+    EXPECT_TRUE(std::isnan(g.locus(FRow::Fst, 0)));
+    EXPECT_FALSE(std::isnan(g.locus(FRow::Fst, 1)));
     EXPECT_TRUE(std::isnan(g.fst));
     EXPECT_FALSE(std::isnan(g.gst));
 }
@@ -190,9 +190,9 @@ TEST(GlobalFst, LocusWithDataInOnePopulationIsNotANumber) {
 TEST(GlobalFst, UndefinedOfALocusLooksAtBAndHAlone) {
     // Fixed for different alleles: a 1, b and H 0.
     const Global g(oneLocus("A d 0 5 5\nA d 0 5 5\nB d 0 6 6\nB d 0 6 6\n"));
-    EXPECT_EQ(g.locus(FZeile::Fst, 0), kUndefined);
-    EXPECT_NEAR(g.locus(FZeile::Gst, 0), 1.0, kRounding);
-    EXPECT_NEAR(g.locus(FZeile::GstStrich, 0), 1.0, kRounding);
+    EXPECT_EQ(g.locus(FRow::Fst, 0), kUndefined);
+    EXPECT_NEAR(g.locus(FRow::Gst, 0), 1.0, kRounding);
+    EXPECT_NEAR(g.locus(FRow::GstStrich, 0), 1.0, kRounding);
 }
 
 TEST(GlobalFst, OnePopulationLeavesTheTable) {

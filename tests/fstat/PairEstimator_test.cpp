@@ -40,7 +40,7 @@ TEST(PairEstimator, TheRestOfADealCountsAsTheSecondSample) {
         const auto deal = std::span<const int32_t>(places);
         const auto sample1 = deal.first(static_cast<std::size_t>(pairs1));
         const auto sample2 = deal.subspan(static_cast<std::size_t>(pairs1));
-        PairEstimator estimator(HRegel::Hobs, data.mostAlleles());
+        PairEstimator estimator(HRule::Hobs, data.mostAlleles());
         ShuffleTable t1;
         ShuffleTable t2;
         ShuffleTable whole1;

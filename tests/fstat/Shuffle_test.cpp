@@ -79,7 +79,7 @@ TEST(PairShuffle, DealsAsMakeMix2) {
         t1.resize(data.mostAlleles());
         t2.resize(data.mostAlleles());
         for (unsigned flags = 0; flags < 4; ++flags) {
-            const ShuffleArt art{(flags & 1U) != 0, true, true, (flags & 2U) != 0};
+            const ShuffleMode art{(flags & 1U) != 0, true, true, (flags & 2U) != 0};
             PairShuffle shuffle(data, art);
             SampleMap map1;
             SampleMap map2;
@@ -159,11 +159,11 @@ TEST(GlobalShuffle, DealsAsMakeMixGlobal) {
     }
 }
 
-TEST(ShuffleArt, ReadsTheFlags) {
-    const ShuffleArt none = ShuffleArt::of(0);
+TEST(ShuffleMode, ReadsTheFlags) {
+    const ShuffleMode none = ShuffleMode::of(0);
     EXPECT_FALSE(none.Genotypes || none.Linked || none.Permutation || none.Jackknife);
-    EXPECT_TRUE(ShuffleArt::of(0x8).Genotypes);
-    EXPECT_TRUE(ShuffleArt::of(0x10).Linked);
-    EXPECT_TRUE(ShuffleArt::of(0x20).Permutation);
-    EXPECT_TRUE(ShuffleArt::of(0x100).Jackknife);
+    EXPECT_TRUE(ShuffleMode::of(0x8).Genotypes);
+    EXPECT_TRUE(ShuffleMode::of(0x10).Linked);
+    EXPECT_TRUE(ShuffleMode::of(0x20).Permutation);
+    EXPECT_TRUE(ShuffleMode::of(0x100).Jackknife);
 }

@@ -64,7 +64,7 @@ TEST(NancyCats, PairwiseFstIsThePublishedOne) {
     LoadedRun run(dataFile());
     run.counted();
     run->FstMask = 0x1;
-    FTripel f = newFTripel(run->AnzPop);
+    FTriple f = newFTriple(run->AnzPop);
     CMatrix none;
     run->FST_PAIR_WC84(f, run->PopAllele, none);
     EXPECT_EQ(rounded(f[0](0, 1), 7), "0.1307741");

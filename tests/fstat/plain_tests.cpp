@@ -21,8 +21,8 @@ int flag(const AnalyseDataObj& obj, uint32_t bit) {
 // The store of a pairwise test.
 struct Store {
     explicit Store(const AnalyseDataObj& obj, std::size_t tables)
-        : mix(tables, AllelTabelle(static_cast<std::size_t>(obj.AnzLoci))),
-          permuted(newFTripel(obj.AnzPop)), test(newFTripel(obj.AnzPop)) {
+        : mix(tables, LocusTables(static_cast<std::size_t>(obj.AnzLoci))),
+          permuted(newFTriple(obj.AnzPop)), test(newFTriple(obj.AnzPop)) {
         const auto places = static_cast<std::size_t>(obj.MaxChromosomen);
         for (SampleMap* map : {&map1, &map2}) {
             *map = {std::vector<int32_t>(places), std::vector<int32_t>(places)};
@@ -37,9 +37,9 @@ struct Store {
         sheet.assign(static_cast<std::size_t>(obj.AnzLoci), ofLocus);
     }
 
-    AllelTabellen mix;
-    FTripel permuted;
-    FTripel test;
+    SampleTables mix;
+    FTriple permuted;
+    FTriple test;
     SampleMap map1;
     SampleMap map2;
     SlotSheet sheet;
@@ -47,7 +47,7 @@ struct Store {
 };
 
 // `p` holds hits; n permutations counted for the pair.
-void finish(const AnalyseDataObj& obj, FTripel& p, int i, int j, double n) {
+void finish(const AnalyseDataObj& obj, FTriple& p, int i, int j, double n) {
     const double m = (double(obj.AnzPop) * obj.AnzPop - obj.AnzPop) * 0.5;
     for (CMatrix& matrix : p) {
         const double c = matrix(i, j);
@@ -56,7 +56,7 @@ void finish(const AnalyseDataObj& obj, FTripel& p, int i, int j, double n) {
     }
 }
 
-void clear(FTripel& triple) {
+void clear(FTriple& triple) {
     for (CMatrix& matrix : triple) {
         matrix.Fill(0.0);
     }
@@ -81,7 +81,7 @@ struct Lists {
 
 } // namespace
 
-void plainPairTest(const AnalyseDataObj& obj, FTripel& p, const FTripel& f, CMatrix& locusTable) {
+void plainPairTest(const AnalyseDataObj& obj, FTriple& p, const FTriple& f, CMatrix& locusTable) {
     Store s(obj, 3);
     clear(p);
     InternStartRDGen();
@@ -110,7 +110,7 @@ void plainPairTest(const AnalyseDataObj& obj, FTripel& p, const FTripel& f, CMat
     }
 }
 
-void plainDiscardTest(const AnalyseDataObj& obj, FTripel& p, FTripel& f, CMatrix& untergrenze,
+void plainDiscardTest(const AnalyseDataObj& obj, FTriple& p, FTriple& f, CMatrix& untergrenze,
                       CMatrix& obergrenze, CMatrix& locusTable) {
     Store s(obj, 6);
     const bool limits = flag(obj, 0x200) != 0;
@@ -127,7 +127,7 @@ void plainDiscardTest(const AnalyseDataObj& obj, FTripel& p, FTripel& f, CMatrix
     const auto onPair = [&](int i, int j) {
         obj.Daten->AllelMixE(obj.PopAllele, s.mix, i, j, s.sheet, s.map1, s.map2, flag(obj, 0x8),
                              flag(obj, 0x10), flag(obj, 0x20), flag(obj, 0x100), s.buffer);
-        const AllelTabellen testTables(s.mix.begin() + 3, s.mix.end());
+        const SampleTables testTables(s.mix.begin() + 3, s.mix.end());
         obj.FST_SINGLE_WC84(i, j, s.test, testTables, obj.AnzLoci, 0, 1, nullptr, locusTable);
         obj.FST_SINGLE_WC84(i, j, s.permuted, s.mix, obj.AnzLoci, 0, 1, nullptr, locusTable);
         if (s.test[0](i, j) == obj.DistFehlerwert) {
@@ -174,7 +174,7 @@ void plainDiscardTest(const AnalyseDataObj& obj, FTripel& p, FTripel& f, CMatrix
 GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& observed,
                         const CMatrix& observedLocus) {
     const auto pops = static_cast<std::size_t>(obj.AnzPop);
-    AllelTabellen tab(pops + 1, AllelTabelle(static_cast<std::size_t>(obj.AnzLoci)));
+    SampleTables tab(pops + 1, LocusTables(static_cast<std::size_t>(obj.AnzLoci)));
     std::vector<int32_t> sizes;
     std::vector<std::vector<int32_t>> mapSlot;
     int total = 0;

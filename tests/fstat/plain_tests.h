@@ -10,10 +10,10 @@ namespace kva_test {
 using namespace kva;
 
 // As AnalyseDataObj::FST_P_WC84.
-void plainPairTest(const AnalyseDataObj& obj, FTripel& p, const FTripel& f, CMatrix& locusTable);
+void plainPairTest(const AnalyseDataObj& obj, FTriple& p, const FTriple& f, CMatrix& locusTable);
 
 // As AnalyseDataObj::FST_RD_WC84.
-void plainDiscardTest(const AnalyseDataObj& obj, FTripel& p, FTripel& f, CMatrix& untergrenze,
+void plainDiscardTest(const AnalyseDataObj& obj, FTriple& p, FTriple& f, CMatrix& untergrenze,
                       CMatrix& obergrenze, CMatrix& locusTable);
 
 // What the test over all populations gives.

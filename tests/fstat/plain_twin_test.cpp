@@ -44,7 +44,7 @@ std::vector<uint64_t> bitsOf(const CMatrix& matrix) {
     return bits;
 }
 
-void expectSame(const FTripel& fast, const FTripel& plain, const char* what) {
+void expectSame(const FTriple& fast, const FTriple& plain, const char* what) {
     for (std::size_t s = 0; s < fast.size(); ++s) {
         EXPECT_EQ(bitsOf(fast[s]), bitsOf(plain[s])) << what << ' ' << s;
     }
@@ -61,18 +61,18 @@ struct Case {
         run->FstMask = mask;
         const int pairs = run->AnzPop * (run->AnzPop - 1) / 2;
         locusTable.Resize(run->AnzLoci, std::max(pairs, 1));
-        f = newFTripel(run->AnzPop);
+        f = newFTriple(run->AnzPop);
         run->FST_PAIR_WC84(f, run->PopAllele, locusTable);
     }
 
     LoadedRun run;
-    FTripel f;
+    FTriple f;
     CMatrix locusTable;
 };
 
 void comparePairTest(Case& c) {
-    FTripel fast = newFTripel(c.run->AnzPop);
-    FTripel plain = fast;
+    FTriple fast = newFTriple(c.run->AnzPop);
+    FTriple plain = fast;
     CMatrix plainTable = c.locusTable;
     quietly([&] { c.run->FST_P_WC84(fast, c.f, c.run->PopAllele, c.locusTable); });
     const float next = rand2();
@@ -83,9 +83,9 @@ void comparePairTest(Case& c) {
 }
 
 void compareDiscardTest(Case& c) {
-    FTripel fast = newFTripel(c.run->AnzPop);
-    FTripel plain = fast;
-    FTripel plainF = c.f;
+    FTriple fast = newFTriple(c.run->AnzPop);
+    FTriple plain = fast;
+    FTriple plainF = c.f;
     CMatrix limits[4];
     for (CMatrix& limit : limits) {
         limit.Resize(c.run->AnzPop, c.run->AnzPop);

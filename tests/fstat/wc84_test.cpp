@@ -13,12 +13,12 @@ constexpr double kRounding = 1e-12; // of a handful of operations on values arou
 
 // Three terms of Weir and Cockerham (1984), equations 2 to 4, for two samples, written down
 // straight; a, b, c summed over the alleles.
-Varianz textbook(double n1, double n2, double h, const std::vector<double>& p1,
-                 const std::vector<double>& p2) {
+VarianceComponents textbook(double n1, double n2, double h, const std::vector<double>& p1,
+                            const std::vector<double>& p2) {
     const double r = 2.0;
     const double nbar = (n1 + n2) / r;
     const double nc = (r * nbar - (n1 * n1 + n2 * n2) / (r * nbar)) / (r - 1.0);
-    Varianz v{0.0, 0.0, 0.0};
+    VarianceComponents v{0.0, 0.0, 0.0};
     for (std::size_t u = 0; u < p1.size(); ++u) {
         const double pbar = (n1 * p1[u] + n2 * p2[u]) / (r * nbar);
         const double s2 =
@@ -35,13 +35,13 @@ Varianz textbook(double n1, double n2, double h, const std::vector<double>& p1,
 
 } // namespace
 
-TEST(HRegel, ObservedWinsAndAutoIsWhatIsLeft) {
-    EXPECT_EQ(hRegel(0x1), HRegel::Hobs);
-    EXPECT_EQ(hRegel(0x2), HRegel::Hexp);
-    EXPECT_EQ(hRegel(0x3), HRegel::Hobs);
-    EXPECT_EQ(hRegel(0x4), HRegel::Auto);
-    EXPECT_EQ(hRegel(0x0), HRegel::Auto) << "the bit of the automatic choice is not looked at";
-    EXPECT_EQ(hRegel(0x6), HRegel::Hexp);
+TEST(HRule, ObservedWinsAndAutoIsWhatIsLeft) {
+    EXPECT_EQ(hRule(0x1), HRule::Hobs);
+    EXPECT_EQ(hRule(0x2), HRule::Hexp);
+    EXPECT_EQ(hRule(0x3), HRule::Hobs);
+    EXPECT_EQ(hRule(0x4), HRule::Auto);
+    EXPECT_EQ(hRule(0x0), HRule::Auto) << "the bit of the automatic choice is not looked at";
+    EXPECT_EQ(hRule(0x6), HRule::Hexp);
 }
 
 TEST(LocusFst, IsUndefinedOnlyWithAllThreeZero) {
@@ -50,25 +50,25 @@ TEST(LocusFst, IsUndefinedOnlyWithAllThreeZero) {
     EXPECT_EQ(locusFst({0.25, 0.5, 0.25}), 0.25);
 }
 
-TEST(FSummen, RatiosOfSums) {
-    FSummen sums;
+TEST(FSums, RatiosOfSums) {
+    FSums sums;
     sums.add({0.25, 0.5, 0.5});
     sums.add({0.75, 0.25, 0.25}); // A 1, B 0.75, C 0.75, T 2.5
-    const FWerte f = sums.values(kUndefined);
+    const FValues f = sums.values(kUndefined);
     EXPECT_DOUBLE_EQ(f[0], 0.4);
     EXPECT_DOUBLE_EQ(f[1], 0.7);
     EXPECT_DOUBLE_EQ(f[2], 0.5);
 }
 
-TEST(FSummen, ANonzeroAAloneIsUndefined) {
-    FSummen sums;
+TEST(FSums, ANonzeroAAloneIsUndefined) {
+    FSums sums;
     EXPECT_EQ(sums.values(kUndefined)[0], kUndefined) << "no locus";
     sums.add({0.5, 0.0, 0.0});
-    EXPECT_EQ(sums.values(kUndefined), (FWerte{kUndefined, kUndefined, kUndefined}));
+    EXPECT_EQ(sums.values(kUndefined), (FValues{kUndefined, kUndefined, kUndefined}));
 }
 
-TEST(FSummen, OtherDivisionsByZeroAreNotGuarded) {
-    FSummen sums;
+TEST(FSums, OtherDivisionsByZeroAreNotGuarded) {
+    FSums sums;
     sums.add({0.0, 0.5, -0.5}); // T = 0, B + C = 0
     EXPECT_TRUE(std::isnan(sums.values(kUndefined)[0]));
     EXPECT_TRUE(std::isinf(sums.values(kUndefined)[1]));
@@ -113,7 +113,8 @@ TEST(PairComponents, AgreeWithTheEquationsOfThePaper) {
         const double n1 = copies[0] * 0.5;
         const double n2 = copies[1] * 0.5;
         const auto v = pairComponents({copies[0], copies[1], H1, H2, counts[0], counts[1]});
-        const Varianz paper = textbook(n1, n2, (n1 * H1 + n2 * H2) / (n1 + n2), p[0], p[1]);
+        const VarianceComponents paper =
+            textbook(n1, n2, (n1 * H1 + n2 * H2) / (n1 + n2), p[0], p[1]);
         ASSERT_TRUE(v);
         EXPECT_NEAR(v->a, paper.a, kRounding * 10) << round;
         EXPECT_NEAR(v->b, paper.b, kRounding * 10) << round;
@@ -122,15 +123,15 @@ TEST(PairComponents, AgreeWithTheEquationsOfThePaper) {
 }
 
 // Both samples fixed for the one allele that the pool has, too: nothing to part.
-TEST(GlobalSummen, ALocusThatDoesNotVaryHasNoValue) {
+TEST(GlobalSums, ALocusThatDoesNotVaryHasNoValue) {
     const std::vector<GlobalSample> samples(2, {2.0, 0.0, 0.0});
     const std::vector<double> pbar = {1.0, 0.0};
     const std::vector<double> p = {1.0, 1.0, 0.0, 0.0};
     CMatrix locus;
-    locus.Resize(FZeile::Anzahl, 1);
-    GlobalSummen sums;
+    locus.Resize(FRow::Anzahl, 1);
+    GlobalSums sums;
     sums.add({0.0, samples, pbar, p}, locus, 0, kUndefined);
-    for (int32_t row = 0; row < FZeile::Anzahl; ++row) {
+    for (int32_t row = 0; row < FRow::Anzahl; ++row) {
         EXPECT_EQ(locus(row, 0), kUndefined) << row;
     }
     EXPECT_EQ(sums.values(kUndefined).gst, kUndefined);

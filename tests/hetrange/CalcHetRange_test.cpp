@@ -180,12 +180,12 @@ TEST(CalcHetRange, PopulationNameNeverLeavesTheFolder) {
 TEST(AnalyseHetReplika, TellsOfALastLocusWithoutValue) {
     LoadedRun run(kva_test::kWithGaps); // population B has nothing at L2
     run.counted();
-    std::vector<HetTabelle> tables(2);
+    std::vector<HetTable> tables(2);
     for (std::size_t l = 0; l < 2; ++l) {
         tables[l].Load(run->Daten->Loci[l], 2, run->PopAllele[2][l]);
     }
     std::vector<HetBereich> bereich(2);
-    HetReplikaSheets closed;
+    HetReplicateSheets closed;
     const HetStichprobe sample(2, 4);
     EXPECT_EQ(run->AnalyseHetReplika(0, sample, bereich, tables, closed), -100);
 }

@@ -21,8 +21,8 @@ constexpr const char* kFourEntries = "2 . . 2 .\n"
                                      "A d 0 100 102\n"
                                      "A d 0 100 .\n";
 
-HetTabelle loadedTable(LoadedRun& run, int pop = 1) {
-    HetTabelle table;
+HetTable loadedTable(LoadedRun& run, int pop = 1) {
+    HetTable table;
     table.Load(run->Daten->Loci[0], pop, run->PopAllele[static_cast<std::size_t>(pop)][0]);
     return table;
 }
@@ -107,35 +107,35 @@ TEST(HetBereich, ReplicateWithoutAlleleIsAssignedNotSummed) {
     EXPECT_EQ(bereich.Anzahl, 1); // the missing H did not count
 }
 
-TEST(HetTabelle, CountsTheDrawnEntries) {
+TEST(HetTable, CountsTheDrawnEntries) {
     LoadedRun run(kFourEntries);
     run.counted();
-    HetTabelle table = loadedTable(run);
+    HetTable table = loadedTable(run);
     const std::vector<int32_t> row = {0, 1, 1, 2}; // 100 102 102 100: p = 1/2, 1/2, C = 8
     table.Add(row, false);
-    const HetStatistik wert = table.Statistics();
+    const HetStatistics wert = table.Statistics();
     EXPECT_DOUBLE_EQ(wert.H, 8.0 / 6.0 * 0.5);
     EXPECT_DOUBLE_EQ(wert.V, 8.0 / 6.0 * 1.0); // all four lie 1 from the mean 101
     EXPECT_EQ(wert.A, 2.0);
     EXPECT_EQ(wert.n, 4);
 }
 
-TEST(HetTabelle, IndexBehindTheLastReadsAsMissing) {
+TEST(HetTable, IndexBehindTheLastReadsAsMissing) {
     LoadedRun run(kFourEntries);
     run.counted();
-    HetTabelle table = loadedTable(run);
+    HetTable table = loadedTable(run);
     table.Add(std::vector<int32_t>{0, 4}, false); // 100 and nothing: C = 2, too small for H
     EXPECT_EQ(table.Statistics().H, -1.0);
     EXPECT_EQ(table.Statistics().A, 1.0);
     EXPECT_EQ(table.Statistics().n, 1);
 }
 
-TEST(HetTabelle, SampleOfMissingEntriesHasNoValue) {
+TEST(HetTable, SampleOfMissingEntriesHasNoValue) {
     LoadedRun run(kFourEntries);
     run.counted();
-    HetTabelle table = loadedTable(run);
+    HetTable table = loadedTable(run);
     table.Add(std::vector<int32_t>{3, 3}, false);
-    const HetStatistik wert = table.Statistics();
+    const HetStatistics wert = table.Statistics();
     EXPECT_EQ(wert.H, -1.0);
     EXPECT_EQ(wert.V, -1.0);
     EXPECT_EQ(wert.A, -1.0);
@@ -143,22 +143,22 @@ TEST(HetTabelle, SampleOfMissingEntriesHasNoValue) {
 }
 
 // Flagged pair 102/104 and 104/104 of kInbredPop, population B.
-TEST(HetTabelle, RandomDiscardDrawsForEveryFlaggedPair) {
+TEST(HetTable, RandomDiscardDrawsForEveryFlaggedPair) {
     LoadedRun run(kva_test::kInbredPop);
     run.counted();
-    HetTabelle table = loadedTable(run, 2);
+    HetTable table = loadedTable(run, 2);
     srand2(1); // gives 0.416 and 0.092, both below 0.5: the second allele is kept
     table.Add(std::vector<int32_t>{0, 1, 2, 3}, true);
-    const HetStatistik wert = table.Statistics(); // 104 104 104 104, weight 1 each: C = 4
+    const HetStatistics wert = table.Statistics(); // 104 104 104 104, weight 1 each: C = 4
     EXPECT_EQ(wert.A, 1.0);
     EXPECT_EQ(wert.n, 2);
     EXPECT_NEAR(rand2(), 0.756411, 1e-6); // two numbers were drawn before
 }
 
-TEST(HetTabelle, RandomDiscardKeepsTheFirstAlleleFromOneHalfOn) {
+TEST(HetTable, RandomDiscardKeepsTheFirstAlleleFromOneHalfOn) {
     LoadedRun run(kva_test::kInbredPop);
     run.counted();
-    HetTabelle table = loadedTable(run, 2);
+    HetTable table = loadedTable(run, 2);
     srand2(1);
     (void)rand2();
     (void)rand2();                                     // the next ones are 0.756 and 0.530
@@ -168,17 +168,17 @@ TEST(HetTabelle, RandomDiscardKeepsTheFirstAlleleFromOneHalfOn) {
 }
 
 // Of 102/104 the first is kept, so that one allele is left.
-TEST(HetTabelle, RandomDiscardKeepsTheFirstAlleleAtOneHalfItself) {
+TEST(HetTable, RandomDiscardKeepsTheFirstAlleleAtOneHalfItself) {
     LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\nB h 0 102 104\nB h 0 102 102\n");
     run.counted();
-    HetTabelle table = loadedTable(run);
+    HetTable table = loadedTable(run);
     srand2(kva_test::kSeedOfOneHalf);
     table.Add(std::vector<int32_t>{0, 1, 2, 3}, true);
     EXPECT_EQ(table.Statistics().A, 1.0);
 }
 
 // The same entries fed into an AllelCount give the same bits.
-TEST(HetTabelle, EqualsAnAllelCountOfTheSameEntries) {
+TEST(HetTable, EqualsAnAllelCountOfTheSameEntries) {
     std::string text = "2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n";
     std::mt19937 random(7);
     for (int row = 0; row < 60; ++row) {
@@ -192,7 +192,7 @@ TEST(HetTabelle, EqualsAnAllelCountOfTheSameEntries) {
     }
     LoadedRun run(text);
     run.counted();
-    HetTabelle table = loadedTable(run);
+    HetTable table = loadedTable(run);
     const LociObj& locus = run->Daten->Loci[0];
     for (int sample = 0; sample < 200; ++sample) {
         std::vector<int32_t> row(2 * (1 + random() % 60));
@@ -204,7 +204,7 @@ TEST(HetTabelle, EqualsAnAllelCountOfTheSameEntries) {
         }
         table.Clr();
         table.Add(row, false);
-        const HetStatistik wert = table.Statistics();
+        const HetStatistics wert = table.Statistics();
         ASSERT_EQ(wert.H, plain.CalcHet()) << "sample " << sample;
         ASSERT_EQ(wert.V, plain.CalcVar(plain.CalcMean())) << "sample " << sample;
         ASSERT_EQ(wert.A, plain.AnzAllele < 1 ? -1.0 : plain.AnzAllele) << "sample " << sample;

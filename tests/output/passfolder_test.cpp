@@ -20,11 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr OrdnerRegel kInner{"IM_Format", Message::FormatsNotMade, Message::FormatsNotEntered};
+constexpr FolderRule kInner{"IM_Format", Message::FormatsNotMade, Message::FormatsNotEntered};
 
 // A pass's folder and what the console says of it.
 struct FolderRow {
-    OrdnerRegel Rule;
+    FolderRule Rule;
     const char* Name;
     const char* CannotCreate;
     const char* CannotEnter;
@@ -35,19 +35,19 @@ void PrintTo(const FolderRow& row, std::ostream* out) {
 }
 
 const FolderRow kRows[] = {
-    {Ordner::Allelecount, "Allelecount", "\n!! ERROR Can't create Subfolder Allelcount! ERROR !!\n",
+    {Folder::Allelecount, "Allelecount", "\n!! ERROR Can't create Subfolder Allelcount! ERROR !!\n",
      "\n!! ERROR Can't change into Subfolder Allelcount! ERROR !!\n"},
-    {Ordner::GroupData, "Group_data",
+    {Folder::GroupData, "Group_data",
      "\n!! ERROR Can't create Subfolder Group_data! ERROR !!\nErrorcode: 3-2\n",
      "\n!! ERROR Can't change into Subfolder Group_data! ERROR !!\nErrorcode: 3-1\n"},
-    {Ordner::FormatsData, "Formats&Data", "\n", "\n"}, // their messages have no words
-    {Ordner::DistanceData, "Distance_data",
+    {Folder::FormatsData, "Formats&Data", "\n", "\n"}, // their messages have no words
+    {Folder::DistanceData, "Distance_data",
      "\n!! ERROR Can't create Subfolder Distance_data! ERROR !!\nErrorcode: 4-2\n",
      "\n!! ERROR Can't change into Subfolder Distance_data! ERROR !!\nErrorcode: 4-1\n"},
-    {Ordner::FStatistic, "F-Statistic", // tells of "Distance_data", too
+    {Folder::FStatistic, "F-Statistic", // tells of "Distance_data", too
      "\n!! ERROR Can't create Subfolder Distance_data! ERROR !!\nErrorcode: 4-2\n",
      "\n!! ERROR Can't change into Subfolder Distance_data! ERROR !!\nErrorcode: 4-1\n"},
-    {Ordner::ResamplingData, "Resampling_data",
+    {Folder::ResamplingData, "Resampling_data",
      "\n!! ERROR Can't create Subfolder Resampling_data! ERROR !!\nErrorcode: 7-2\n",
      "\n!! ERROR Can't change into Subfolder Resampling_data! ERROR !!\nErrorcode: 7-1\n"},
 };
@@ -72,7 +72,7 @@ class PassFolderRows : public PassFolderTest, public testing::WithParamInterface
 
 // The status of a stay in a new folder that may not be entered, for a process without the rights
 // of root, which it gives up for good. 100: the console does not say `words`.
-int statusWithoutRights(AnalyseDataObj& run, const OrdnerRegel& rule, const std::string& words) {
+int statusWithoutRights(AnalyseDataObj& run, const FolderRule& rule, const std::string& words) {
     constexpr uid_t kNobody = 65534;
     constexpr int kOtherWords = 100;
     if (geteuid() == 0 && setuid(kNobody) != 0) {
@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, PassFolderRows, testing::ValuesIn(kRows),
 
 TEST_F(PassFolderTest, SingleDataIsMadeSilently) {
     StdoutCapture console;
-    const PassFolder pass(run, Ordner::SingleData);
+    const PassFolder pass(run, Folder::SingleData);
     EXPECT_EQ(pass.status(), 0);
     EXPECT_EQ(fs::current_path(), inResult("Single_data"));
     EXPECT_EQ(console.text(), "");
@@ -146,7 +146,7 @@ TEST_F(PassFolderTest, SingleDataIsMadeSilently) {
 TEST_F(PassFolderTest, ExistingSingleDataIsToldAndEntered) {
     fs::create_directory("Single_data");
     StdoutCapture console;
-    const PassFolder pass(run, Ordner::SingleData);
+    const PassFolder pass(run, Folder::SingleData);
     EXPECT_EQ(pass.status(), 0);
     EXPECT_EQ(fs::current_path(), inResult("Single_data"));
     EXPECT_EQ(console.text(), kSingleCreate);
@@ -155,7 +155,7 @@ TEST_F(PassFolderTest, ExistingSingleDataIsToldAndEntered) {
 TEST_F(PassFolderTest, AFileInPlaceOfSingleDataIsToldTwice) {
     writeFile("Single_data", "");
     StdoutCapture console;
-    const PassFolder pass(run, Ordner::SingleData);
+    const PassFolder pass(run, Folder::SingleData);
     EXPECT_EQ(pass.status(), 1);
     EXPECT_EQ(console.text(), kSingleCreate + kSingleEnter);
     EXPECT_EQ(fs::current_path(), folder.path());
@@ -163,7 +163,7 @@ TEST_F(PassFolderTest, AFileInPlaceOfSingleDataIsToldTwice) {
 
 TEST_F(PassFolderTest, SingleDataThatMayNotBeEnteredIsTold) {
     fs::permissions(folder.path(), fs::perms::all);
-    EXPECT_EXIT(_exit(statusWithoutRights(run, Ordner::SingleData, kSingleEnter)),
+    EXPECT_EXIT(_exit(statusWithoutRights(run, Folder::SingleData, kSingleEnter)),
                 testing::ExitedWithCode(1), "");
 }
 
@@ -171,7 +171,7 @@ TEST_F(PassFolderTest, SingleDataThatMayNotBeEnteredIsTold) {
 
 TEST_F(PassFolderTest, APassStartsFromTheResultFolder) {
     const TempFolder elsewhere(TempFolder::Enter::yes);
-    const PassFolder pass(run, Ordner::GroupData);
+    const PassFolder pass(run, Folder::GroupData);
     EXPECT_EQ(fs::current_path(), inResult("Group_data"));
     EXPECT_TRUE(fs::is_empty(elsewhere.path()));
     fs::current_path(elsewhere.path());
@@ -179,7 +179,7 @@ TEST_F(PassFolderTest, APassStartsFromTheResultFolder) {
 
 TEST_F(PassFolderTest, TheEndOfTheStayLeadsToTheResultFolder) {
     {
-        const PassFolder pass(run, Ordner::GroupData);
+        const PassFolder pass(run, Folder::GroupData);
         fs::create_directory("deeper");
         fs::current_path("deeper");
     }
@@ -188,24 +188,24 @@ TEST_F(PassFolderTest, TheEndOfTheStayLeadsToTheResultFolder) {
 
 TEST_F(PassFolderTest, APassThatStaysLeavesTheProcessInTheFolder) {
     {
-        PassFolder pass(run, Ordner::GroupData);
+        PassFolder pass(run, Folder::GroupData);
         pass.stay();
     }
     EXPECT_EQ(fs::current_path(), inResult("Group_data"));
-    EXPECT_EQ(run.AktuellerOrdner, "");
-    const PassFolder next(run, Ordner::DistanceData); // starts from the result folder all the same
+    EXPECT_EQ(run.CurrentFolder, "");
+    const PassFolder next(run, Folder::DistanceData); // starts from the result folder all the same
     EXPECT_EQ(fs::current_path(), inResult("Distance_data"));
 }
 
 TEST_F(PassFolderTest, FailuresOfFilesAreShownWithTheFolder) {
     StdoutCapture console;
     {
-        const PassFolder pass(run, Ordner::GroupData);
-        EXPECT_EQ(run.AktuellerOrdner, "Group_data/");
+        const PassFolder pass(run, Folder::GroupData);
+        EXPECT_EQ(run.CurrentFolder, "Group_data/");
         fs::create_directory("Vargroup.xls");
         EXPECT_FALSE(run.OpenResult("Vargroup.xls", "wb").isOpen());
     }
-    EXPECT_EQ(run.AktuellerOrdner, "");
+    EXPECT_EQ(run.CurrentFolder, "");
     EXPECT_EQ(console.text(),
               "\nCannot write result file Group_data/Vargroup.xls: Is a directory\n");
 }
@@ -214,19 +214,19 @@ TEST_F(PassFolderTest, FailuresOfFilesAreShownWithTheFolder) {
 
 TEST_F(PassFolderTest, AnInnerFolderIsMadeInsideAndLeftWithTheOuterOne) {
     {
-        PassFolder pass(run, Ordner::FormatsData);
+        PassFolder pass(run, Folder::FormatsData);
         EXPECT_EQ(pass.enterInner(kInner), 0);
         EXPECT_EQ(fs::current_path(), inResult("Formats&Data/IM_Format"));
-        EXPECT_EQ(run.AktuellerOrdner, "Formats&Data/IM_Format/");
+        EXPECT_EQ(run.CurrentFolder, "Formats&Data/IM_Format/");
     }
     EXPECT_EQ(fs::current_path(), folder.path());
-    EXPECT_EQ(run.AktuellerOrdner, "");
+    EXPECT_EQ(run.CurrentFolder, "");
 }
 
 TEST_F(PassFolderTest, AnInnerFolderThatIsThereIsEntered) {
     fs::create_directories(inResult("Formats&Data/IM_Format"));
     StdoutCapture console;
-    PassFolder pass(run, Ordner::FormatsData);
+    PassFolder pass(run, Folder::FormatsData);
     EXPECT_EQ(pass.enterInner(kInner), 0);
     EXPECT_EQ(fs::current_path(), inResult("Formats&Data/IM_Format"));
     EXPECT_EQ(console.text(), "");
@@ -236,9 +236,9 @@ TEST_F(PassFolderTest, AFileInPlaceOfTheInnerFolderIsTold) {
     fs::create_directory("Formats&Data");
     writeFile("Formats&Data/IM_Format", "");
     StdoutCapture console;
-    PassFolder pass(run, Ordner::FormatsData);
+    PassFolder pass(run, Folder::FormatsData);
     EXPECT_EQ(pass.enterInner(kInner), 2);
     EXPECT_EQ(fs::current_path(), inResult("Formats&Data"));
-    EXPECT_EQ(run.AktuellerOrdner, "Formats&Data/");
+    EXPECT_EQ(run.CurrentFolder, "Formats&Data/");
     EXPECT_EQ(console.text(), "\n");
 }

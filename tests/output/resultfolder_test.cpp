@@ -39,7 +39,7 @@ TEST_F(InitPath, BareNameMakesTheFolderBesideTheFile) {
     EXPECT_EQ(obj.StartPfad, folder.path().string());
     EXPECT_EQ(obj.DateiKurzName, "data.txt");
     EXPECT_EQ(fs::current_path(), folder / "data.txt_KVAresult00");
-    EXPECT_FALSE(obj.OrdnerFehlt);
+    EXPECT_FALSE(obj.FolderMissing);
     EXPECT_EQ(console, "");
 }
 
@@ -82,7 +82,7 @@ TEST_F(InitPath, PassesOfARelativeNameWriteIntoTheResultFolder) {
     fs::current_path(inside.parent_path());
     fs::create_directory("sub");
     read.DateiName = "sub/data.txt";
-    read.DateiPfad.clear();
+    read.DataPath.clear();
     EXPECT_EQ(read.InitPath(), 0);
     loaded.counted();
     EXPECT_TRUE(fs::exists(inside.parent_path() / "sub/data.txt_KVAresult00/Allelecount"));
@@ -151,9 +151,9 @@ TEST_F(InitPath, FurtherRunHasALogOfItsOwn) {
 }
 
 TEST_F(InitPath, RunStandsOutsideAllFoldersOfPasses) {
-    obj.AktuellerOrdner = "Group_data/";
+    obj.CurrentFolder = "Group_data/";
     run("data.txt");
-    EXPECT_EQ(obj.AktuellerOrdner, "");
+    EXPECT_EQ(obj.CurrentFolder, "");
 }
 
 TEST_F(InitPath, RefusedFileLeavesAFolderWithALog) {
@@ -177,7 +177,7 @@ static std::string failureText(const std::string& path, const std::string& reaso
 
 TEST_F(InitPath, FolderThatCannotBeMadeEndsTheSearch) {
     EXPECT_EQ(run("missing/data.txt"), 1);
-    EXPECT_TRUE(obj.OrdnerFehlt);
+    EXPECT_TRUE(obj.FolderMissing);
     EXPECT_EQ(console, failureText((folder / "missing/data.txt_KVAresult00").string(),
                                    "No such file or directory"));
     EXPECT_EQ(obj.StartPfad, "");
@@ -203,14 +203,14 @@ TEST_F(InitPath, FailedFurtherRunLeavesPathsAndLogAsTheyWere) {
         const StdoutCapture swallowed;
         EXPECT_EQ(obj.InitPath(), 1);
     }
-    EXPECT_TRUE(obj.OrdnerFehlt);
+    EXPECT_TRUE(obj.FolderMissing);
     EXPECT_EQ(obj.StartPfad, start);
     EXPECT_EQ(obj.ResultPfad, result);
     EXPECT_TRUE(obj.LogDatei.isOpen());
 
     fs::rename(folder / "away", folder / "sub");
     EXPECT_EQ(obj.InitPath(), 0);
-    EXPECT_FALSE(obj.OrdnerFehlt);
+    EXPECT_FALSE(obj.FolderMissing);
 }
 
 TEST_F(InitPath, FolderThatCannotBeEnteredIsTold) {
@@ -223,7 +223,7 @@ TEST_F(InitPath, FolderThatCannotBeEnteredIsTold) {
     EXPECT_EQ(run("data.txt"), 1);
     umask(before);
     ASSERT_EQ(seteuid(user), 0);
-    EXPECT_TRUE(obj.OrdnerFehlt);
+    EXPECT_TRUE(obj.FolderMissing);
     EXPECT_EQ(console,
               failureText((folder / "data.txt_KVAresult00").string(), "Permission denied"));
     fs::permissions(folder / "data.txt_KVAresult00", fs::perms::owner_all);

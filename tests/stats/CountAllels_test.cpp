@@ -280,7 +280,7 @@ TEST(CountAllels, EntryZeroIsThePoolAndEntryPPopulationP) {
     LoadedRun run(kTwoPops);
     run.counted();
     ASSERT_EQ(run->PopAllele.size(), 3U);
-    for (const AllelTabelle& sample : run->PopAllele) {
+    for (const LocusTables& sample : run->PopAllele) {
         EXPECT_EQ(sample.size(), 2U);
     }
     EXPECT_EQ(copiesOf(tableOf(*run, 0, 2)), (Copies{{200, 5}, {204, 2}, {208, 1}}));

@@ -24,8 +24,8 @@ const char* const kGroups = "2 . . 2 .\n"
                             "E d 1 100 100\n";
 
 // Tables in the order of the populations, behind an empty pool.
-AllelTabellen tablesOf(const std::vector<AllelCount>& populations) {
-    AllelTabellen tables(1, AllelTabelle(1));
+SampleTables tablesOf(const std::vector<AllelCount>& populations) {
+    SampleTables tables(1, LocusTables(1));
     for (const AllelCount& table : populations) {
         tables.push_back({table});
     }
@@ -33,7 +33,7 @@ AllelTabellen tablesOf(const std::vector<AllelCount>& populations) {
 }
 
 // Group 1 holds A (100, 100, 100, 102), B (104 four times) and E (empty); C is 90, 96.
-AllelTabellen handmade() {
+SampleTables handmade() {
     return tablesOf({tableOf({{100, 3}, {102, 1}}), tableOf({{104, 4}}),
                      tableOf({{90, 2}, {96, 2}}), tableOf({{80, 2}}), AllelCount()});
 }
@@ -89,14 +89,14 @@ TEST_F(GroupMeans, ExtremesOfTheGroup) {
 
 // The search for the smallest starts at 100000, which stays below larger numbers.
 TEST_F(GroupMeans, SmallestIsNeverAbove100000) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({tableOf({{200000, 2}}), AllelCount(), AllelCount(), AllelCount(), AllelCount()});
     EXPECT_EQ(daten.CalcMin(tables, 1, 1), 100000);
     EXPECT_EQ(daten.CalcMax(tables, 1, 1), 200000);
 }
 
 TEST_F(GroupMeans, AlleleZeroCounts) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({tableOf({{0, 2}}), AllelCount(), AllelCount(), AllelCount(), AllelCount()});
     EXPECT_EQ(daten.CalcMin(tables, 1, 1), 0);
     EXPECT_EQ(daten.CalcMax(tables, 1, 1), 0);
@@ -104,7 +104,7 @@ TEST_F(GroupMeans, AlleleZeroCounts) {
 }
 
 TEST_F(GroupMeans, GroupWithoutAllelesHasNone) {
-    const AllelTabellen tables(6, AllelTabelle(1));
+    const SampleTables tables(6, LocusTables(1));
     EXPECT_EQ(daten.CalcHet(tables, 1, 1), -1.0);
     EXPECT_EQ(daten.CalcVar(tables, 1, 1), -1.0);
     EXPECT_EQ(daten.CalcMean(tables, 1, 1), -1.0);
@@ -128,7 +128,7 @@ TEST_F(GroupMeans, FirstIndividualDecidesForItsPopulation) {
 }
 
 TEST_F(GroupMeans, BadLocusIsToldApart) {
-    const AllelTabellen tables = handmade();
+    const SampleTables tables = handmade();
     for (const int locus : {0, 2}) {
         EXPECT_EQ(daten.CalcHet(tables, locus, 1), -2.0);
         EXPECT_EQ(daten.CalcVar(tables, locus, 1), -2.0);
@@ -146,7 +146,7 @@ TEST_F(GroupMeans, BadLocusIsToldApart) {
 
 TEST(GroupMeansWithoutPopulations, LocusIsToldApart) {
     const LociObj locus;
-    const AllelTabellen tables(1, AllelTabelle(1));
+    const SampleTables tables(1, LocusTables(1));
     EXPECT_EQ(locus.CalcHet(tables, 1, 1), -1.5);
     EXPECT_EQ(locus.CalcVar(tables, 1, 1), -1.5);
     EXPECT_EQ(locus.CalcMean(tables, 1, 1), -1.5);
@@ -165,27 +165,27 @@ TEST(GroupMeansWithoutPopulations, LocusIsToldApart) {
 // Four individuals with both alleles at 1/2 and h heterozygotes: C = 16, Hs = 16/14 (1/2 - h/64),
 // F = 1 - (h/4)/Hs. h = 2: Hs = 15/28, F = 1/15. h = 4: Hs = 1/2, F = -1.
 TEST_F(GroupMeans, NegativeFiskIsDropped) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({halves(4, 2), halves(4, 4), halves(4, 4), AllelCount(), halves(4, 2)});
     EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 1.0 / 15.0, 1e-15);
 }
 
 TEST_F(GroupMeans, OnlyNegativeFiskGivesNone) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({halves(4, 4), halves(4, 4), halves(4, 2), AllelCount(), halves(4, 4)});
     EXPECT_EQ(daten.CalcFisk(tables, 1, 1), -1.0);
 }
 
 // Monomorphic: 0/0 is no number.
 TEST_F(GroupMeans, FiskWithoutDiversityIsDropped) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({tableOf({{100, 4}}), halves(4, 2), AllelCount(), AllelCount(), halves(4, 2)});
     EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 1.0 / 15.0, 1e-15);
 }
 
 // The formula has no guard: 1 - (-1)/(-1) is 0 and enters the mean.
 TEST_F(GroupMeans, FiskOfAnEmptySampleIsZero) {
-    const AllelTabellen tables =
+    const SampleTables tables =
         tablesOf({halves(4, 2), AllelCount(), AllelCount(), AllelCount(), halves(4, 2)});
     EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 2.0 / 45.0, 1e-15); // (1/15 + 0 + 1/15)/3
 }
@@ -210,7 +210,7 @@ AllelCount replicated() {
 
 // A ran its replicates (means 3/4, 100.5, 3/2, 3/2), B is diploid (1/2, 100.5, 1, 2), E is empty.
 TEST_F(GroupMeans, RandomDiscardWhereItRanElsePlain) {
-    const AllelTabellen tables = tablesOf(
+    const SampleTables tables = tablesOf(
         {replicated(), tableOf({{100, 3}, {102, 1}}), AllelCount(), AllelCount(), AllelCount()});
     EXPECT_DOUBLE_EQ(daten.CalcRDHetG(tables, 1, 1), (0.75 + 0.5) / 2.0);
     EXPECT_DOUBLE_EQ(daten.CalcRDMeanG(tables, 1, 1), 100.5);
@@ -220,7 +220,7 @@ TEST_F(GroupMeans, RandomDiscardWhereItRanElsePlain) {
 
 // Inbred without replicates: C = 4, H = 2 x 1/2 = 1, variance 2 x 1 = 2.
 TEST_F(GroupMeans, RandomDiscardStartsNoReplicates) {
-    const AllelTabellen tables = tablesOf(
+    const SampleTables tables = tablesOf(
         {tableOf({{100, 2}, {102, 2}}, 1), AllelCount(), AllelCount(), AllelCount(), AllelCount()});
     EXPECT_DOUBLE_EQ(daten.CalcRDHetG(tables, 1, 1), 1.0);
     EXPECT_DOUBLE_EQ(daten.CalcRDVarG(tables, 1, 1), 2.0);

@@ -153,7 +153,7 @@ class Drivers {
     }
     AllelCount& table(int pop) { return Run->PopAllele[static_cast<std::size_t>(pop)][0]; }
     Datensatz& daten() { return *Run->Daten; }
-    AllelTabellen& tables() { return Run->PopAllele; }
+    SampleTables& tables() { return Run->PopAllele; }
 
   private:
     LoadedRun Run;

@@ -461,7 +461,7 @@ TEST(Uebersicht, RandomDiscardSheetsHoldTheMeanOverTheReplicates) {
     LoadedRun run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n"
                   "A h 0 100 102\nA h 0 102 104\nA h 0 100 106\nB d 0 100 102\n");
     run.counted();
-    AllelTabellen tables = run->PopAllele;
+    SampleTables tables = run->PopAllele;
     const StdoutCapture swallowed;
     srand2(7);
     run->Daten->CalcRDHet(tables, 0, 1, 200);

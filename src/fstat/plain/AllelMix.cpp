@@ -34,7 +34,7 @@ void addSlot(const LociObj& locus, long pop, long slot, AllelCount& pool, AllelC
 struct PairMix {
     const Datensatz& daten;
     const SlotSheet& sheet;
-    AllelTabellen& mix;
+    SampleTables& mix;
 
     // The entries of a drawn sample.
     void addSample(std::size_t l, const SampleMap& map, long size, std::size_t sample) const {
@@ -54,13 +54,13 @@ struct PairMix {
     }
 };
 
-bool hasData(const AllelTabellen& quelle, long pop, std::size_t locus) {
+bool hasData(const SampleTables& quelle, long pop, std::size_t locus) {
     return quelle[static_cast<std::size_t>(pop) + 1][locus].AnzGesamt > 0;
 }
 
 // Both forms of the pair mix: `tables` of 6 also counts the test tables.
-int mixPair(const Datensatz& daten, std::size_t tables, const AllelTabellen& quelle,
-            AllelTabellen& mix, long pop1, long pop2, const SlotSheet& sheet, SampleMap& map1,
+int mixPair(const Datensatz& daten, std::size_t tables, const SampleTables& quelle,
+            SampleTables& mix, long pop1, long pop2, const SlotSheet& sheet, SampleMap& map1,
             SampleMap& map2, int genotypes, int linked, int permutation, int jackknife,
             std::vector<int32_t>& buffer) {
     const long n1 = daten.GetAnzDatenChromosome(static_cast<int>(pop1) + 1);
@@ -94,7 +94,7 @@ int mixPair(const Datensatz& daten, std::size_t tables, const AllelTabellen& que
 
 } // namespace
 
-int Datensatz::AllelMix(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+int Datensatz::AllelMix(const SampleTables& quelle, SampleTables& mix, long pop1, long pop2,
                         const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
                         int linked, int permutation, int jackknife,
                         std::vector<int32_t>& buffer) const {
@@ -102,7 +102,7 @@ int Datensatz::AllelMix(const AllelTabellen& quelle, AllelTabellen& mix, long po
                    permutation, jackknife, buffer);
 }
 
-int Datensatz::AllelMixE(const AllelTabellen& quelle, AllelTabellen& mix, long pop1, long pop2,
+int Datensatz::AllelMixE(const SampleTables& quelle, SampleTables& mix, long pop1, long pop2,
                          const SlotSheet& sheet, SampleMap& map1, SampleMap& map2, int genotypes,
                          int linked, int permutation, int jackknife,
                          std::vector<int32_t>& buffer) const {
@@ -110,7 +110,7 @@ int Datensatz::AllelMixE(const AllelTabellen& quelle, AllelTabellen& mix, long p
                    linked, permutation, jackknife, buffer);
 }
 
-int Datensatz::AllelMix(AllelTabellen& mix, long pop1, long pop2, int genotypes) const {
+int Datensatz::AllelMix(SampleTables& mix, long pop1, long pop2, int genotypes) const {
     const long step = genotypes != 0 ? 2 : 1;
     const long sizes[2] = {GetAnzDatenChromosome(static_cast<int>(pop1) + 1) / step,
                            GetAnzDatenChromosome(static_cast<int>(pop2) + 1) / step};
@@ -133,7 +133,7 @@ int Datensatz::AllelMix(AllelTabellen& mix, long pop1, long pop2, int genotypes)
     return 0;
 }
 
-int Datensatz::CountMixGlobal(AllelTabellen& tab, std::vector<std::vector<int32_t>>& mapSlot,
+int Datensatz::CountMixGlobal(SampleTables& tab, std::vector<std::vector<int32_t>>& mapSlot,
                               std::vector<std::vector<int32_t>>& mapPop,
                               std::span<const int32_t> groessen, int gesamt,
                               std::vector<int32_t>& buffer, int linked, int genotypes) const {

@@ -28,7 +28,7 @@ std::string rows(const AllelCount& t) {
 // Room for a pair mix of `run`, the sheet being the identity.
 struct Mix {
     explicit Mix(LoadedRun& run, std::size_t tables = 3)
-        : mix(tables, AllelTabelle(static_cast<std::size_t>(run->AnzLoci))) {
+        : mix(tables, LocusTables(static_cast<std::size_t>(run->AnzLoci))) {
         for (SampleMap* map : {&map1, &map2}) {
             *map = {std::vector<int32_t>(20), std::vector<int32_t>(20)};
         }
@@ -49,7 +49,7 @@ struct Mix {
                   0);
     }
 
-    AllelTabellen mix;
+    SampleTables mix;
     SampleMap map1;
     SampleMap map2;
     SlotSheet sheet;
@@ -198,7 +198,7 @@ TEST(CountMixGlobal, TablesOfAllPopulations) {
     // Left B0 B1: 4 x 0.7564 -> 3: B1 to A1. Then B0 to A0.
     LoadedRun run(kTwoPops);
     run.counted();
-    AllelTabellen tab(3, AllelTabelle(2));
+    SampleTables tab(3, LocusTables(2));
     std::vector<std::vector<int32_t>> slot{std::vector<int32_t>(4, -1),
                                            std::vector<int32_t>(4, -1)};
     std::vector<std::vector<int32_t>> pop = slot;
@@ -218,7 +218,7 @@ TEST(CountMixGlobal, TablesOfAllPopulations) {
 TEST(CountMixGlobal, InAlleleModeTheFirstPlaceRepeatsTheShuffleBefore) {
     LoadedRun run(kTwoPopsOneColumn);
     run.counted();
-    AllelTabellen tab(3, AllelTabelle(2));
+    SampleTables tab(3, LocusTables(2));
     std::vector<std::vector<int32_t>> slot{std::vector<int32_t>(4, -1),
                                            std::vector<int32_t>(4, -1)};
     std::vector<std::vector<int32_t>> pop = slot;
