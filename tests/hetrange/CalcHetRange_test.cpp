@@ -177,6 +177,24 @@ TEST(CalcHetRange, PopulationNameNeverLeavesTheFolder) {
     EXPECT_NE(sheet(run, "HetRangeMin.xls").find("../x\t"), std::string::npos);
 }
 
+// 4 x 0.416 0.092 0.7564 0.5297, then 4 x 0.9304 0.3835 0.6539 0.0668: the stream of seed 1.
+TEST(MakeHetReplika, DrawsAnEntryForEachPlaceOfEachLocus) {
+    LoadedRun run(kva_test::kTwoPops);
+    run->HetRangeMask = HetRangeBit::Draw;
+    HetStichprobe sample(2, 4);
+    srand2(1);
+    EXPECT_EQ(run->MakeHetReplika(0, 0, sample), 0);
+    const auto row = [&](int locus) {
+        const auto places = sample.Row(locus);
+        return std::vector<int32_t>(places.begin(), places.end());
+    };
+    EXPECT_EQ(row(0), (std::vector<int32_t>{1, 0, 3, 2}));
+    EXPECT_EQ(row(1), (std::vector<int32_t>{3, 1, 2, 0}));
+    run->HetRangeMask = 0;
+    EXPECT_EQ(run->MakeHetReplika(1, 0, sample), 0);
+    EXPECT_EQ(row(0), (std::vector<int32_t>{1, 0, 3, 2})) << "without draws nothing changes";
+}
+
 TEST(AnalyseHetReplika, TellsOfALastLocusWithoutValue) {
     LoadedRun run(kva_test::kWithGaps); // population B has nothing at L2
     run.counted();
