@@ -44,11 +44,12 @@ Tally tallyPair(uint32_t first, int32_t firstWeight, uint32_t second, int32_t se
 }
 
 void CodedLocus::pairUp(int32_t slotPlace, int32_t pairPlace, int32_t slots) {
-    for (int32_t pair = 0; pair < slots / 2; ++pair) {
-        const auto first = static_cast<std::size_t>(slotPlace + 2 * pair);
-        Pairs[static_cast<std::size_t>(pairPlace + pair)] = {
-            Code[first], Code[first + 1],
-            tallyPair(Code[first], Weight[first], Code[first + 1], Weight[first + 1])};
+    const auto pairs = static_cast<std::size_t>(slots / 2);
+    auto first = static_cast<std::size_t>(slotPlace);
+    auto place = static_cast<std::size_t>(pairPlace);
+    for (std::size_t pair = 0; pair < pairs; ++pair, first += 2, ++place) {
+        Pairs[place] = {Code[first], Code[first + 1],
+                        tallyPair(Code[first], Weight[first], Code[first + 1], Weight[first + 1])};
     }
 }
 
@@ -86,14 +87,14 @@ void CodedData::readThrough(const SlotSheet& sheet, CodedData& out) const {
         const CodedLocus& from = Loci[l];
         CodedLocus& to = out.Loci[l];
         for (std::size_t pop = 0; pop < populations(); ++pop) {
-            const std::vector<long>& sources = sheet[l][pop];
-            for (int32_t slot = 0; slot < slots(pop); ++slot) {
-                const long source = sources[static_cast<std::size_t>(slot)];
-                const auto target = static_cast<std::size_t>(slotPlace(pop) + slot);
-                const auto place =
-                    static_cast<std::size_t>(slotPlace(pop) + std::max(source, long{0}));
+            const auto begin = static_cast<std::size_t>(slotPlace(pop));
+            std::size_t target = begin;
+            for (const long source : sheet[l][pop]) { // one for each slot
+                const std::size_t place =
+                    begin + static_cast<std::size_t>(std::max(source, long{0}));
                 to.Code[target] = source < 0 ? kMissingCode : from.Code[place];
                 to.Weight[target] = from.Weight[place];
+                ++target;
             }
             to.pairUp(slotPlace(pop), pairPlace(pop), slots(pop));
         }

@@ -47,8 +47,11 @@ PairEstimator::componentsOfDeal(const CodedLocus& locus, const ShuffleTable& who
             Drawn.mark(code);
         }
     };
-    for (const int32_t* place = places2.data(); open > 0; ++place) {
-        const CodedPair& pair = locus.Pairs[static_cast<std::size_t>(*place)];
+    for (const int32_t place : places2) {
+        if (open <= 0) {
+            break;
+        }
+        const CodedPair& pair = locus.Pairs[static_cast<std::size_t>(place)];
         addNew(pair.First);
         addNew(pair.Second);
     }

@@ -15,7 +15,8 @@ long jackknifedSlots(long slots) {
     if (slots < kJackknifeFrom) {
         return slots;
     }
-    const double r = static_cast<double>(slots / 2) * kJackknifeShare;
+    const long individuals = slots / 2;
+    const double r = static_cast<double>(individuals) * kJackknifeShare;
     if (r < 1.0) {
         return slots - 2;
     }
