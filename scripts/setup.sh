@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|bench|readers ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -10,6 +10,7 @@ for need in "$@"; do
     test) set -- "$@" libgtest-dev libgmock-dev faketime python3=python3 ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
     coverage) set -- "$@" gcovr=gcovr ;;
+    clang) set -- "$@" clang-14=clang++-14 ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
     *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;

@@ -184,21 +184,21 @@ std::string_view nameCells(const Header& header, std::string_view block) {
 
 // --- Refused files ---------------------------------------------------------
 
-enum class CatalogueWords { none, noMemory, noLineEnd };
+enum class CatalogueWords { None, NoMemory, NoLineEnd };
 
 // Why CheckDataFile refuses a file.
 struct Refusal {
     int status = 0; // result of CheckDataFile; 0: the file is taken
-    CatalogueWords words = CatalogueWords::none;
+    CatalogueWords words = CatalogueWords::None;
     int row = 0; // of the file, from 1
     std::string found;
     std::string expected;
 };
 
 void tell(const std::string& file, const Refusal& refusal) {
-    if (refusal.words == CatalogueWords::noMemory) {
+    if (refusal.words == CatalogueWords::NoMemory) {
         AUSGABE(Message::NoMemory); // speaks of memory, also where nothing could be read
-    } else if (refusal.words == CatalogueWords::noLineEnd) {
+    } else if (refusal.words == CatalogueWords::NoLineEnd) {
         std::cout << "Error to detect NEWLINE" << std::endl;
     } else {
         std::cout << std::endl;
@@ -214,7 +214,7 @@ std::string shownByte(char c) {
 }
 
 Refusal refuseFirstByte(char c) {
-    return {4, CatalogueWords::none, 1, shownByte(c) + " as first byte",
+    return {4, CatalogueWords::None, 1, shownByte(c) + " as first byte",
             "\"1\" or \"2\", the number of columns per locus"};
 }
 
@@ -229,7 +229,7 @@ std::string shownEnd(std::string_view block, int64_t end) {
 }
 
 Refusal refuseUnfinished(const Header& header, std::string_view block) {
-    return {4, header.unfinished == 1 ? CatalogueWords::noLineEnd : CatalogueWords::none,
+    return {4, header.unfinished == 1 ? CatalogueWords::NoLineEnd : CatalogueWords::None,
             header.unfinished, shownEnd(block, header.end),
             "two or three header rows that end with LF, CR LF or CR"};
 }
@@ -239,7 +239,7 @@ Refusal checkHeader(const DataWindow& window, const Header& header, std::string_
         return refuseUnfinished(header, block);
     }
     if (header.rows == 3 && window.byteAt(header.names.lastByte + 1) == '\t') {
-        return {5, CatalogueWords::none, 4, "a tab as first byte, as in row 3",
+        return {5, CatalogueWords::None, 4, "a tab as first byte, as in row 3",
                 "the name of a population"};
     }
     return {};
@@ -262,11 +262,11 @@ std::string cellsWanted(int columns) {
 }
 
 Refusal refuseLoci(const Header& header, int columns) {
-    return {6, CatalogueWords::none, 1, shownCells(header), cellsWanted(columns)};
+    return {6, CatalogueWords::None, 1, shownCells(header), cellsWanted(columns)};
 }
 
 Refusal refuseWithoutRows(const Header& header) {
-    return {5, CatalogueWords::none, header.rows + 1, "the end of the data",
+    return {5, CatalogueWords::None, header.rows + 1, "the end of the data",
             "the first individual"};
 }
 
@@ -409,7 +409,7 @@ class RowBatch {
 Refusal findShape(LoadedData& data, DataWindow& window) {
     const std::string_view block = window.block(0);
     if (block.empty()) {
-        return {3, CatalogueWords::noMemory, 1, "nothing to read",
+        return {3, CatalogueWords::NoMemory, 1, "nothing to read",
                 "the number of columns per locus"};
     }
     const int columns = block.front() - '0';
@@ -427,7 +427,7 @@ Refusal findShape(LoadedData& data, DataWindow& window) {
     if (loci < 0 || data.Daten->init(loci) != loci) {
         return refuseLoci(header, columns);
     }
-    RowWalk walk(window, header.names.lastByte, CrLf::lineEnd);
+    RowWalk walk(window, header.names.lastByte, CrLf::LineEnd);
     PopulationCount populations(*data.Daten, columns);
     while (walk.next()) {
         const std::string_view row = walk.row().text;
@@ -590,7 +590,7 @@ int LoadedData::GetDataFile(std::FILE* stream) {
     readNames(*Daten, DatenFormat, nameCells(header, block));
     const bool crOnly = losesAlignment(header);
     RowWalk walk(window, crOnly ? header.names.lineEnd : header.names.lastByte,
-                 crOnly ? CrLf::crOnly : CrLf::lineEnd);
+                 crOnly ? CrLf::CrOnly : CrLf::LineEnd);
     if (!walk.next()) {
         return -1;
     }

@@ -134,10 +134,10 @@ bool RowWalk::next() {
         Ended = true;
         return false;
     }
-    const bool behindCr = LineEnds == CrLf::crOnly && block.substr(0, 2) == "\r\n";
+    const bool behindCr = LineEnds == CrLf::CrOnly && block.substr(0, 2) == "\r\n";
     Row = findRow(Window, block, Before, 1, behindCr ? 2 : 1);
     BlockLast = Before + static_cast<int64_t>(block.size()) - 1;
-    Before = LineEnds == CrLf::crOnly ? Row.lineEnd : Row.lastByte;
+    Before = LineEnds == CrLf::CrOnly ? Row.lineEnd : Row.lastByte;
     Ended = !Row.hasLineEnd;
     return !(Ended && isBlank(Row.text));
 }

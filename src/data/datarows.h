@@ -82,7 +82,7 @@ DataRow findRow(const DataWindow& window, std::string_view block, int64_t blockS
 
 // What a CR LF behind a row counts as: one line end, or a CR that ends the row and an LF in
 // front of the next one.
-enum class CrLf { lineEnd, crOnly };
+enum class CrLf { LineEnd, CrOnly };
 
 // Walks over the data rows of a file. The walk ends with the file, with empty lines at its end
 // (also a last line of blanks), and behind a row that has no line end in its block.

@@ -95,13 +95,13 @@ void MatrixWriter::write(ResultFile& file, RowSummer& sums, std::span<const int3
     if (!file.isOpen()) {
         return;
     }
-    if (Layout == Form::plain) {
+    if (Layout == Form::Plain) {
         file.print("%d\n", rows());
     }
     for (int32_t i = 0; i < rows(); ++i) {
         writeRow(file, sums, loci, i);
     }
-    if (Layout == Form::plain) {
+    if (Layout == Form::Plain) {
         file.character('\n');
     }
 }
@@ -120,7 +120,7 @@ void MatrixWriter::writeRow(ResultFile& file, RowSummer& sums, std::span<const i
         Mirror.add(j, cells.Lower == cells.Upper ? upper.text() : CellText(cells.Lower).text());
     }
     file.text(Line);
-    if (Layout == Form::nexus) {
+    if (Layout == Form::Nexus) {
         EndNexus(file, i, rows());
     } else {
         file.character('\n');

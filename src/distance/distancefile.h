@@ -47,7 +47,7 @@ std::vector<std::string> individualLabels(const Datensatz& daten, int32_t indivi
 // Writes square matrices of one size.
 class MatrixWriter {
   public:
-    enum class Form { plain, nexus };
+    enum class Form { Plain, Nexus };
 
     // labels: one per row.
     MatrixWriter(std::vector<std::string> labels, CellRules rules, Form form);

@@ -23,7 +23,7 @@ DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                          std::vector<std::string> labels)
     : Lauf(run), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(run)),
       Matrices(std::move(labels), Rules,
-               nexus() ? MatrixWriter::Form::nexus : MatrixWriter::Form::plain) {
+               nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain) {
     const std::vector<Measure> measures = selectedMeasures(Lauf.PopDistMask);
     const std::size_t share = bootstrapping() ? kKeptBytes / (measures.size() + 1) : 0;
     Sums.reserve(measures.size());

@@ -55,29 +55,29 @@ class DropList {
 class Thinning {
   public:
     Thinning(uint32_t fstMask, double share)
-        : discard(hasBit(fstMask, FstBit::RandomDiscard)),
-          jackknife(hasBit(fstMask, FstBit::Jackknife)), share_(share) {}
+        : Discard(hasBit(fstMask, FstBit::RandomDiscard)),
+          Jackknife(hasBit(fstMask, FstBit::Jackknife)), Share(share) {}
 
     // pop from 1. sheet: a source for each slot of the population.
     void thin(const LociObj& locus, int pop, std::vector<long>& sheet) {
         const auto slots = static_cast<int32_t>(sheet.size());
-        if (jackknife) {
-            drops.draw(slots, share_);
+        if (Jackknife) {
+            Drops.draw(slots, Share);
         }
         int32_t dropped = 0;
         int32_t source = 0;
         for (int32_t target = 0; target < slots; target += 2, source += 2) {
             // Wanted: the drop is told from the target, though the source runs ahead of it.
-            if (jackknife && drops.slotOf(dropped) == target) {
+            if (Jackknife && Drops.slotOf(dropped) == target) {
                 source += 2;
                 ++dropped;
             }
             std::array<long, 2> pair = {source, source + 1};
-            if (discard && source < slots && locus.isHaploid(pop, source) != 0) {
+            if (Discard && source < slots && locus.isHaploid(pop, source) != 0) {
                 pair[0] = pair[1] = rand2() < 0.5F ? pair[1] : pair[0];
             }
             const bool empty =
-                jackknife && target >= slots - 2 * drops.dropped() && drops.slotOf(dropped) >= 0;
+                Jackknife && target >= slots - 2 * Drops.dropped() && Drops.slotOf(dropped) >= 0;
             const auto place = static_cast<std::size_t>(target);
             for (std::size_t k = 0; k < 2 && place + k < sheet.size(); ++k) {
                 sheet[place + k] = empty ? -1 : pair[k];
@@ -86,10 +86,10 @@ class Thinning {
     }
 
   private:
-    bool discard;
-    bool jackknife;
-    double share_;
-    DropList drops;
+    bool Discard;
+    bool Jackknife;
+    double Share;
+    DropList Drops;
 };
 
 SlotSheet newSheet(const Datensatz& daten) {
@@ -106,55 +106,55 @@ class DiscardSums {
     // p takes the hits and then the p-values, f the sums and then the means of the test
     // statistic. tailLength: of the lists for the limits; 0: no limits.
     DiscardSums(const Run& run, FTriple& p, FTriple& f, std::size_t tailLength)
-        : undefined(run.DistFehlerwert),
-          tailsOfPermuted(hasBit(run.FstMask, FstBit::ConfidencePermuted)),
-          pairs(pairNumber(run.AnzPop)), p_(p), f_(f) {
-        for (FTriple* triple : {&p_, &f_}) {
+        : Undefined(run.DistFehlerwert),
+          TailsOfPermuted(hasBit(run.FstMask, FstBit::ConfidencePermuted)),
+          Pairs(pairNumber(run.AnzPop)), P(p), F(f) {
+        for (FTriple* triple : {&P, &F}) {
             for (CMatrix& matrix : *triple) {
                 matrix.Fill(0.0);
             }
         }
-        valid.Resize(run.AnzPop, run.AnzPop);
+        Valid.Resize(run.AnzPop, run.AnzPop);
         if (tailLength > 0) {
-            tails.assign(static_cast<std::size_t>(pairs), TailList(tailLength));
+            Tails.assign(static_cast<std::size_t>(Pairs), TailList(tailLength));
         }
     }
 
     // Adds a replicate of the pair (i, j), which is number `pair`.
     void add(int32_t i, int32_t j, std::size_t pair, const FValues& test, const FValues& permuted) {
-        if (test[0] == undefined) {
+        if (test[0] == Undefined) {
             return;
         }
-        valid(i, j) += 1.0;
-        for (std::size_t s = 0; s < f_.size(); ++s) {
-            f_[s](i, j) += test[s];
+        Valid(i, j) += 1.0;
+        for (std::size_t s = 0; s < F.size(); ++s) {
+            F[s](i, j) += test[s];
         }
-        if (!tails.empty()) {
-            tails[pair].add(tailsOfPermuted ? permuted[0] : test[0]);
+        if (!Tails.empty()) {
+            Tails[pair].add(TailsOfPermuted ? permuted[0] : test[0]);
         }
-        countHits(p_, i, j, test, permuted);
+        countHits(P, i, j, test, permuted);
     }
 
     // Turns the sums of a pair into means and p-values.
     void finish(int32_t i, int32_t j) {
-        const double n = valid(i, j);
-        for (CMatrix& matrix : f_) {
-            matrix(i, j) = n == 0.0 ? undefined : matrix(i, j) / n;
+        const double n = Valid(i, j);
+        for (CMatrix& matrix : F) {
+            matrix(i, j) = n == 0.0 ? Undefined : matrix(i, j) / n;
             matrix(j, i) = matrix(i, j);
         }
-        hitsToPValues(p_, i, j, pairs, n); // infinite without a valid replicate
+        hitsToPValues(P, i, j, Pairs, n); // infinite without a valid replicate
     }
 
-    const TailList& tail(std::size_t pair) const { return tails[pair]; }
+    const TailList& tail(std::size_t pair) const { return Tails[pair]; }
 
   private:
-    double undefined;     // Fst of a pair without data
-    bool tailsOfPermuted; // the limits are those of the permuted statistic
-    double pairs;
-    FTriple& p_;
-    FTriple& f_;
-    CMatrix valid;               // valid replicates
-    std::vector<TailList> tails; // of each pair
+    double Undefined;     // Fst of a pair without data
+    bool TailsOfPermuted; // the limits are those of the permuted statistic
+    double Pairs;
+    FTriple& P;
+    FTriple& F;
+    CMatrix Valid;               // valid replicates
+    std::vector<TailList> Tails; // of each pair
 };
 
 // Length of the lists for the limits; tells it on the console.

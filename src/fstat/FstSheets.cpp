@@ -91,20 +91,20 @@ constexpr GlobalRow kGlobalRows[] = {
 // Writes "\tvalue", with permutations also "\tp", and the line end.
 class GlobalRowEnd {
   public:
-    GlobalRowEnd(const Run& run, ResultFile& sheet) : run_(run), sheet_(sheet) {}
+    GlobalRowEnd(const Run& run, ResultFile& sheet) : Source(run), Sheet(sheet) {}
 
     template <class PValue> void write(const GlobalRow& zeile, double wert, PValue&& pValue) {
-        writeTabReal(sheet_, wert);
-        if (run_.Permutationen > 0 && zeile.pValue >= 0) {
+        writeTabReal(Sheet, wert);
+        if (Source.Permutationen > 0 && zeile.pValue >= 0) {
             const double p = pValue(zeile.pValue);
-            writeTabValue(sheet_, p != run_.DistFehlerwert, p);
+            writeTabValue(Sheet, p != Source.DistFehlerwert, p);
         }
-        sheet_.character('\n');
+        Sheet.character('\n');
     }
 
   private:
-    const Run& run_;
-    ResultFile& sheet_;
+    const Run& Source;
+    ResultFile& Sheet;
 };
 
 void writeGlobalLocus(const Run& run, ResultFile& sheet, const GlobalResult& result, int32_t l) {

@@ -87,80 +87,80 @@ GlobalValues globalValues(const SampleTables& tab, CMatrix& locus, int nLoci, in
 class GlobalTest {
   public:
     GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)
-        : data(daten), linked(hasBit(fstMask, FstBit::Linked)), rule(hRule(fstMask)),
-          undefined_(undefined), shuffle(data, hasBit(fstMask, FstBit::Genotypes)),
-          tables(data.populations()), rowOf(static_cast<std::size_t>(data.mostAlleles()) + 1) {
-        pool.resize(data.mostAlleles());
-        for (ShuffleTable& table : tables) {
-            table.resize(data.mostAlleles());
+        : Data(daten), Linked(hasBit(fstMask, FstBit::Linked)), Rule(hRule(fstMask)),
+          Undefined(undefined), Shuffle(Data, hasBit(fstMask, FstBit::Genotypes)),
+          Tables(Data.populations()), RowOf(static_cast<std::size_t>(Data.mostAlleles()) + 1) {
+        Pool.resize(Data.mostAlleles());
+        for (ShuffleTable& table : Tables) {
+            table.resize(Data.mostAlleles());
         }
     }
 
     // locus: five rows; keeps what a locus without a value there held.
     GlobalValues shuffled(CMatrix& locus) {
         GlobalSums sums;
-        if (linked) {
-            shuffle.deal();
+        if (Linked) {
+            Shuffle.deal();
         }
-        for (std::size_t l = 0; l < data.loci(); ++l) {
-            if (!linked) {
-                shuffle.deal();
+        for (std::size_t l = 0; l < Data.loci(); ++l) {
+            if (!Linked) {
+                Shuffle.deal();
             }
-            if (tables.size() < std::size_t{kFewestPops}) {
+            if (Tables.size() < std::size_t{kFewestPops}) {
                 continue; // drawn all the same
             }
-            count(data.locus(l));
+            count(Data.locus(l));
             const auto column = static_cast<int32_t>(l);
-            if (pool.alleles().size() < static_cast<std::size_t>(kFewestAlleles)) {
-                fillColumn(locus, FRow::Fst, FRow::GstStrich, column, undefined_);
+            if (Pool.alleles().size() < static_cast<std::size_t>(kFewestAlleles)) {
+                fillColumn(locus, FRow::Fst, FRow::GstStrich, column, Undefined);
                 continue;
             }
             readFigures();
-            sums.add(figures.figures(pool.CalcHetuk()), locus, column, undefined_);
+            sums.add(Figures.figures(Pool.CalcHetuk()), locus, column, Undefined);
         }
-        return sums.values(undefined_);
+        return sums.values(Undefined);
     }
 
   private:
     void count(const CodedLocus& locus) {
-        pool.clear();
-        for (std::size_t pop = 0; pop < tables.size(); ++pop) {
-            shuffle.count(locus, pop, tables[pop]);
-            pool.addCopies(tables[pop]);
+        Pool.clear();
+        for (std::size_t pop = 0; pop < Tables.size(); ++pop) {
+            Shuffle.count(locus, pop, Tables[pop]);
+            Pool.addCopies(Tables[pop]);
         }
     }
 
     void readFigures() {
-        figures.clear();
-        for (const ShuffleTable& t : tables) {
-            figures.addSample(t, t.tally().Copies, rule);
+        Figures.clear();
+        for (const ShuffleTable& t : Tables) {
+            Figures.addSample(t, t.tally().Copies, Rule);
         }
-        const std::size_t counted = figures.samples.size();
-        for (const uint32_t code : pool.alleles()) {
-            rowOf[code] = figures.pbar.size();
-            figures.pbar.push_back(pool.frequency(code));
+        const std::size_t counted = Figures.samples.size();
+        for (const uint32_t code : Pool.alleles()) {
+            RowOf[code] = Figures.pbar.size();
+            Figures.pbar.push_back(Pool.frequency(code));
         }
-        figures.p.assign(figures.pbar.size() * counted, 0.0);
+        Figures.p.assign(Figures.pbar.size() * counted, 0.0);
         std::size_t sample = 0;
-        for (const ShuffleTable& t : tables) {
+        for (const ShuffleTable& t : Tables) {
             if (hasIndividual(t.tally().Copies)) {
                 for (const uint32_t code : t.alleles()) {
-                    figures.p[rowOf[code] * counted + sample] = t.frequency(code);
+                    Figures.p[RowOf[code] * counted + sample] = t.frequency(code);
                 }
                 ++sample;
             }
         }
     }
 
-    CodedData data;
-    bool linked;
-    HRule rule;
-    double undefined_;
-    GlobalShuffle shuffle;
-    ShuffleTable pool;
-    std::vector<ShuffleTable> tables; // of each population
-    std::vector<std::size_t> rowOf;   // place of each allele code in the pool
-    LocusFigures figures;
+    CodedData Data;
+    bool Linked;
+    HRule Rule;
+    double Undefined;
+    GlobalShuffle Shuffle;
+    ShuffleTable Pool;
+    std::vector<ShuffleTable> Tables; // of each population
+    std::vector<std::size_t> RowOf;   // place of each allele code in the pool
+    LocusFigures Figures;
 };
 
 // --- Counting the test -----------------------------------------------------------------

@@ -106,7 +106,7 @@ void GlobalSums::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double und
         return; // every population has one individual
     }
     const VarianceComponents v = globalComponents(g, sizes);
-    f.add(v);
+    F.add(v);
     if (v.b == 0.0 && v.c == 0.0) {
         return;
     }
@@ -117,7 +117,7 @@ void GlobalSums::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double und
 }
 
 GlobalValues GlobalSums::values(double undefined) const {
-    GlobalValues values{f.values(undefined), undefined, undefined};
+    GlobalValues values{F.values(undefined), undefined, undefined};
     if (TotHt >= kLeastHt) {
         values.gst = 1.0 - TotHs / TotHt;
         values.gstStrich = values.gst / (1.0 - TotHs / TotHmax);

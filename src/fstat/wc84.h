@@ -181,7 +181,7 @@ class GlobalSums {
     GlobalValues values(double undefined) const;
 
   private:
-    FSums f;
+    FSums F;
     double TotHt = 0.0;   // heterozygosity of the pool
     double TotHs = 0.0;   // mean heterozygosity within populations
     double TotHmax = 0.0; // largest heterozygosity of the pool for that

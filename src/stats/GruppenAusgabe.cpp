@@ -47,8 +47,8 @@ bool noRepeatNumber(const V& v) {
     return v.r < 1 || v.s < 1 || v.min < 0 || v.mean < 0;
 }
 
-constexpr CellFormat kReal = CellFormat::real;
-constexpr CellFormat kCount = CellFormat::count;
+constexpr CellFormat kReal = CellFormat::Real;
+constexpr CellFormat kCount = CellFormat::Count;
 
 constexpr std::array<CellRule<V>, 6> kGroupSheets = {{
     {"Hetexpgroup.xls", kReal, field<&V::het>, negative<&V::het>},

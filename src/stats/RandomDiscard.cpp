@@ -13,13 +13,13 @@ namespace {
 
 // Which individuals a driver takes in.
 enum class Coverage {
-    pairs,    // slot pairs
-    withRest, // wanted: also the single slot behind the last pair of one-column data
+    Pairs,    // slot pairs
+    WithRest, // wanted: also the single slot behind the last pair of one-column data
 };
 
 int individuals(const Datensatz& daten, int pop, Coverage coverage) {
     const int slots = daten.GetAnzDatenChromosome(pop);
-    return coverage == Coverage::pairs ? slots / 2 : (slots + 1) / 2;
+    return coverage == Coverage::Pairs ? slots / 2 : (slots + 1) / 2;
 }
 
 // The individuals of a table for its replicates, the alleles looked up as rows once. A replicate is
@@ -106,20 +106,20 @@ AllelCount& replicated(const Datensatz& daten, SampleTables& tab, int pop, int l
 } // namespace
 
 double Datensatz::CalcRDHet(SampleTables& tab, int pop, int locus, int replikate) const {
-    return rdHet(replicated(*this, tab, pop, locus, replikate, Coverage::pairs));
+    return rdHet(replicated(*this, tab, pop, locus, replikate, Coverage::Pairs));
 }
 
 double Datensatz::CalcRDMean(SampleTables& tab, int pop, int locus, int replikate) const {
-    return rdMean(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
+    return rdMean(replicated(*this, tab, pop, locus, replikate, Coverage::WithRest));
 }
 
 double Datensatz::CalcRDVar(SampleTables& tab, int pop, int locus, double mean,
                             int replikate) const {
-    return rdVar(replicated(*this, tab, pop, locus, replikate, Coverage::withRest), mean);
+    return rdVar(replicated(*this, tab, pop, locus, replikate, Coverage::WithRest), mean);
 }
 
 double Datensatz::CalcRDAllele(SampleTables& tab, int pop, int locus, int replikate) const {
-    return rdAlleles(replicated(*this, tab, pop, locus, replikate, Coverage::withRest));
+    return rdAlleles(replicated(*this, tab, pop, locus, replikate, Coverage::WithRest));
 }
 
 } // namespace kva

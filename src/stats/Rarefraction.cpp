@@ -37,18 +37,18 @@ struct Draw {
 // whatever k is. The plain form stands in the tests.
 class Windows {
   public:
-    explicit Windows(const Draw& draw) : N(draw.N), k(draw.k), Known(cells(draw), kUnknown) {}
+    explicit Windows(const Draw& draw) : N(draw.N), K(draw.k), Known(cells(draw), kUnknown) {}
 
     long double without(int s) {
         long double& product = Known[static_cast<std::size_t>(s)];
         if (product == kUnknown) {
-            product = CFactorial::Range(N - s - k + 1, N - s);
+            product = CFactorial::Range(N - s - K + 1, N - s);
         }
         return product;
     }
 
     // Whether the window without s copies begins at 0 or above; at 0 its product is 0.
-    bool exists(int s) const { return N - s - k + 1 >= 0; }
+    bool exists(int s) const { return N - s - K + 1 >= 0; }
 
   private:
     static constexpr long double kUnknown = -1.0L;
@@ -60,7 +60,7 @@ class Windows {
     }
 
     int N;
-    int k;
+    int K;
     std::vector<long double> Known;
 };
 

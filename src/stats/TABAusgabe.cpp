@@ -51,8 +51,8 @@ bool noFis(const V& v) {
     return !v.hasFis;
 }
 
-constexpr CellFormat kReal = CellFormat::real;
-constexpr CellFormat kCount = CellFormat::count;
+constexpr CellFormat kReal = CellFormat::Real;
+constexpr CellFormat kCount = CellFormat::Count;
 
 // The columns between the names and the frequencies, under their heads.
 constexpr std::array<CellRule<V>, 22> kColumns = {{

@@ -39,11 +39,11 @@ template <double HetValues::*Het> double theta(const HetValues& v) {
 }
 
 constexpr std::array<CellRule<HetValues>, 5> kHetSheets = {{
-    {"Hetexp.xls", CellFormat::real, field<&HetValues::het>, negative<&HetValues::het>},
-    {"HetRDexp.xls", CellFormat::real, field<&HetValues::hetRD>, negative<&HetValues::hetRD>},
-    {"Shannon.xls", CellFormat::real, field<&HetValues::shannon>, negative<&HetValues::shannon>},
-    {"Thetaexp.xls", CellFormat::real, theta<&HetValues::het>, negative<&HetValues::het>},
-    {"ThetaRDexp.xls", CellFormat::real, theta<&HetValues::hetRD>, negative<&HetValues::hetRD>},
+    {"Hetexp.xls", CellFormat::Real, field<&HetValues::het>, negative<&HetValues::het>},
+    {"HetRDexp.xls", CellFormat::Real, field<&HetValues::hetRD>, negative<&HetValues::hetRD>},
+    {"Shannon.xls", CellFormat::Real, field<&HetValues::shannon>, negative<&HetValues::shannon>},
+    {"Thetaexp.xls", CellFormat::Real, theta<&HetValues::het>, negative<&HetValues::het>},
+    {"ThetaRDexp.xls", CellFormat::Real, theta<&HetValues::hetRD>, negative<&HetValues::hetRD>},
 }};
 
 struct VarValues {
@@ -63,11 +63,11 @@ bool noRepeatVar(const VarValues& v) {
 }
 
 constexpr std::array<CellRule<VarValues>, 5> kVarSheets = {{
-    {"Var.xls", CellFormat::real, field<&VarValues::var>, negative<&VarValues::var>},
-    {"Mean.xls", CellFormat::real, field<&VarValues::mean>, negative<&VarValues::mean>},
-    {"VarRD.xls", CellFormat::real, field<&VarValues::varRD>, negative<&VarValues::varRD>},
-    {"Varrepeat.xls", CellFormat::real, perRepeat<&VarValues::var>, noRepeatVar},
-    {"VarRDrepeat.xls", CellFormat::real, perRepeat<&VarValues::varRD>, noRepeatVar},
+    {"Var.xls", CellFormat::Real, field<&VarValues::var>, negative<&VarValues::var>},
+    {"Mean.xls", CellFormat::Real, field<&VarValues::mean>, negative<&VarValues::mean>},
+    {"VarRD.xls", CellFormat::Real, field<&VarValues::varRD>, negative<&VarValues::varRD>},
+    {"Varrepeat.xls", CellFormat::Real, perRepeat<&VarValues::var>, noRepeatVar},
+    {"VarRDrepeat.xls", CellFormat::Real, perRepeat<&VarValues::varRD>, noRepeatVar},
 }};
 
 struct RangeValues {
@@ -93,13 +93,13 @@ template <double RangeValues::*Var> bool notCorrected(const RangeValues& v) {
 constexpr std::size_t kRichnessSheet = 2; // place of the richness in its block
 
 constexpr std::array<CellRule<RangeValues>, 5> kRangeSheets = {{
-    {"MaxAllele.xls", CellFormat::count, field<&RangeValues::max>, negative<&RangeValues::max>},
-    {"MinAllele.xls", CellFormat::count, field<&RangeValues::min>, negative<&RangeValues::min>},
-    {"AllelicRichness.xls", CellFormat::real, field<&RangeValues::richness>,
+    {"MaxAllele.xls", CellFormat::Count, field<&RangeValues::max>, negative<&RangeValues::max>},
+    {"MinAllele.xls", CellFormat::Count, field<&RangeValues::min>, negative<&RangeValues::min>},
+    {"AllelicRichness.xls", CellFormat::Real, field<&RangeValues::richness>,
      negative<&RangeValues::richness>},
-    {"VarrepeatKorr.xls", CellFormat::real, corrected<&RangeValues::var>,
+    {"VarrepeatKorr.xls", CellFormat::Real, corrected<&RangeValues::var>,
      notCorrected<&RangeValues::var>},
-    {"VarRDrepeatKorr.xls", CellFormat::real, corrected<&RangeValues::varRD>,
+    {"VarRDrepeatKorr.xls", CellFormat::Real, corrected<&RangeValues::varRD>,
      notCorrected<&RangeValues::varRD>},
 }};
 
@@ -112,15 +112,15 @@ struct NumberValues {
 };
 
 constexpr std::array<CellRule<NumberValues>, 5> kNumberSheets = {{
-    {"NumChromosomes.xls", CellFormat::count, field<&NumberValues::copies>,
+    {"NumChromosomes.xls", CellFormat::Count, field<&NumberValues::copies>,
      belowOne<&NumberValues::copies>},
-    {"NumAlleles.xls", CellFormat::real, field<&NumberValues::alleles>,
+    {"NumAlleles.xls", CellFormat::Real, field<&NumberValues::alleles>,
      negative<&NumberValues::alleles>},
-    {"NumAllelesExpSMM.xls", CellFormat::real, field<&NumberValues::smm>,
+    {"NumAllelesExpSMM.xls", CellFormat::Real, field<&NumberValues::smm>,
      belowOne<&NumberValues::smm>},
-    {"NumAllelesExpIAM.xls", CellFormat::real, field<&NumberValues::iam>,
+    {"NumAllelesExpIAM.xls", CellFormat::Real, field<&NumberValues::iam>,
      belowOne<&NumberValues::smm>},
-    {"NumChromosomeseffective.xls", CellFormat::count, field<&NumberValues::n>,
+    {"NumChromosomeseffective.xls", CellFormat::Count, field<&NumberValues::n>,
      belowOne<&NumberValues::n>},
 }};
 

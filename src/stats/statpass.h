@@ -17,7 +17,7 @@ constexpr int kRDReplicates = 200;
 
 // --- Cells by rule -------------------------------------------------------------------
 
-enum class CellFormat { real, count }; // "%f\t", "%d\t"
+enum class CellFormat { Real, Count }; // "%f\t", "%d\t"
 
 // A sheet with one cell per sample and locus, or a column of a long table. `Values`
 // is what the pass worked out for the place.
@@ -54,7 +54,7 @@ template <class Values>
 void writeCell(ResultFile& f, const CellRule<Values>& rule, const Values& values) {
     if (rule.missing(values)) {
         writeNd(f);
-    } else if (rule.format == CellFormat::real) {
+    } else if (rule.format == CellFormat::Real) {
         writeReal(f, rule.value(values));
     } else {
         writeCount(f, static_cast<int>(rule.value(values)));

@@ -20,7 +20,7 @@ Stream fileOf(const std::string& bytes) {
 }
 
 // The rows of a file that begin behind byte 0, its first line end.
-std::vector<std::string> rowsOf(const std::string& bytes, CrLf crLf = CrLf::lineEnd) {
+std::vector<std::string> rowsOf(const std::string& bytes, CrLf crLf = CrLf::LineEnd) {
     const Stream stream = fileOf(bytes);
     DataWindow window(stream.get());
     RowWalk walk(window, 0, crLf);
@@ -159,7 +159,7 @@ TEST(RowWalk, NulEndsTheWalkBehindTheTextBeforeIt) {
 TEST(RowWalk, AWalkThatEndedStaysEnded) {
     const Stream stream = fileOf(std::string("\na\0b\nc\n", 7));
     DataWindow window(stream.get());
-    RowWalk walk(window, 0, CrLf::lineEnd);
+    RowWalk walk(window, 0, CrLf::LineEnd);
     EXPECT_TRUE(walk.next());
     EXPECT_EQ(walk.row().text, "a");
     EXPECT_FALSE(walk.next());
@@ -170,7 +170,7 @@ TEST(RowWalk, AFileThatBecameShorterHasNoRows) {
     const Stream stream = fileOf("\n" + std::string(300'000, 'x') + "\n");
     DataWindow window(stream.get());
     ASSERT_EQ(ftruncate(fileno(stream.get()), 1), 0);
-    RowWalk walk(window, 0, CrLf::lineEnd);
+    RowWalk walk(window, 0, CrLf::LineEnd);
     EXPECT_FALSE(walk.next());
 }
 
@@ -180,7 +180,7 @@ TEST(RowWalk, FileOfALineEndHasNoRows) {
 }
 
 TEST(RowWalk, CrAloneLeavesTheLfInFrontOfTheNextRow) {
-    EXPECT_EQ(rowsOf("\r\na\r\nb\r\n", CrLf::crOnly), (Rows{"\na", "\nb"}));
+    EXPECT_EQ(rowsOf("\r\na\r\nb\r\n", CrLf::CrOnly), (Rows{"\na", "\nb"}));
 }
 
 TEST(RowWalk, RowFitsIfItsLineEndLiesInItsBlock) {
@@ -199,7 +199,7 @@ TEST(RowWalk, TellsOfALineEndInTheLastPlaceOfItsBlock) {
     const Stream stream =
         fileOf("\n" + std::string(199'997, 'x') + "\n" + std::string(199'998, 'x') + "\nb\n");
     DataWindow window(stream.get());
-    RowWalk walk(window, 0, CrLf::lineEnd);
+    RowWalk walk(window, 0, CrLf::LineEnd);
     ASSERT_TRUE(walk.next());
     EXPECT_FALSE(walk.endsBlock());
     ASSERT_TRUE(walk.next());

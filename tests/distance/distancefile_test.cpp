@@ -95,25 +95,25 @@ std::string matrixOf(const Samples& samples, MatrixWriter::Form form, int times 
 } // namespace
 
 TEST(MatrixWriter, CountRowsAndEmptyLine) {
-    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::plain), "2\n"
+    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::Plain), "2\n"
                                                                     "one  0.00000  2.50000\n"
                                                                     "two  2.50000  0.00000\n\n");
 }
 
 TEST(MatrixWriter, AWideCellGrows) {
-    EXPECT_EQ(matrixOf(twoSamples(123456.0), MatrixWriter::Form::plain),
+    EXPECT_EQ(matrixOf(twoSamples(123456.0), MatrixWriter::Form::Plain),
               "2\n"
               "one  0.00000 123456.00000\n"
               "two 123456.00000  0.00000\n\n");
 }
 
 TEST(MatrixWriter, MatricesFollowEachOther) {
-    const std::string once = matrixOf(twoSamples(2.5), MatrixWriter::Form::plain);
-    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::plain, 3), once + once + once);
+    const std::string once = matrixOf(twoSamples(2.5), MatrixWriter::Form::Plain);
+    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::Plain, 3), once + once + once);
 }
 
 TEST(MatrixWriter, NexusRowsWithoutCountAndEmptyLine) {
-    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::nexus),
+    EXPECT_EQ(matrixOf(twoSamples(2.5), MatrixWriter::Form::Nexus),
               "one  0.00000  2.50000\n"
               "two  2.50000  0.00000;\nend;\n[! nj with user defined distances]\nBegin paup;\n"
               "dset distance=user;\nnj;\nend;\n\n");

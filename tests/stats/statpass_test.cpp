@@ -27,8 +27,8 @@ struct Values {
 };
 
 constexpr std::array<CellRule<Values>, 2> kRules = {{
-    {"Real", CellFormat::real, field<&Values::real>, negative<&Values::real>},
-    {"Count", CellFormat::count, field<&Values::count>, belowOne<&Values::count>},
+    {"Real", CellFormat::Real, field<&Values::real>, negative<&Values::real>},
+    {"Count", CellFormat::Count, field<&Values::count>, belowOne<&Values::count>},
 }};
 
 std::string cells(double real, int count) {

@@ -45,17 +45,17 @@ void keepTail(SampleMap& map, long dealt, long size, long pop) {
 class Walk {
   public:
     Walk(long nA, long nB, SampleMap& map1, SampleMap& map2)
-        : first{map1, nA}, second{map2, nB},
-          border(static_cast<double>(nA) / static_cast<double>(nA + nB)) {}
+        : First{map1, nA}, Second{map2, nB},
+          Border(static_cast<double>(nA) / static_cast<double>(nA + nB)) {}
 
     void population(long slots, long pop, long step) {
         const auto units = static_cast<int32_t>(slots / step);
         const int32_t start = units > 0 ? drawIndex(units) : 0;
         for (int32_t u = 0; u < units; ++u) {
             const long slot = (start + u) % units * step;
-            const bool toFirst = rand2() > border;
-            Sample& chosen = toFirst ? first : second;
-            Sample& target = chosen.next < chosen.size ? chosen : toFirst ? second : first;
+            const bool toFirst = rand2() > Border;
+            Sample& chosen = toFirst ? First : Second;
+            Sample& target = chosen.next < chosen.size ? chosen : toFirst ? Second : First;
             for (long k = 0; k < step; ++k) {
                 target.put(slot + k, pop);
             }
@@ -63,9 +63,9 @@ class Walk {
     }
 
   private:
-    Sample first;
-    Sample second;
-    double border; // share of the first population
+    Sample First;
+    Sample Second;
+    double Border; // share of the first population
 };
 
 // The places of the global shuffle.
