@@ -34,6 +34,7 @@ class CMatrix {
     double Dummy = 0.0;        // stands for every cell that does not exist
 
   private:
+    // True for a cell that exists.
     bool contains(int32_t i, int32_t j) const {
         return i >= 0 && j >= 0 && i <= MaxZeile && j <= MaxSpalte;
     }

@@ -28,6 +28,8 @@ struct AllelEintrag {
 // Comparison of two rows (AllelEintrag) by Nummer for qsort and its kin, ascending: -1, 0 or 1.
 int SortAllel(const void* a, const void* b);
 
+// The table. Its fields are open: passes read them, and the random discard of the data set fills
+// RDAktuell and RDGroesse itself.
 class AllelCount {
   public:
     // An empty table with 40 rows.

@@ -20,7 +20,7 @@
 
 namespace kva {
 
-constexpr int64_t kBlockSize = 200000; // bytes
+constexpr int64_t kBlockSize = 200000; // bytes of the largest block
 
 // True if a row may not fit in a block: 4 bytes for each allele, and 211 for the rest.
 // `columns`: columns per locus, 1 or 2.

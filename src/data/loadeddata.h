@@ -12,6 +12,7 @@
 
 namespace kva {
 
+// A loaded data set: Daten and the shape of its file.
 class LoadedData {
   public:
     // --- Reading: dataread.cpp -----------------------------------------------------------

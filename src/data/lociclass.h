@@ -132,7 +132,6 @@ class LociObj {
     // number. Only values of 0 and above enter, each population with the same weight; the
     // statistic of a population is that of AllelCount. -1.0: no value; -1.5: no population
     // at the locus at all.
-
     double CalcHet(const SampleTables& tab, int locus, int gruppe) const;
     double CalcVar(const SampleTables& tab, int locus, int gruppe) const;
     double CalcMean(const SampleTables& tab, int locus, int gruppe) const;
@@ -289,8 +288,8 @@ class Datensatz {
     LocusTables AllelCountInd(int pop, int tier) const;
 
     // --- Group means (stats/GroupMeans.cpp) -----------------------------------------------
-    // As in LociObj, on locus `locus`; -2.0 for a bad locus, -3 from CalcMax and CalcMin.
-
+    // As in LociObj, on locus `locus`; -2.0 for a bad locus, -3 from CalcMax and CalcMin. The
+    // names on G are the random-discard values.
     double CalcHet(const SampleTables& tab, int locus, int gruppe) const;
     double CalcVar(const SampleTables& tab, int locus, int gruppe) const;
     double CalcMean(const SampleTables& tab, int locus, int gruppe) const;
@@ -310,7 +309,6 @@ class Datensatz {
     // they end with a mark on the console. CalcRDHet thins whole slot pairs alone, the
     // others also the single last slot of one-column data. `replikate`: how many, at least 1;
     // `mean`: as in AllelCount::CalcVar. -1.0: no value.
-
     double CalcRDHet(SampleTables& tab, int pop, int locus, int replikate) const;
     double CalcRDMean(SampleTables& tab, int pop, int locus, int replikate) const;
     double CalcRDVar(SampleTables& tab, int pop, int locus, double mean, int replikate) const;

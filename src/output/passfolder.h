@@ -41,6 +41,7 @@ constexpr FolderRule ResamplingData{"Resampling_data", Message::ResamplingNotMad
                                     Message::ResamplingNotEntered};
 } // namespace Folder
 
+// The stay itself, from construction to the end of the scope.
 class PassFolder {
   public:
     // Makes the folder (mode 0777) under ResultPfad and makes it the current folder of the process;
