@@ -34,9 +34,10 @@ constexpr uint32_t HetRange = 0x200000;    // heterozygosity range by resampling
 constexpr uint32_t IMFormat = 0x400000;    // write the IM files
 } // namespace GeneralBit
 
-// Bits of PopDistMask. Both distance engines read this word.
+// Bits of PopDistMask. Both distance engines, of populations and of individuals, read this word.
+// The sources of the distances stand with their formulas in distance/measures.h.
 namespace DistBit {
-constexpr uint32_t Engine = 0x1;     // master switch of the engines
+constexpr uint32_t Engine = 0x1;     // master switch of the engines; off: no distance is computed
 constexpr uint32_t Dps = 0x2;        // proportion of shared alleles
 constexpr uint32_t Dfs = 0x4;        // fuzzy set similarity
 constexpr uint32_t Dad = 0x8;        // absolute difference
@@ -50,7 +51,8 @@ constexpr uint32_t PerLocus = 0x400; // also write the sheets per population pai
 constexpr uint32_t Nexus = 0x800;    // individual matrices as NEXUS, without bootstrap only
 } // namespace DistBit
 
-// Bits of FstMask.
+// Bits of FstMask. Of the three heterozygosities the first that is on counts; without any the
+// estimators act as under HAuto.
 namespace FstBit {
 constexpr uint32_t HObs = 0x1;                 // the estimators take the observed heterozygosity
 constexpr uint32_t HExp = 0x2;                 // ... the expected one
@@ -73,20 +75,20 @@ constexpr uint32_t Beta = 0x8000;              // F-beta analysis
 // Bits of HetRangeMask.
 namespace HetRangeBit {
 constexpr uint32_t ReplicateSheets = 0x1;  // also write the sheets of every replicate
-constexpr uint32_t Draw = 0x2;             // draw the replicate's sample at all
+constexpr uint32_t Draw = 0x2;             // draw the replicate's sample; off: it stays as it is
 constexpr uint32_t CorrectZero = 0x800;    // replace a heterozygosity of 0 or about 1
 constexpr uint32_t Linked = 0x1000;        // loci are linked
 constexpr uint32_t Individuals = 0x2000;   // sample individuals instead of gene copies
 constexpr uint32_t RandomDiscard = 0x4000; // random discard of inbred data
 } // namespace HetRangeBit
 
-// The five words, in their order at the head of AnalyseDataObj.
+// The five words, in their order at the head of Run, and so of AnalyseDataObj.
 struct AnalyseSettings {
-    uint32_t GeneralMask = 0xC31FF;
-    uint32_t PopDistMask = 0xA3;
-    uint32_t IndDistMask = 0xA3; // no bit is read, only whether the word is 0
-    uint32_t FstMask = 0x9A39;
-    uint32_t HetRangeMask = 0x803;
+    uint32_t GeneralMask = 0xC31FF; // bits of GeneralBit
+    uint32_t PopDistMask = 0xA3;    // bits of DistBit, also for individuals; 0: no distances
+    uint32_t IndDistMask = 0xA3;    // no bit is read; 0: no distances of individuals
+    uint32_t FstMask = 0x9A39;      // bits of FstBit; 0: no F-statistics
+    uint32_t HetRangeMask = 0x803;  // bits of HetRangeBit
 };
 
 // Defaults of the menu: no analysis switched on, but the Arlequin and Migrate
@@ -99,14 +101,16 @@ constexpr AnalyseSettings kCommandLineDefaults{0x31FF, 0x1, 0x1, 0x9A39, 0x803};
 // The scalar settings that a front end keeps beside the words.
 struct ScalarSettings {
     int32_t Bootstraps = 1;             // replicates of the distances, at least 1
-    int32_t BootLoci = -1;              // loci drawn per bootstrap replicate; -1: all
-    int32_t Permutationen = 10000;      // permutations of the F-statistics tests
+    int32_t BootLoci = -1;              // loci drawn per bootstrap replicate; 0 or less: as
+                                        // many as there are
+    int32_t Permutationen = 10000;      // permutations of the F-statistics tests; 0: no tests
     int32_t RichnessRef = -1;           // gene copies of the richness sub-sample; 0 or less:
                                         // minimal sample number per locus
-    int32_t HetRandomisierungen = 1000; // replicates of the heterozygosity range
+    int32_t HetRandomisierungen = 1000; // replicates of the heterozygosity range, at least 0
     int32_t ReplikaLoci = -1;           // loci per replica of the heterogeneity among loci:
                                         // 0 all, n > 0 n loci, n < 0 all but -n
-    int32_t Replikate = 1000;           // replicas of the heterogeneity among loci
+    int32_t Replikate = 1000;           // replicas of the heterogeneity among loci; the menu
+                                        // takes multiples of 200
 };
 
 } // namespace kva

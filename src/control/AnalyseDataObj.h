@@ -1,5 +1,7 @@
 // AnalyseDataObj: the analysis object, a Run with its passes as operations. Each pass is a function
-// of its subsystem's folder, where it is explained; the operation only calls it.
+// of its subsystem's folder, declared in the header that heads its group here. Arguments, results,
+// index bases, files and random draws are told there; the operation only calls it and hands its
+// result on.
 //
 // Life: created (Daten null); loaded (CheckDataFile made Daten, InitPath the result folder); run,
 // any number of times. The current folder of the process is part of the object's state: passes go
@@ -20,32 +22,43 @@
 
 namespace kva {
 
+// The operations of a group stand in the order of the functions in its header.
 class AnalyseDataObj : public Run {
   public:
     // --- Run control: AnalyseDataObj.cpp -------------------------------------------------
 
-    // Prepares a further run on the loaded data: the next numbered folder and log. 0; 1 if nothing
-    // is loaded.
+    // Prepares a further run on the loaded data: the next numbered folder, where the process goes,
+    // and its log. 0, also if the folder cannot be made, which sets FolderMissing and leaves the
+    // process in StartPfad; 1, and nothing done, if nothing is loaded.
     int LinkResultNew();
 
-    // Runs all passes in their fixed order. Nothing stops the pipeline: a pass that fails tells so
-    // and returns. 0.
+    // Runs all passes in their fixed order, after the log's head; the distances, F-statistics and
+    // heterozygosity range only where GeneralMask asks for them. Nothing stops the pipeline: a pass
+    // that fails tells so and returns. Without a result folder (FolderMissing) no pass runs.
+    // `bootstraps`: replicates of the distances; 0 sets PopDistMask to 0. `permutations`: of the
+    // tests of the F-statistics, 0: none. 0.
     int WriteOutput(long bootstraps, long permutations);
 
-    // InitPath(), then GetDataFile(); 0 whatever they returned.
+    // InitPath(), then GetDataFile() from `stream`, which stays the caller's and was checked with
+    // CheckDataFile; 0 whatever they returned.
     int ReadDataFile(std::FILE* stream);
 
     // --- Run log: datalog.cpp ------------------------------------------------------------
 
-    // Writes the head of the log: data and settings. The log must be open. 0.
+    // Writes the head of the log: data and settings, with the numbers given; flushes it. The log
+    // must be open. 0.
     int WriteDataLog(long bootstraps, long permutations);
 
     // --- Result folder: output/resultfolder.h ----------------------------------------------
 
+    // The next result folder of DateiName. 0, 1: see MakeNext.
     int InitPath() { return MakeNext(DateiName); }
 
     // --- Counting and descriptive statistics: stats/passes.h --------------------------------
 
+    // Build the allele tables and write the sheets of single populations and of groups. CountAllels
+    // comes before calcGST; the other passes count first if need be. Uebersicht draws random
+    // numbers for inbred samples.
     int CountAllels() { return countAlleles(*this); }
     int CountIAllels() { return countIndividualAlleles(*this); }
     int Uebersicht() { return writeOverview(*this); }
@@ -56,6 +69,8 @@ class AnalyseDataObj : public Run {
 
     // --- Genetic distances: distance/passes.h -----------------------------------------------
 
+    // The passes, which store `bootstraps` (replicates), seed the random stream and work in
+    // "Distance_data"; then their engines, which work in the current folder.
     long CalcDistancesPop(long bootstraps) { return populationDistances(*this, bootstraps); }
     long CalcDistancesInd(long bootstraps) { return individualDistances(*this, bootstraps); }
     long POP_DIST_POSA() { return writePopulationMatrices(*this); }
@@ -63,6 +78,9 @@ class AnalyseDataObj : public Run {
 
     // --- F-statistics: fstat/passes.h -------------------------------------------------------
 
+    // The pass, which stores `permutationen` and works in "F-Statistic"; pairs; all populations;
+    // F-beta. Populations count from 0; DistFehlerwert: no value. FST_P_, FST_RD_ and FST_GLOBAL_P_
+    // seed the random stream and draw from it, CreateNewDataSheetMix draws.
     int CalcDistancesSpecial(long permutationen) { return fStatistics(*this, permutationen); }
     int FST_ALLG() { return pairwiseFst(*this); }
     int FST_ALLGGLOBAL() { return globalFst(*this); }
@@ -109,6 +127,8 @@ class AnalyseDataObj : public Run {
 
     // --- Heterozygosity range: hetrange/passes.h --------------------------------------------
 
+    // The pass, which works in "Resampling_data"; its loop over populations (from 0); the draw and
+    // the evaluation of one replicate (from 0). All but the evaluation draw random numbers.
     long CalcHetRange() { return heterozygosityRange(*this); }
     long MakeHetRangeAnalyse() { return writeHeterozygosityRanges(*this); }
     int MakeHetReplika(int replikat, int pop, HetStichprobe& stichprobe) const {
@@ -122,6 +142,9 @@ class AnalyseDataObj : public Run {
 
     // --- Format conversion: formats/passes.h ------------------------------------------------
 
+    // The passes MakeGenePop, which seeds the random stream and draws, MakeNextFormates and
+    // MakeIMFormat work in "Formats&Data"; the parts of the Arlequin and the IM files write into
+    // the file given or the current folder. i, j, locus: from 0.
     long MakeGenePop() { return writeGenepop(*this); }
     long MakeNextFormates() { return writeOtherFormats(*this); }
     long WriteArlequinHeader(ResultFile& f) const { return writeArlequinHead(*this, f); }

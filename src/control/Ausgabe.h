@@ -1,13 +1,14 @@
 // AUSGABE: the numbered catalogue of console messages. A pass names a message and holds no text
-// of its own. Everything goes to standard output and
-// is flushed, mark by mark. A code outside the catalogue is a mark: its text as it
-// is, or an end of line if there is none.
+// of its own. Everything goes to standard output and is flushed, mark by mark. A code outside the
+// catalogue is a mark: its text as it is, or an end of line if there is none.
 #ifndef KVA_CONTROL_AUSGABE_H
 #define KVA_CONTROL_AUSGABE_H
 
 namespace kva {
 
-// The messages by name, with the catalogue's numbers. What is told as an argument stands behind.
+// The messages by name, with the catalogue's numbers, which leave gaps. What is told as an argument
+// stands behind. Names on Begin and End frame a pass, on Mark stand for its progress; those on
+// NotMade and NotEntered speak of its folder, on Lost of a file that cannot be opened.
 enum class Message : int {
     ReplicateEnd = -1, // a line of marks ends: a replicate of the distances
     ErrorReportBegin = 1,
@@ -96,11 +97,12 @@ enum class Message : int {
     GstEnd = 112,
 };
 
-// Prints message `code`. `text` is the argument of the codes that take one and the
-// mark of the others; null where there is none.
+// Prints message `code`. `text` is the argument of the codes that take one and the mark of those
+// outside the catalogue's texts; null where there is none. The other codes do not look at it.
 void AUSGABE(int code, const char* text);
 
-// Prints `wert` in the words of `code` (45, 57, 66, 67, 76); bare for any other.
+// Prints `wert` in the words of `code`: TestGroup, PairReplica, ExportedPopulation,
+// ExportedIndividuals or GlobalReplica; bare for any other.
 void AUSGABE(int code, const int& wert);
 
 // Prints `wert` in the stream's default format, for any code.

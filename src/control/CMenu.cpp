@@ -235,14 +235,16 @@ constexpr KeyRow kEverywhere[] = {
     {"!", run},
 };
 
+// Wanted: `a` and `X` here, and `f` of the conversion, are known in one case alone; the other one
+// is answered as unknown, and keys that are piped in depend on it.
 constexpr KeyRow kMain[] = {
     {"dD", goTo<Menu::Distances>},
     {"cC", goTo<Menu::Conversion>},
     {"rR", goTo<Menu::HetRange>},
     {"iI", askDataFile},
     {"sS", showData},
-    {"a", askRichness}, // wanted: upper-case A is unknown
-    {"X", removeData},  // wanted: lower-case x is unknown
+    {"a", askRichness},
+    {"X", removeData},
 };
 
 constexpr KeyRow kDistances[] = {
@@ -259,7 +261,7 @@ constexpr KeyRow kDistanceSettings[] = {
     {"iI", general<GeneralBit::IndDistances>},
     {"lL", general<GeneralBit::MinusLog>},
     {"oO", dist<DistBit::PerLocus>},
-    {"xX", dist<DistBit::Nexus>}, // wanted: the screen does not show this key
+    {"xX", dist<DistBit::Nexus>}, // wanted: not on the screen, whose lines stay as they are
     {"nN", ask<kBootstraps>},
     {"rR", ask<kBootLoci>},
     {"bB", goTo<Menu::Distances>},
@@ -288,7 +290,7 @@ constexpr KeyRow kConversion[] = {
     {"3", general<GeneralBit::Arlequin>},
     {"4", general<GeneralBit::IMFormat>},
     {"rR", general<GeneralBit::RepeatSteps>},
-    {"f", askIMFile}, // wanted: upper-case F is unknown
+    {"f", askIMFile}, // one case alone, see kMain
     {"mM", goTo<Menu::Main>},
 };
 
@@ -396,7 +398,8 @@ int CMenuAllg::DoWork(int /*arg*/) {
     }
     InputFile daten; // open until the run is over
     if (DatenObjekt) {
-        (void)DatenObjekt->LinkResultNew(); // wanted: a failed open before this is not guarded
+        // Wanted: a failed open before this is not guarded; the passes tell that nothing is there.
+        (void)DatenObjekt->LinkResultNew();
     } else if (!loadChosen(*this, daten)) {
         return 0;
     }

@@ -62,7 +62,8 @@ bool isNoNameChosen(const CMenuAllg& menu) {
     return menu.DateiAnzahl < 1;
 }
 
-// Wanted: also after a failed open, which leaves an object without data.
+// Wanted: also after a failed open, which leaves an object without data; the main screen
+// says "!Data loaded!" then, too.
 bool isDataLoaded(const CMenuAllg& menu) {
     return menu.DatenObjekt != nullptr;
 }

@@ -63,7 +63,8 @@ void assumeHardyWeinberg(OptionReader& reader) {
     }
 }
 
-// Wanted: all bits go, also those that take the draws and the replicate sheets.
+// Wanted: all bits go, also those that take the draws and the replicate sheets. The sheets of
+// a run with zero=OFF depend on it.
 void clearHetRange(OptionReader& reader) {
     reader.Command.HetRangeMask = 0;
 }
@@ -111,7 +112,7 @@ constexpr Keyword kFstWords[] = {
 };
 
 // Behind the names of the distances themselves: takeMeasure. Wanted: no row knows "bl=", so the
-// loci per bootstrap replicate keep their default.
+// loci per bootstrap replicate keep their default; the word is skipped like any unknown one.
 constexpr Keyword kDistWords[] = {
     word("population", general<GeneralBit::PopDistances>),
     word("p", general<GeneralBit::PopDistances>),
@@ -119,7 +120,8 @@ constexpr Keyword kDistWords[] = {
     word("i", general<GeneralBit::IndDistances>),
     number(readNumber<&CCommandZeileKVA::Bootstraps, 1>),
     word("calc=ln", general<GeneralBit::MinusLog>),
-    // Wanted: takes the blank behind it too, or whatever stands there.
+    // Wanted: takes the blank behind it too, or whatever stands there; how words joined to it are
+    // read depends on it.
     {"calc=1", 6, 7, clearBits<&CCommandZeileKVA::GeneralMask, GeneralBit::MinusLog>},
     word("nexus", dist<DistBit::Nexus>),
     word("NEXUS", dist<DistBit::Nexus>),
@@ -259,7 +261,8 @@ int readFst(OptionReader& reader) {
     return 1;
 }
 
-// Wanted: the distances are computed only with `population` or `individual`.
+// Wanted: the distances are computed only with `population` or `individual`, the one switch that
+// tells which of the two engines is to run.
 int readDist(OptionReader& reader) {
     readKeywords(reader, kDistWords, takeMeasure);
     return 1;
@@ -295,7 +298,8 @@ constexpr Option kOptions[] = {
     {"-fst", 4, readFst},
     {"-dist", 5, readDist},
     {"-format", 7, readFormat},
-    // Wanted: "ge" stays and is skipped as the first word, with all that is joined to it.
+    // Wanted: "ge" stays and is skipped as the first word, with all that is joined to it: how a
+    // keyword without a blank in front is read depends on it.
     {"-hetrange", 7, readHetRange},
     {"-rare", 5, readRichness},
 };
@@ -340,8 +344,6 @@ int CCommandZeileKVA::AnalyseCommando(const char* option) {
     return row->Read(reader);
 }
 
-// False if an option other than the last is wrong. What stands before the first option
-// is ignored.
 bool CCommandZeileKVA::readOptions(int argc, char** argv) {
     std::string option;
     for (const char* argument : std::span(argv, static_cast<std::size_t>(argc)).subspan(1)) {
@@ -357,12 +359,11 @@ bool CCommandZeileKVA::readOptions(int argc, char** argv) {
         }
         option = argument;
     }
-    (void)AnalyseCommando(option.c_str()); // wanted: a wrong last option goes unremarked
+    // Wanted: a wrong last option goes unremarked, and the run takes place.
+    (void)AnalyseCommando(option.c_str());
     return true;
 }
 
-// The first load, or the next result folder for data already loaded. False if no pass
-// may run.
 bool CCommandZeileKVA::load(InputFile& daten) {
     if (DatenObjekt) {
         (void)DatenObjekt->LinkResultNew();

@@ -20,7 +20,7 @@
 //     Number of permutations	: 10000
 //
 // Wanted: neither global nor pairwise Fst, nor F-beta, nor the word for individuals,
-// nor the heterozygosity range stands there.
+// nor the heterozygosity range stands there: the head keeps the lines that its readers know.
 #include "control/AnalyseDataObj.h"
 #include "distance/measures.h"
 

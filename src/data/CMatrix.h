@@ -1,4 +1,4 @@
-// CMatrix: a table of doubles with guarded cell access.
+// CMatrix: a table of doubles with guarded cell access. Rows and columns count from 0.
 #ifndef KVA_DATA_CMATRIX_H
 #define KVA_DATA_CMATRIX_H
 
@@ -34,9 +34,11 @@ class CMatrix {
     double Dummy = 0.0;        // stands for every cell that does not exist
 
   private:
+    // True for a cell that exists.
     bool contains(int32_t i, int32_t j) const {
         return i >= 0 && j >= 0 && i <= MaxZeile && j <= MaxSpalte;
     }
+    // The place in Daten of a cell that exists.
     std::size_t place(int32_t i, int32_t j) const {
         return static_cast<std::size_t>(i) * (static_cast<std::size_t>(MaxSpalte) + 1) +
                static_cast<std::size_t>(j);

@@ -172,7 +172,7 @@ int AllelCount::GetAllelCount(int i) const {
     if (i < 0) {
         return -3;
     }
-    if (i > AnzAllele) { // wanted: the free row behind the last is let through
+    if (i > AnzAllele) { // wanted: the free row behind the last reads 0, for walks to AnzAllele
         return -2;
     }
     return Allele[static_cast<std::size_t>(i)].Anzahl;
@@ -189,7 +189,7 @@ int AllelCount::rdCount(const std::vector<AllelEintrag>& rows, int i) const {
     if (AnzGesamt == -1) {
         return -1;
     }
-    if (i > AnzAllele) { // wanted: the place behind the last row is let through
+    if (i > AnzAllele) { // wanted: the place behind the last row reads 0, as in GetAllelCount
         return -2;
     }
     const bool there = i >= 0 && i < std::ssize(rows);

@@ -167,7 +167,8 @@ bool endsInCrLf(const DataRow& row) {
 }
 
 // Wanted: the second pass knows CR LF in files with three header rows alone. With two, CR ends
-// the row, and the LF stands in front of the next one.
+// the row, and the LF stands in front of the next one. The results of such files depend on it, and
+// the console warns of them.
 bool losesAlignment(const Header& header) {
     return header.rows == 2 && endsInCrLf(header.first);
 }
@@ -347,6 +348,7 @@ Individual takeApart(const DataRow& row, NumberAhead& groups) {
     const std::size_t group = behindTab(row.text, type);
     const std::size_t alleles = behindTab(row.text, group);
     // Wanted: an empty group cell takes the number that comes next, as a rule the first allele.
+    // The group sheets of such files depend on it.
     const int32_t number = group == none ? 0
                                          : groups.read(row.begin + static_cast<int64_t>(group),
                                                        row.behind.substr(group));
@@ -486,7 +488,8 @@ void readRows(LoadedData& data, RowWalk& walk) {
         }
         AUSGABE(Message::RowRead);
         batch.add(tier.alleles, tier.info, pop);
-        // Wanted: this pass, unlike the first, also stops at a line end in a block's last place.
+        // Wanted: this pass, unlike the first, also stops at a line end in a block's last place: a
+        // row that fills its block is the last one of the results.
     } while (!walk.endsBlock() && walk.next());
     batch.flush();
 }

@@ -20,7 +20,7 @@
 
 namespace kva {
 
-constexpr int64_t kBlockSize = 200000; // bytes
+constexpr int64_t kBlockSize = 200000; // bytes of the largest block
 
 // True if a row may not fit in a block: 4 bytes for each allele, and 211 for the rest.
 // `columns`: columns per locus, 1 or 2.
@@ -39,13 +39,15 @@ class DataWindow {
     // caller's, who must not move it meanwhile.
     explicit DataWindow(std::FILE* stream);
 
+    // False if there was no memory for the buffer; then every block is empty.
     bool hasBuffer() const { return Buffer != nullptr; }
 
     // The block that begins at byte `offset`, empty behind the end of the file. It is valid
     // until the next call. Offsets never fall, and rise by a block at most.
     std::string_view block(int64_t offset);
 
-    // A byte of the last block or one of the two behind it; NUL behind the end of the file.
+    // The byte at `offset` of the file: one of the last block or of the two behind it; NUL behind
+    // the end of the file, and for what is not held.
     char byteAt(int64_t offset) const;
 
     // Offset behind the last byte that is no blank, CR or LF: from here on the file holds
@@ -53,30 +55,38 @@ class DataWindow {
     int64_t contentEnd() const { return ContentEnd; }
 
   private:
+    // Bytes of the file; 0 for a stream that cannot be sought. Leaves the stream at its end.
     int64_t fileSize();
+
+    // contentEnd() of a file of `size` bytes, searched from its end through the buffer; `size` if
+    // it cannot be read. Leaves the stream anywhere.
     int64_t findContentEnd(int64_t size);
+
+    // Drops the bytes in front of `offset` and fills the buffer up from the stream.
     void slide(int64_t offset);
 
-    std::FILE* Stream; // NOT OWNED
-    std::unique_ptr<char[]> Buffer;
-    int64_t Start = 0; // offset of the buffer's first byte
-    int64_t Held = 0;  // bytes in the buffer
-    int64_t ContentEnd = 0;
-    bool Ended = false; // the buffer holds the file's last byte
+    std::FILE* Stream;              // NOT OWNED
+    std::unique_ptr<char[]> Buffer; // null if there was no memory
+    int64_t Start = 0;              // offset in the file of the buffer's first byte
+    int64_t Held = 0;               // bytes in the buffer
+    int64_t ContentEnd = 0;         // see contentEnd(); 0 if there is nothing to read
+    bool Ended = false;             // nothing is left to read behind the buffer
 };
 
-// A row inside its block.
+// A row inside its block, valid as long as the block. Offsets count the file's bytes, from 0.
 struct DataRow {
     std::string_view text;   // the row without its line end
     std::string_view behind; // from the row's first byte to the end of the block
     int64_t begin = 0;       // offset of its first byte
     int64_t lineEnd = 0;     // offset of the first byte of its line end
-    int64_t lastByte = 0;    // offset of the last byte of its line end
-    bool hasLineEnd = false; // false: the block's text ends before the row does
+    int64_t lastByte = 0;    // offset of the last byte of its line end: the LF of CR LF
+    bool hasLineEnd = false; // false: the block's text ends before the row does, and lineEnd and
+                             // lastByte lie behind the text
 };
 
-// The row that begins at byte `from` of the block that begins at `blockStart`. Its line end is
-// looked for from byte `searchFrom` of the block on.
+// The row that begins at byte `from` of `block`, which begins at offset `blockStart` of the file
+// and is the last one of `window`. Its line end is looked for from byte `searchFrom` of the block
+// on. Both places are cut to the end of the block.
 DataRow findRow(const DataWindow& window, std::string_view block, int64_t blockStart,
                 std::size_t from, std::size_t searchFrom);
 
@@ -88,24 +98,26 @@ enum class CrLf { LineEnd, CrOnly };
 // (also a last line of blanks), and behind a row that has no line end in its block.
 class RowWalk {
   public:
-    // `before`: offset of the last byte of the line end in front of the first row.
+    // `window` stays the caller's and must outlive the walk. `before`: offset of the last byte of
+    // the line end in front of the first row.
     RowWalk(DataWindow& window, int64_t before, CrLf crLf);
 
-    // Goes to the next row, first to the first. False if there is none.
+    // Goes to the next row, first to the first, reading on in the file. False if there is none.
     bool next();
 
+    // The row on which the walk stands, valid until the next next().
     const DataRow& row() const { return Row; }
 
     // True if the row's line end is the last byte of its block.
     bool endsBlock() const;
 
   private:
-    DataWindow& Window;
-    CrLf LineEnds;
+    DataWindow& Window;    // NOT OWNED
+    CrLf LineEnds;         // what CR LF counts as
     int64_t Before;        // as in the constructor, for the row that comes next
     int64_t BlockLast = 0; // offset of the last byte of the row's block
-    DataRow Row;
-    bool Ended = false;
+    DataRow Row;           // empty before the first next()
+    bool Ended = false;    // no row comes after this one
 };
 
 } // namespace kva

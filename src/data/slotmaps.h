@@ -1,4 +1,4 @@
-// Maps of slots for shuffles and thinned data sets. Populations and slots count from 0.
+// Maps of slots for shuffles and thinned data sets. Loci, populations and slots count from 0.
 #ifndef KVA_DATA_SLOTMAPS_H
 #define KVA_DATA_SLOTMAPS_H
 
@@ -17,7 +17,8 @@ using SampleMap = std::array<std::vector<int32_t>, 2>;
 // the same population; -1: the slot counts as missing.
 using SlotSheet = std::vector<std::vector<std::vector<long>>>;
 
-// The source of `slot` in a sheet; -1 for a slot outside the population.
+// The source of `slot` in a sheet; -1 if it counts as missing, or for a slot outside the
+// population. The sheet has the locus and the population.
 long sheetSlot(const SlotSheet& sheet, int32_t locus, int32_t pop, int32_t slot);
 
 } // namespace kva

@@ -16,10 +16,12 @@ struct FolderRule {
     const char* Name;       // folder under the result folder
     Message NotEntered;     // an existing folder cannot be entered (or none made)
     Message NewNotEntered;  // the folder just made cannot be entered
-    bool TellMkdir = false; // wanted oddity of "Single_data": any failure of mkdir is
-                            // told by NotEntered, and the pass goes on to enter
+    bool TellMkdir = false; // any failure of mkdir is told by NotEntered, also that the folder is
+                            // there, and the pass goes on to enter. Wanted in "Single_data", whose
+                            // console output depends on it
 };
 
+// The folders of the passes, all under the result folder but for IMFormat.
 namespace Folder {
 constexpr FolderRule Allelecount{"Allelecount", Message::CountNotMade, Message::CountNotEntered};
 constexpr FolderRule SingleData{"Single_data", Message::SingleDataNotMade,
@@ -39,10 +41,13 @@ constexpr FolderRule ResamplingData{"Resampling_data", Message::ResamplingNotMad
                                     Message::ResamplingNotEntered};
 } // namespace Folder
 
+// The stay itself, from construction to the end of the scope.
 class PassFolder {
   public:
-    // Makes the folder (mode 0777) and enters it; a failure is told on the console. Result
-    // files opened meanwhile are shown with the folder's name in failure lines.
+    // Makes the folder (mode 0777) under ResultPfad and makes it the current folder of the process;
+    // a failure is told on the console, and so is a `folder` without a path, where nothing was
+    // loaded. Result files opened meanwhile are shown with the folder's name in failure lines.
+    // `folder` must outlive the stay.
     PassFolder(ResultFolder& folder, const FolderRule& rule);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.
@@ -51,7 +56,8 @@ class PassFolder {
     PassFolder(const PassFolder&) = delete;
     PassFolder& operator=(const PassFolder&) = delete;
 
-    // 0: entered; 1: a new folder cannot be entered; 2: an existing one cannot.
+    // 0: entered; 1: a new folder cannot be entered (under TellMkdir any); 2: an existing one
+    // cannot, or none could be made.
     int status() const { return Status; }
     bool entered() const { return Status == 0; }
 
@@ -60,12 +66,14 @@ class PassFolder {
     // stay leads back to ResultPfad all the same.
     int enterInner(const FolderRule& rule);
 
-    // Leaves the process in the folder when the pass ends: wanted where a pass ends early.
+    // Leaves the process in the folder when the pass ends. Wanted in the group sheets and where a
+    // pass ends early: the folder in which a pass ends is part of its contract. The next pass does
+    // not depend on it, as it enters by a full path.
     void stay() { Stays = true; }
 
   private:
     ResultFolder& Root; // NOT OWNED
-    int Status = 0;
+    int Status = 0;     // see status()
     bool Stays = false; // stay() was called
 };
 

@@ -26,11 +26,13 @@ class ResultFile {
 
     // Opens `name` (a bare name in the current folder) in `mode`, one of "wb",
     // "wb+", "ab+", "rb+", "ab". In mode "rb+" the position is the end of the file.
-    // `shownName` is the path inside the result folder. A failure is told to
-    // `onFailure`, at most once for a file.
+    // `shownName` is the path inside the result folder. A failure, now or later, is told to
+    // `onFailure` (null: to nobody), at most once for a file; the handler may write to this very
+    // file.
     ResultFile(const std::string& name, const char* mode, std::string shownName,
                FileFailureHandler onFailure);
 
+    // `other` is closed then, with nothing lost. An assignment closes this file first.
     ResultFile(ResultFile&& other) noexcept;
     ResultFile& operator=(ResultFile&& other) noexcept;
     ResultFile(const ResultFile&) = delete;
@@ -40,7 +42,7 @@ class ResultFile {
     // True from a successful opening until close(), also after a failed write.
     bool isOpen() const { return Stream != nullptr; }
 
-    // Formatted write, as printf does it. For cells of plain numbers the direct
+    // Formatted write, as printf does it, of any length. For cells of plain numbers the direct
     // writers below are faster and give the same bytes.
     void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
@@ -57,19 +59,21 @@ class ResultFile {
     // "\t%f": the cell of most sheets, in one go.
     void tabFixed(double value);
 
-    // Hands everything written so far to the system.
+    // Hands everything written so far to the system; a failure is told.
     void flush();
 
-    // Writes the rest and closes. False if anything failed since the opening.
+    // Writes the rest and closes; a failure is told. False if anything failed since the opening, or
+    // the opening itself. A closed file stays closed.
     bool close();
 
   private:
-    static constexpr std::size_t kBufferSize = std::size_t{1} << 16U;
+    static constexpr std::size_t kBufferSize = std::size_t{1} << 16U; // bytes
 
+    // Tells of a failure, if it is the first, in the system's words for the error number.
     void fail(int errorNumber);
 
-    // The place behind what is written, with room for so many bytes (at most kBufferSize);
-    // null if the file is closed.
+    // The place behind what is written, with room for so many bytes (at most kBufferSize), flushed
+    // if need be; null if the file is closed.
     char* room(std::size_t bytes) {
         if (!Stream) {
             return nullptr;
@@ -80,15 +84,16 @@ class ResultFile {
         return Buffer.get() + Used;
     }
 
+    // Closes a stream that was not closed by close(), without a look at the result.
     struct Closer {
         void operator()(std::FILE* stream) const { std::fclose(stream); }
     };
-    std::unique_ptr<std::FILE, Closer> Stream;
-    std::unique_ptr<char[]> Buffer; // kBufferSize bytes while open
-    std::size_t Used = 0;           // bytes written, not yet handed to the system
-    std::string ShownName;          // path inside the result folder
-    FileFailureHandler OnFailure;
-    bool Failed = false; // a failure was told; further writes are dropped
+    std::unique_ptr<std::FILE, Closer> Stream; // unbuffered; null while closed
+    std::unique_ptr<char[]> Buffer;            // kBufferSize bytes while open
+    std::size_t Used = 0;                      // bytes in Buffer, not yet handed to the system
+    std::string ShownName;                     // path inside the result folder
+    FileFailureHandler OnFailure;              // null: nobody is told
+    bool Failed = false;                       // something failed; further writes are dropped
 };
 
 } // namespace kva

@@ -18,21 +18,28 @@ namespace kva {
 
 class ResultFolder {
   public:
+    // No folder yet: all paths are empty, the log is closed.
     ResultFolder() = default;
-    // Closes the log and takes the process back to StartPfad.
+
+    // Closes the log and takes the process back to StartPfad, if there is one.
     ~ResultFolder();
     ResultFolder(const ResultFolder&) = delete;
     ResultFolder& operator=(const ResultFolder&) = delete;
 
-    // Makes the next numbered folder for a data file, named as it was typed, enters it and opens
-    // its log. 0; 1 if that failed, with the paths and the log as they were.
+    // Makes the next numbered folder (mode 0777) for a data file, named as it was typed, enters it
+    // and opens its log. From the second call on the folder lies beside the first file, whatever
+    // the name. 0; 1, and told on the console, if there is no such folder to enter: StartPfad,
+    // ResultPfad, DateiKurzName and the log stay as they were. A log that does not open is told,
+    // and the result is 0.
     int MakeNext(const std::string& dataFile);
 
-    // Goes into the result folder itself; false, with message 14, if that fails.
+    // Goes into the result folder itself; false, with Message::ResultNotEntered on the console, if
+    // that fails.
     bool Enter() const;
 
-    // Opens a file of the result folder in the current folder; a failure, now or later, is told on
-    // the console and in the log.
+    // Opens a file of the result folder by its bare name in the current folder; `mode` as in
+    // ResultFile. A failure, now or later, is told on the console and in the log. This object must
+    // outlive the file.
     ResultFile OpenResult(const std::string& name, const char* mode);
 
     // The entry of a finished pass in the log: a line end, the text, a line end, flushed. Nothing
@@ -49,11 +56,13 @@ class ResultFolder {
     ResultFile LogDatei;        // the run log "KVA.log"
 
   private:
+    // Tells of a result file, `name` as it is to be shown, on the console and in the log, which it
+    // flushes.
     void reportFailure(const std::string& name, const std::string& reason);
 };
 
 // The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a
-// file of the root folder.
+// file of the root folder. No file is looked at.
 std::string folderOf(const std::string& path);
 
 } // namespace kva
