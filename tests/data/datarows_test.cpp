@@ -196,8 +196,9 @@ TEST(RowWalk, LongerRowIsCutAndEndsTheWalk) {
 }
 
 TEST(RowWalk, TellsOfALineEndInTheLastPlaceOfItsBlock) {
-    const Stream stream =
-        fileOf("\n" + std::string(199'997, 'x') + "\n" + std::string(199'998, 'x') + "\nb\n");
+    const std::string first(199'997, 'x');
+    const std::string second(199'998, 'x');
+    const Stream stream = fileOf("\n" + first + "\n" + second + "\nb\n");
     DataWindow window(stream.get());
     RowWalk walk(window, 0, CrLf::LineEnd);
     ASSERT_TRUE(walk.next());
