@@ -66,10 +66,10 @@ class MatrixWriter {
     int32_t rows() const { return static_cast<int32_t>(Labels.size()); } // and columns
 
     std::vector<std::string> Labels; // by row
-    CellRules Rules;
-    Form Layout;
-    LowerTriangle Mirror; // cells below the diagonal of the running matrix
-    std::string Line;     // the running row; kept for its room
+    CellRules Rules;                 // of the cells
+    Form Layout;                     // of all matrices
+    LowerTriangle Mirror;            // cells below the diagonal of the running matrix
+    std::string Line;                // the running row; kept for its room
 };
 
 } // namespace kva

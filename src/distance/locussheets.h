@@ -49,6 +49,7 @@ class LocusSheets {
     void close();
 
   private:
+    // The sheet of one measure.
     struct Sheet {
         ResultFile File;               // closed if it could not be opened
         Measure Rule;                  // of its cells

@@ -28,8 +28,8 @@ class RowSummer {
     // Pair (i, j) of the row i summed last; j from 0, j > i.
     PairSums pair(int32_t j) const;
 
-    const Measure& measure() const { return Rule; }
-    const Samples& samples() const { return Prepared; }
+    const Measure& measure() const { return Rule; }     // what is summed
+    const Samples& samples() const { return Prepared; } // what it is summed of
 
   private:
     // The values of all pairs at one locus, rows of the upper triangle behind each other.
