@@ -21,7 +21,7 @@ struct AlleleShare {
 // 0.0, so that they can be added up.
 struct LocusSamples {
     int32_t Pool = 0;                // distinct alleles in the pool
-    std::vector<int32_t> First;      // shares of sample j: First[j] to First[j + 1] - 1; one more
+    std::vector<int32_t> First;      // first share of each sample in Shares, from 0, and the end
     std::vector<AlleleShare> Shares; // of all samples, each in the order of the pool table
     std::vector<double> Typed;       // flag: the sample has an allele
     std::vector<double> Alleles;     // distinct alleles

@@ -132,10 +132,12 @@ class HetBereich {
     void addLater(const HetStatistics& wert); // the others
 };
 
-// The heterozygosity put in the place of 0 and of one above 0.999999, from a sample of n
-// independent gene copies with one copy more: of another allele for 0, n/(n-1) (1 - 1/(n+1)^2 -
-// n^2/(n+1)^2), which is replaced in turn if it is above 0.999999; equal to another copy for 1, 1 -
-// 2/(n(n+1)). -1.0 for these two if n <= 1; any other H as it is.
+// The heterozygosity put in the place of 0 and of one above 0.999999: that of a sample of n
+// independent gene copies with one copy more. For 0 it is of another allele,
+//      n/(n-1) (1 - 1/(n+1)^2 - n^2/(n+1)^2),
+// which is replaced in turn if it is above 0.999999; for 1 it equals another copy,
+//      1 - 2/(n(n+1)).
+// -1.0 for both if n <= 1; any other H as it is.
 double correctHeterozygosity(double H, int32_t n);
 
 // The three sheets that hold every replicate of a population; closed if not asked for.
