@@ -28,43 +28,48 @@ class ResultFile;
 // file is not open.
 bool StartNexus(ResultFile& file, long bit, int ntax, int index);
 
-// Ends row `row` (from 0) of `n`: a line end; behind the last row ";", the end of the block and
-// the block that has PAUP draw a neighbour-joining tree.
+// Ends row `row` (from 0) of `n` in a NEXUS file: a line end; behind the last row first ";", the
+// end of the block and the block that has PAUP draw a neighbour-joining tree.
 void EndNexus(ResultFile& file, int row, int n);
 
-// The label of individual `number` (from 1) of a population: five characters of its name, and
-// the number with three digits or more.
+// The label of individual `number` (from 1) of a population: its name, filled up on the left or
+// cut to five characters, and the number with three digits or more.
 std::string individualLabel(const std::string& name, int number);
 
-// The labels of all populations.
+// The labels of the populations 1 to `populations`, entry 0 that of population 1: ten characters,
+// filled up on the left or cut. A population without a name has blanks.
 std::vector<std::string> populationLabels(const Datensatz& daten, int32_t populations);
 
-// The labels of `individuals` rows. A population without individuals takes a label all the
-// same, so that the later ones are shifted against the individuals: wanted. Rows behind the
-// last population have no name.
+// The labels of `individuals` rows. Wanted: a population without individuals takes a label all the
+// same, so that the later ones are shifted against the individuals; the bytes of the matrices
+// depend on it. Rows behind the last population have blanks for the name.
 std::vector<std::string> individualLabels(const Datensatz& daten, int32_t individuals);
 
-// Writes square matrices of one size.
+// Writes square matrices of one size, with zeros in the diagonal and cells of " %8.5f".
 class MatrixWriter {
   public:
+    // Plain: the number of rows in front and an empty line behind. Nexus: the rows alone, with
+    // EndNexus() behind each; the head is StartNexus()'s.
     enum class Form { Plain, Nexus };
 
-    // labels: one per row.
+    // labels: one per row; their number is the size of the matrices.
     MatrixWriter(std::vector<std::string> labels, CellRules rules, Form form);
 
-    // Writes the matrix of a measure over `loci`. Nothing is computed for a file that is not
-    // open.
+    // Writes the matrix of the measure of `sums` over `loci` (from 0, in their order), where the
+    // file stands. `sums` has as many samples as there are rows. Nothing is computed for a
+    // file that is not open.
     void write(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci);
 
   private:
+    // Writes row i, from 0, with its line end. Rows come in their order.
     void writeRow(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci, int32_t i);
-    int32_t rows() const { return static_cast<int32_t>(Labels.size()); }
+    int32_t rows() const { return static_cast<int32_t>(Labels.size()); } // and columns
 
-    std::vector<std::string> Labels;
-    CellRules Rules;
-    Form Layout;
-    LowerTriangle Mirror;
-    std::string Line;
+    std::vector<std::string> Labels; // by row
+    CellRules Rules;                 // of the cells
+    Form Layout;                     // of all matrices
+    LowerTriangle Mirror;            // cells below the diagonal of the running matrix
+    std::string Line;                // the running row; kept for its room
 };
 
 } // namespace kva

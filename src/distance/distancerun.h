@@ -19,44 +19,55 @@ class Run;
 
 // Where populations and individuals differ.
 struct DistanceKind {
-    const char* Announcement; // argument of message 48
-    const char* LogText;      // entry in the log
+    const char* Announcement; // on the console, argument of DistanceBegin
+    const char* LogText;      // entry of the finished pass in the log
     const char* MatrixEnd;    // behind the stem in the name of a matrix file
     const char* SheetEnd;     // the same for the sheets of single loci; null: there are none
     const char* PassMark;     // on the console for each locus taken
     bool PassNumber;          // with a bootstrap, the number of the pass stands before the mark
     bool Nexus;               // whether there can be NEXUS files
-    SampleRules Rules;
+    SampleRules Rules;        // what is taken from the allele tables
 };
 
+// All files of one call of an engine: the matrices of all selected measures and, where they are
+// asked for, their sheets of single loci.
 class DistanceRun {
   public:
-    // labels: of the matrix rows. samples: as many as labels.
+    // run: NOT OWNED, it outlives the object. labels: of the matrix rows. samples: as many as
+    // labels.
     DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                 std::vector<std::string> labels);
     DistanceRun(const DistanceRun&) = delete;
     DistanceRun& operator=(const DistanceRun&) = delete;
     ~DistanceRun() = default;
 
-    // Creates the files and writes all replicates. 0; -3 if no measure is selected.
+    // Creates the files in the current folder and writes all replicates, as many as
+    // Run::Bootstraps. Seeds the random stream from the clock, always; with more than one
+    // replicate draws a locus for each place of each. A file that cannot be opened is left out.
+    // 0; -3 if no measure is selected.
     long run();
 
   private:
+    // Creates the matrix files, empty or with the NEXUS head, and opens the sheets.
     void createFiles();
+    // Writes one replicate: a block of the sheets, a matrix of each measure.
     void writeReplicate();
+    // The loci of a replicate, from 0: drawn with replacement, BootLoci of them if that is above 0,
+    // else as many as there are; without a bootstrap all loci in order.
     std::vector<int32_t> drawLoci();
-    bool bootstrapping() const;
-    bool nexus() const;
-    bool perLocus() const;
+    bool bootstrapping() const; // more than one replicate
+    bool nexus() const;         // the matrices are NEXUS files
+    bool perLocus() const;      // there are sheets of single loci
+    // Opens the matrix file of a measure; `mode` as fopen takes it. Closed if that fails.
     ResultFile openMatrix(const Measure& measure, const char* mode);
 
-    Run& Lauf;
-    DistanceKind Kind;
-    Samples Prepared;
-    std::vector<RowSummer> Sums; // one for each selected measure
-    CellRules Rules;
-    MatrixWriter Matrices;
-    LocusSheets Sheets;
+    Run& Lauf;                   // NOT OWNED
+    DistanceKind Kind;           // populations or individuals
+    Samples Prepared;            // samples of all loci; Sums read from it
+    std::vector<RowSummer> Sums; // one for each selected measure, in the order of the output
+    CellRules Rules;             // from the settings
+    MatrixWriter Matrices;       // serves all measures
+    LocusSheets Sheets;          // in the order of Sums; none without perLocus()
 };
 
 } // namespace kva

@@ -13,9 +13,10 @@ namespace kva {
 
 class LowerTriangle {
   public:
+    // rows: of the matrix, and columns.
     explicit LowerTriangle(int32_t rows);
 
-    // Begins row i. Rows come in their order; row 0 drops all cells of the matrix before.
+    // Begins row i, from 0. Rows come in their order; row 0 drops all cells of the matrix before.
     void beginRow(int32_t i);
 
     // The cells of the row left of the diagonal, as they were added.
@@ -28,21 +29,22 @@ class LowerTriangle {
   private:
     // What a row of the band adds to the rows behind the band, in the order of those.
     struct Waiting {
-        std::string Text;
-        std::vector<uint16_t> Lengths; // of the cells
+        std::string Text;              // the cells behind each other
+        std::vector<uint16_t> Lengths; // of the cells, in bytes
         std::size_t Read = 0;          // bytes of Text taken over already
     };
 
+    // Takes the waiting cells over into the rows behind the band.
     void emptyBand();
 
     // Cells grows by one cell in each of its strings with every row, which are far apart. So the
     // cells of a band of rows wait in rows of their own and are taken over together.
     static constexpr int32_t kBand = 16;
 
-    std::vector<std::string> Cells; // by row
-    std::vector<Waiting> Band;
-    int32_t BandEnd = kBand; // first row behind the band
-    int32_t Row = 0;         // begun last
+    std::vector<std::string> Cells; // left of the diagonal, by row from 0
+    std::vector<Waiting> Band;      // kBand rows; row i stands at i % kBand
+    int32_t BandEnd = kBand;        // first row behind the band, from 0
+    int32_t Row = 0;                // begun last, from 0
 };
 
 } // namespace kva

@@ -19,8 +19,10 @@
 //      DAN   Da   Nei's distance of 1983        1 - B, B = sum of sqrt(x y)  (Nei et al. 1983)
 //      DSG   D    Nei's standard distance       Jxy / sqrt(Jx' Jy')        (Nei 1978)
 //
-// m is the mean allele number of a sample and v its variance, taken in repeats. POSA, FSS, KSC
-// and DSG are similarities, turned into 1 - s or -ln(s).
+// m is the mean allele number of a sample and v its variance, taken in repeats; B is the sum of
+// sqrt(x y). J' is the sum of squared frequencies of a sample, corrected for its size, and Jxy the
+// sum of x y. POSA, FSS, KSC and DSG are similarities, turned into 1 - s or -ln(s). All but FSS and
+// DSG are means over the loci that count for the pair; those two are ratios of sums over them.
 #ifndef KVA_DISTANCE_MEASURES_H
 #define KVA_DISTANCE_MEASURES_H
 
@@ -34,29 +36,33 @@
 
 namespace kva {
 
-// The sums of a row of pairs (i, j): entry j of each vector belongs to sample j, j > i.
+// The sums of a row of pairs (i, j): entry j of each vector belongs to sample j, from 0, j > i.
+// The second layer serves Nei's standard distance alone.
 struct RowSums {
-    explicit RowSums(int32_t samples);
-    void clear(int32_t layers); // sets the first `layers` of both to 0
+    explicit RowSums(int32_t samples); // all sums 0.0
+    void clear(int32_t layers);        // sets the first `layers` of both to 0.0
 
+    // [layer][sample]: what the loci add, the numerator of the mean; DSG: J' of sample i, of j.
     std::array<std::vector<double>, 2> DistSumme;
+    // [layer][sample]: what it is divided by: the loci counted; FSS: the alleles in at least one
+    // sample of the pair; DSG: Jxy, and in layer 1 the loci counted.
     std::array<std::vector<double>, 2> DistNenner;
 };
 
-// The sums of one pair.
+// The sums of one pair, from RowSums.
 struct PairSums {
-    double Summe = 0.0;
-    double Summe2 = 0.0;
-    double Nenner = 0.0;
-    double Nenner2 = 0.0;
+    double Summe = 0.0;   // DistSumme, layer 0
+    double Summe2 = 0.0;  // DistSumme, layer 1; 0.0 with one layer
+    double Nenner = 0.0;  // DistNenner, layer 0
+    double Nenner2 = 0.0; // DistNenner, layer 1; 0.0 with one layer
 };
 
 // One row of pairs at one locus, whose sample I is typed.
 struct LocusRow {
-    const LocusSamples& Locus;
-    int32_t I;       // the row's sample, from 0
-    const double* X; // frequency in it of each allele of the pool, 0.0 for one it has not got
-                     // and for the place Pool of the fillers
+    const LocusSamples& Locus; // NOT OWNED
+    int32_t I;                 // the row's sample, from 0
+    const double* X; // NOT OWNED; frequency in it of each allele of the pool, by place from 0; 0.0
+                     // for one it has not got and for the place Pool of the fillers
 };
 
 // How a cell is made of the value that comes out of the sums.
@@ -70,13 +76,13 @@ enum class CellKind {
 // A row of the catalogue of distances, which the command line, the menu and its screens, the log
 // and the engines read. A new distance is a row here, with its formula, and a bit of DistBit.
 struct Measure {
-    uint32_t Bit;         // in PopDistMask; outputs of one bit are always together
+    uint32_t Bit;         // DistBit in PopDistMask; outputs of one bit are always together
     const char* Stem;     // of its files; also its keyword of -dist, in capitals or small letters
     char Key;             // in the menu of the distance settings
     const char* MenuLine; // what the screen shows between the key and the state
     const char* LogLine;  // in the head of the log
-    int Index;            // of the output within its bit
-    int32_t Layers;       // of DistSumme and DistNenner in use
+    int Index;            // of the output within its bit, from 0
+    int32_t Layers;       // of DistSumme and DistNenner in use, 1 or 2
 
     // value[j] for each pair (I, j), j > I: what the locus adds to the pair as one number, the
     // same whenever it is drawn; 0.0 for a pair that the locus does not count for. Null where a
@@ -86,16 +92,17 @@ struct Measure {
     // Adds the locus to the sums of the row. `value`: from Values, null if there is no such.
     void (*Add)(const LocusRow& row, const double* value, RowSums& sums);
 
-    // The value of a pair from its sums, for one locus or for many. At least one is counted.
+    // The value of a pair from its sums, for one locus or for many: a similarity or a distance. At
+    // least one is counted.
     double (*Close)(const PairSums& sums);
 
-    CellKind Cells;
+    CellKind Cells; // how the value becomes a cell
 };
 
-// All nine in the order of the output.
+// All nine in the order of the output; the rows last as long as the process.
 std::span<const Measure> allMeasures();
 
-// Those whose bit is on, in the order of the output.
+// Copies of those whose bit is on, in the order of the output.
 std::vector<Measure> selectedMeasures(uint32_t popDistMask);
 
 // What the cells take from the settings.
@@ -105,15 +112,21 @@ struct CellRules {
     double Fehlerwert = -32767.0; // cell of a pair without a counted locus
 };
 
-// The two cells of a pair i < j in a matrix: row i, column j, and row j, column i.
+// The two cells of a pair i < j in a matrix.
 struct CellPair {
-    double Upper;
-    double Lower;
+    double Upper; // row i, column j
+    double Lower; // row j, column i
 };
+
+// The cells of a pair from its sums over all loci of a replicate: both Fehlerwert if no locus
+// counts for it, both Infinite under -ln where the samples share nothing. Wanted: of Nei's standard
+// distance the upper one is Fehlerwert then, too, and the bytes of its matrices depend on it. No
+// other division or logarithm is guarded.
 CellPair matrixCells(const Measure& measure, const PairSums& sums, const CellRules& rules);
 
 // The cell of a pair in a sheet of single loci, from the sums of that locus alone; nothing for
-// "n.d.". A similarity of 0 is not caught here: its -ln is inf.
+// "n.d.": the locus does not count for the pair, or, wanted, a distance is exactly -1, as with a
+// variance of -1.0 that stands for none. A similarity of 0 is not caught here: its -ln is inf.
 std::optional<double> sheetCell(const Measure& measure, const PairSums& sums,
                                 const CellRules& rules);
 

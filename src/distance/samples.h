@@ -17,25 +17,29 @@ struct AlleleShare {
     int32_t Place = 0;  // row of the allele in the pool table, from 0; Pool in a filler
 };
 
-// All samples at one locus. Flags are 1.0 or 0.0, so that they can be added up.
+// All samples at one locus, one entry per sample from 0 unless told otherwise. Flags are 1.0 or
+// 0.0, so that they can be added up.
 struct LocusSamples {
-    int32_t Pool = 0;                // alleles in the pool
-    std::vector<int32_t> First;      // the shares of sample j are First[j] to First[j + 1] - 1
+    int32_t Pool = 0;                // distinct alleles in the pool
+    std::vector<int32_t> First;      // first share of each sample in Shares, from 0, and the end
     std::vector<AlleleShare> Shares; // of all samples, each in the order of the pool table
     std::vector<double> Typed;       // flag: the sample has an allele
     std::vector<double> Alleles;     // distinct alleles
-    std::vector<double> HasMean;     // flag: there is a mean
-    std::vector<double> Mean;        // mean allele number; -1.0 if there is none
-    std::vector<double> Variance;    // of the allele numbers, -1.0 if there is none; 0.0 unused
+    std::vector<double> HasMean;     // flag: typed, and there is a mean
+    std::vector<double> Mean;        // mean allele number, in base pairs; -1.0 if there is none
+    std::vector<double> Variance;    // of the allele numbers (rdVar), in squared base pairs; -1.0
+                                     // if there is none; 0.0 where the rules leave it out
     std::vector<double> InNei;       // flag: takes part in Nei's standard distance
-    std::vector<double> Identity;    // J' = (n sum x^2 - 1) / (n - 1), n gene copies (Nei 1978)
-    double Repeat = 1.0;             // repeat length that mean and variance are divided by
+    std::vector<double> Identity;    // J' = (n sum x^2 - 1) / (n - 1), n gene copies (Nei 1978);
+                                     // 0.0 where it takes no part
+    double Repeat = 1.0;             // repeat length, in base pairs: it divides differences of
+                                     // means, its square variances
 };
 
 // The samples of all loci in locus order.
 struct Samples {
-    int32_t Count = 0;
-    std::vector<LocusSamples> Loci;
+    int32_t Count = 0;              // samples at each locus
+    std::vector<LocusSamples> Loci; // locus l, from 0
 };
 
 // Where populations and individuals differ in what is taken from their tables.
@@ -43,19 +47,21 @@ struct SampleRules {
     // Whether the variance within the samples goes into the average squared difference.
     bool Variances = true;
     // Whether a sample of a single gene copy takes part in Nei's standard distance. Its J' is
-    // then 0/0: wanted, it makes the sums of its pairs nan.
+    // then 0/0: wanted, it makes the sums of its pairs nan, and their cells show it.
     bool SingleCopies = true;
     // Each sample gets at least this many shares, with fillers for those that are missing: an
     // individual then always has two, and the loops over them run without a guess.
     int32_t ShareSlots = 0;
 };
 
+// With variances and single copies, without fillers; and the other way round for individuals.
 constexpr SampleRules kPopulationRules{true, true, 0};
 constexpr SampleRules kIndividualRules{false, false, 2};
 
 // Prepares the samples tables[first] to tables[first + count - 1] for all loci of `pool`, the
-// tables of all populations together. A sample that is not there counts as not typed.
-// repeats: the repeat length of each locus, as many as `pool` has loci.
+// tables of all populations together. All tables are sorted. A sample that is not there counts as
+// not typed. repeats: the repeat length of each locus, in base pairs, at least 1, as many as `pool`
+// has loci; 1 leaves allele numbers as they are. `first` counts from 0.
 Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t count,
                        const LocusTables& pool, const std::vector<double>& repeats,
                        const SampleRules& rules);

@@ -8,7 +8,7 @@
 
 namespace kva {
 
-// "%d"
+// Appends "%d".
 inline void appendNumber(std::string& line, int number) {
     std::array<char, 12> digits;
     const std::to_chars_result end =
@@ -16,8 +16,8 @@ inline void appendNumber(std::string& line, int number) {
     line.append(digits.data(), end.ptr);
 }
 
-// "%.{width}d" for a number of 0 or more: zeros in front, so that it has at least `width` (1 to 9)
-// digits.
+// Appends "%.{width}d" of a number of 0 or more: zeros in front, so that it has at least `width` (1
+// to 9) digits.
 inline void appendPadded(std::string& line, int number, int width) {
     int bound = 10; // numbers below it lack a digit
     for (int digits = 1; digits < width; ++digits, bound *= 10) {

@@ -1,5 +1,5 @@
 // CConfidenz: keeps the tails of a stream of values, without the stream, for 95 % and
-// 99 % limits and the mean.
+// 99 % limits (percentiles) and the mean.
 //
 // Init announces the number of values; DatenUebergabe takes them one by one; then the
 // limits can be read.
@@ -21,18 +21,19 @@ class CConfidenz {
     // nothing to drop.
     int Init(int n);
 
-    // Takes a value. 0; -1 if none is expected; -2 if all have been given.
+    // Takes a value. 0; -1 if none is expected, -2 if all have been given, with nothing changed.
     int DatenUebergabe(double x);
 
-    // The trunc(0.025 n)-th largest and smallest value. 0; -1 with both untouched unless
-    // all values have been given, and at least 40.
+    // The trunc(0.025 n)-th largest value into `oben`, the trunc(0.025 n)-th smallest into
+    // `unten`. 0; -1 with both untouched unless all values have been given, and at least 40.
     int GetIntervall95(double& oben, double& unten) const;
 
-    // The (trunc(0.005 n) + 1)-th largest and smallest value: wanted, counted in another
-    // way than the 95 % limits. Always 0; both untouched without Init.
+    // The (trunc(0.005 n) + 1)-th largest and smallest value, likewise: wanted, counted in another
+    // way than the 95 % limits; the numbers of "LocusFHeterogeneity.xls" depend on it. Whether all
+    // values have been given is not tested. Always 0; both untouched without Init.
     int GetIntervall99(double& oben, double& unten) const;
 
-    // Mean of the values; -1.0 unless all have been given.
+    // Mean of the values; -1.0 unless all have been given. Without Init it is no number.
     double GetMittel() const;
 
     // Largest values, AnzBehalten entries. Once full they ascend; entry 0 is scratch and
@@ -49,7 +50,7 @@ class CConfidenz {
     double StartUnten = std::numeric_limits<double>::max();   // filler of UntereDaten
 
   private:
-    void sortIn();
+    void sortIn(); // sorts both full arrays, with the value just given
 
     bool Sortiert = false; // both arrays ascend but for the value just given
 };

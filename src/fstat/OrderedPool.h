@@ -22,17 +22,18 @@ class OrderedPool {
   public:
     static constexpr int32_t kTreeFrom = 2048; // items from which the tree is used
 
-    // Holds items 0..n-1 again.
+    // Holds items 0..n-1 again, n from 0.
     void fill(int32_t n);
 
-    // Removes and returns the r-th remaining item, r from 0.
+    // Removes and returns the r-th remaining item, r from 0, below the number of items left.
     int32_t take(int32_t r) {
         const int32_t rest = Remaining--;
         return InTree ? takeFromTree(r) : takeFromList(List.data(), rest, r);
     }
 
-    // Fills the pool with n items and takes one for each value of the random stream. A value
-    // stands for a place among Scale for each remaining item.
+    // Fills the pool with n items and takes one for each value of the random stream into the same
+    // place of `items`; values: n of them at most. A value stands for a place among Scale for each
+    // remaining item (indexOf). What is left stays for take().
     template <int32_t Scale>
     void deal(int32_t n, std::span<const float> values, std::span<int32_t> items) {
         fill(n);
@@ -50,6 +51,7 @@ class OrderedPool {
     using Block = std::array<uint16_t, 8>;
     static constexpr std::ptrdiff_t kMostByBlock = 64;
 
+    // Removes and returns item r, from 0, of the `rest` items in `list`.
     static int32_t takeFromList(uint16_t* list, int32_t rest, int32_t r) {
         uint16_t* const end = list + rest - 1;
         uint16_t* place = list + r;
@@ -65,14 +67,14 @@ class OrderedPool {
         }
         return item;
     }
-    int32_t takeFromTree(int32_t r);
-    void fillTree(int32_t n);
+    int32_t takeFromTree(int32_t r); // take() in the tree
+    void fillTree(int32_t n);        // the tree of items 0..n-1
 
     std::vector<uint16_t> List; // list: the remaining items in order, then room
     std::vector<int32_t> Tree;  // tree: node k counts the items left in its range, k from 1
     int32_t Remaining = 0;      // items
     int32_t Width = 0;          // leaves of the tree, a power of two
-    bool InTree = false;
+    bool InTree = false;        // the tree holds the items, else the list
 };
 
 } // namespace kva

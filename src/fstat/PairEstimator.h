@@ -13,12 +13,15 @@
 
 namespace kva {
 
-// The components of variance of a pair's locus; twin of the plain reading in
-// FstPair.cpp. The object holds the room.
+// The components of variance of a pair's locus (Weir and Cockerham 1984), summed in the order of
+// the first appearance of the alleles; twin of the plain reading in FstPair.cpp. The object holds
+// the room.
 class PairEstimator {
   public:
+    // mostAlleles: of any locus.
     PairEstimator(HRule rule, int32_t mostAlleles);
 
+    // From the tables of the two samples; nothing as in pairComponents().
     std::optional<VarianceComponents> components(const ShuffleTable& t1, const ShuffleTable& t2);
 
     // The same for two populations that were dealt out anew as whole individuals, given by
@@ -37,14 +40,15 @@ class PairEstimator {
         Counts2[Found] = count2;
         ++Found;
     }
+    // The components from the counts in the lists and the tallies and H of both samples.
     std::optional<VarianceComponents> estimate(const Tally& t1, const Tally& t2, double H1,
                                                double H2);
 
-    HRule Rule;
+    HRule Rule;                   // which heterozygosity stands for H
     ShuffleTable Drawn;           // the first sample of a deal
     std::size_t Found = 0;        // alleles in the lists
-    std::vector<int32_t> Counts1; // copies of each allele in both samples, with room for a step
-    std::vector<int32_t> Counts2;
+    std::vector<int32_t> Counts1; // gene copies of each allele in sample 1, with room for a step
+    std::vector<int32_t> Counts2; // ... in sample 2
 };
 
 } // namespace kva

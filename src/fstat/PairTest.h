@@ -22,61 +22,70 @@ class Datensatz;
 // A data set in codes, with the tables of its populations.
 class CodedSample {
   public:
+    // Takes a copy of `data` and counts its populations.
     explicit CodedSample(const CodedData& data);
 
-    // Takes over `data` with each slot read where the sheet sends it. `data` has the same
-    // places as that of the constructor.
+    // Takes over `data` with each slot read where the sheet sends it, and counts anew. `data` has
+    // the same places as that of the constructor.
     void readThrough(const CodedData& data, const SlotSheet& sheet);
 
+    // Locus from 0, with the places of the data set.
     const CodedLocus& locus(std::size_t l) const { return Data.locus(l); }
-    // Population from 0.
+    // The table of a population at a locus, both from 0.
     const ShuffleTable& table(std::size_t pop, std::size_t l) const {
         return Tables[l * Data.populations() + pop];
     }
 
   private:
-    void count();
+    void count(); // sets Tables from Data
 
-    CodedData Data;
+    CodedData Data;                   // as the sheet gave it
     std::vector<ShuffleTable> Tables; // [locus x populations + population]
-    std::vector<int32_t> Places;      // room
+    std::vector<int32_t> Places;      // room for the slot places of a population
 };
 
 // F-statistics of shuffled pairs. The twin of Datensatz::AllelMix followed by
 // estimatePair, with the same draws and the same numbers.
 class PairTest {
   public:
-    // tab: the observed tables. A locus without data there in one of two populations counts
-    // for no shuffle of the pair. undefined: value of a statistic that cannot be computed.
+    // tab: the observed tables, as PopAllele. A locus without data there in one of two
+    // populations counts for no shuffle of the pair, and draws nothing unless loci are linked.
+    // undefined: value of a statistic that cannot be computed.
     PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask, double undefined);
     PairTest(const PairTest&) = delete; // its members point to each other
     PairTest& operator=(const PairTest&) = delete;
     ~PairTest() = default;
 
-    // Shuffles populations i and j (from 0) of `sample`, which was made from data().
-    // locusTable: takes Fst of each locus in the column of the pair; null: not.
+    // Shuffles populations i < j (from 0) of `sample`, which was made from data(), and gives Fst,
+    // Fit and Fis of the shuffled pair. Draws from the random stream, one deal for all loci if
+    // they are linked, else one for each. locusTable: takes Fst of each locus (row, from 0) in the
+    // column of the pair (ConvertPoptoPoint), `undefined` where there is none; null: not.
     FValues shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
     // The pair as `sample` has it, not shuffled.
     FValues unshuffled(int32_t i, int32_t j, const CodedSample& sample);
 
+    // The data set in codes, as it was read.
     const CodedData& data() const { return Data; }
 
   private:
+    // Whether both populations have observed data at a locus, all from 0.
     bool hasBoth(std::size_t l, std::size_t pop1, std::size_t pop2) const {
         const std::size_t row = l * Data.populations();
         return HasData[row + pop1] != 0 && HasData[row + pop2] != 0;
     }
+    // The components of a locus in the last deal, all indices from 0; nothing as in
+    // pairComponents().
     std::optional<VarianceComponents> components(std::size_t pop1, std::size_t pop2,
                                                  const CodedSample& sample, std::size_t l);
 
-    CodedData Data;
-    ShuffleMode Mode;
-    double Undefined;
+    CodedData Data;            // not shuffled
+    ShuffleMode Mode;          // how a pair is dealt
+    double Undefined;          // value of a statistic that cannot be computed
     bool ByRest;               // the second sample of a deal is what the first leaves over
-    std::vector<char> HasData; // observed gene copies: [locus x populations + population]
-    PairShuffle Shuffle;
-    PairEstimator Estimator;
+    std::vector<char> HasData; // 1: observed gene copies: [locus x populations + population]
+    PairShuffle Shuffle;       // reads Data
+    PairEstimator Estimator;   // by the H of the flags
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
 };
 

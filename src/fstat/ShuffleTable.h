@@ -2,7 +2,8 @@
 // that counting needs no search; a table clears what it used and allocates nothing.
 //
 // They give the very numbers of AllelCount, the plain reading: the alleles of a table
-// stand in the order of their first appearance, and sums run in that order.
+// stand in the order of their first appearance, and sums run in that order. Codes are those of a
+// CodedLocus: 1 to its number of alleles, 0 for missing data. -1.0: there is no value.
 #ifndef KVA_FSTAT_SHUFFLETABLE_H
 #define KVA_FSTAT_SHUFFLETABLE_H
 
@@ -21,6 +22,7 @@ class ShuffleTable {
     // Room for alleles 1..alleles; empties the table.
     void resize(int32_t alleles);
 
+    // Empties the table; its room stays.
     void clear() {
         for (const uint32_t code : alleles()) {
             Count[code] = 0;
@@ -30,11 +32,11 @@ class ShuffleTable {
         Sum = {};
     }
 
-    // Counts individuals, given by their pair places.
+    // Counts individuals, given by their pair places (from 0) in the locus.
     void addPairs(const CodedLocus& locus, std::span<const int32_t> places);
 
-    // Counts entries, given by their slot places; two in turn are one individual. Only
-    // once after a clear.
+    // Counts entries, given by their slot places (from 0) in the locus; two in turn are one
+    // individual, and an odd last one stays open. Only once after a clear.
     void addSlots(const CodedLocus& locus, std::span<const int32_t> places);
 
     // Counts the gene copies of another table; those of its alleles that are new follow in
@@ -43,18 +45,25 @@ class ShuffleTable {
 
     // --- Statistics, as in AllelCount ------------------------------------------------------
 
+    // True as soon as one entry flagged haploid is in the table.
     bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
+    // Observed heterozygosity: heterozygotes per typed individual; -1.0 for too few.
     double CalcHetobs() const { return Sum.CalcHetobs(); }
+    // Expected heterozygosity, corrected for the sample size, at most 1.0 (Nei 1978); -1.0 for too
+    // few.
     double CalcHet() const;
+    // Expected heterozygosity 1 - sum p^2, uncorrected (Nei 1973); -1.0 for an empty table.
     double CalcHetuk() const;
 
     // --- Contents --------------------------------------------------------------------------
 
+    // Gene copies, weights and individuals counted.
     const Tally& tally() const { return Sum; }
     // Codes of the alleles in the order of their first appearance.
     std::span<const uint32_t> alleles() const { return {Order.data(), Found}; }
+    // Gene copies of an allele (code from 1).
     int32_t count(uint32_t code) const { return Count[code]; }
-    // Share of an allele; 0 if it is not there. The table is not empty.
+    // Frequency of an allele; 0.0 if it is not there. The table is not empty.
     double frequency(uint32_t code) const { return double(count(code)) / Sum.Copies; }
 
     // Enters an allele that is not counted, so that count() is not 0 until the next clear.
@@ -65,12 +74,12 @@ class ShuffleTable {
     }
 
   private:
-    double sumOfSquares() const;
+    double sumOfSquares() const; // of the frequencies, in the order of alleles()
 
-    std::vector<int32_t> Count;  // copies by code; entry 0 is scratch and never 0
-    std::vector<uint32_t> Order; // the first Found entries; one to spare
-    std::size_t Found = 0;
-    Tally Sum;
+    std::vector<int32_t> Count;  // gene copies by code; entry 0 is scratch and never 0
+    std::vector<uint32_t> Order; // codes by first appearance: the first Found entries; one to spare
+    std::size_t Found = 0;       // distinct alleles
+    Tally Sum;                   // of all that is counted
 };
 
 } // namespace kva

@@ -14,7 +14,7 @@ class TailList {
     static constexpr double kStartLower = 100000.0;  // filler of the smallest values
     static constexpr double kStartUpper = -100000.0; // filler of the largest values
 
-    // k: length of both lists, at least 2.
+    // k: length of both lists in values, at least 2.
     explicit TailList(std::size_t k) : K(k) {}
 
     // Takes a value: among the smallest if it is below the last of them, among the largest
@@ -27,7 +27,7 @@ class TailList {
     double upper() const;
 
   private:
-    std::size_t K;
+    std::size_t K;              // length of both lists, with fillers
     std::vector<double> Untere; // smallest values, ascending; fillers stand behind
     std::vector<double> Obere;  // largest values, ascending; fillers stand in front
 };

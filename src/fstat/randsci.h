@@ -13,7 +13,7 @@
 
 namespace kva {
 
-// Starts the stream anew: the next draw refills the shuffle table. 0 acts as 1, a
+// Starts the stream anew (global state): the next draw refills the shuffle table. 0 acts as 1, a
 // negative seed as its negation. Seeds are cut to 32 bits.
 void srand2(long seed);
 
@@ -26,26 +26,28 @@ float rand2();
 // about half the cost.
 void rand2Fill(std::span<float> values);
 
-// rand2() x bound in single precision: a uniform value below `bound`.
+// rand2() x bound in single precision: a uniform value from 0 to below `bound`. One draw.
 float random2(float bound);
 
-// The same as rand2(): the form used by the allele and locus classes.
+// The same as rand2(): one draw.
 float InternRand();
 
-// Seeds the stream with the wall clock in seconds.
+// Seeds the stream with the wall clock in seconds: two calls within one second give the same
+// draws.
 void InternStartRDGen();
 
-// The place among n that a value of the stream stands for: value x n truncated, and n - 1
-// where rounding gave n or above.
+// The place among n, from 0, that a value of the stream stands for: value x n truncated, and n - 1
+// where rounding gave n or above. -1 for n of 0.
 inline int32_t indexOf(float value, int32_t n) {
     return std::min(static_cast<int32_t>(value * static_cast<float>(n)), n - 1);
 }
 
-// A place drawn from n places: indexOf the next value. n is at least 1; 0 gives -1.
+// A place drawn from n places, from 0: indexOf the next value. One draw. n is at least 1; 0 gives
+// -1.
 int32_t drawIndex(int32_t n);
 
-// Turns a flat index over groups of the given sizes into group and offset within
-// it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
+// Turns a flat index `number` over groups of the given sizes into `group` and `rest`, the offset
+// within it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
 int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest);
 
 } // namespace kva

@@ -17,24 +17,25 @@
 
 namespace kva {
 
-// Which heterozygosity stands for H in the estimators.
+// Which heterozygosity stands for H in the estimators; the paper's is the observed one.
 enum class HRule {
     Hobs, // the observed one, also for inbred data
     Hexp, // the expected one
     Auto  // the expected one for inbred data only
 };
 
-// The rule of the word of flags. With both bits on the observed one wins; with neither
+// The rule of FstMask. With both bits on the observed one wins; with neither
 // the choice is automatic, and the bit for that is not looked at.
 HRule hRule(uint32_t fstMask);
 
-// H of one sample. Table: AllelCount or ShuffleTable.
+// H of one sample; negative if it cannot be computed. Table: AllelCount or ShuffleTable.
 template <class Table> double sampleH(HRule rule, const Table& t) {
     const bool expected = rule == HRule::Hexp || (rule == HRule::Auto && t.isHaploid());
     return expected ? t.CalcHet() : t.CalcHetobs();
 }
 
-// The rule for a pair: one haploid sample turns both to the expected heterozygosity.
+// The rule for a pair: with Auto one haploid sample turns both to the expected heterozygosity, else
+// both are observed; the other rules stay.
 template <class Table> HRule pairRule(HRule rule, const Table& t1, const Table& t2) {
     if (rule != HRule::Auto) {
         return rule;
@@ -42,34 +43,34 @@ template <class Table> HRule pairRule(HRule rule, const Table& t1, const Table& 
     return t1.isHaploid() || t2.isHaploid() ? HRule::Hexp : HRule::Hobs;
 }
 
-// Components of variance of one locus: between populations, between individuals within
-// populations, within individuals.
+// Components of variance of one locus, summed over its alleles (Weir and Cockerham 1984).
 struct VarianceComponents {
-    double a;
-    double b;
-    double c;
+    double a; // between populations; can be negative
+    double b; // between individuals within populations; can be negative
+    double c; // within individuals
 };
 
-// Fst of a single locus; nothing if all three components are 0.
+// Fst of a single locus, a / (a + b + c); nothing if all three components are 0.
 std::optional<double> locusFst(const VarianceComponents& v);
 
 // Sums of the components over loci.
 class FSums {
   public:
+    // Adds the components of a locus.
     void add(const VarianceComponents& v) {
         A += v.a;
         B += v.b;
         C += v.c;
     }
 
-    // Fst, Fit, Fis: ratios of the sums. All `undefined` if B and C are both 0; no other
-    // division is guarded.
+    // Fst, Fit, Fis, ratios of the sums: A/T, 1 - C/T, 1 - C/(B + C) with T = A + B + C. All
+    // `undefined` if B and C are both 0; no other division is guarded.
     FValues values(double undefined) const;
 
   private:
-    double A = 0.0;
-    double B = 0.0;
-    double C = 0.0;
+    double A = 0.0; // sum of a
+    double B = 0.0; // sum of b
+    double C = 0.0; // sum of c
 };
 
 // --- Two samples -----------------------------------------------------------------------
@@ -82,25 +83,27 @@ constexpr std::size_t kAlleleStep = 4;
 
 // One locus of two samples.
 struct PairLocus {
-    int32_t copies1; // gene copies of the samples; -1 or 0: none
-    int32_t copies2;
-    double H1; // heterozygosity of the samples; negative: cannot be computed
-    double H2;
-    std::span<const int32_t> counts1; // copies of each allele to sum over, see kAlleleStep
-    std::span<const int32_t> counts2; // ... in sample 2
+    int32_t copies1;                  // gene copies of sample 1; -1 or 0: none
+    int32_t copies2;                  // ... of sample 2
+    double H1;                        // heterozygosity of sample 1; negative: cannot be computed
+    double H2;                        // ... of sample 2
+    std::span<const int32_t> counts1; // NOT OWNED; gene copies in sample 1 of each allele, in the
+                                      // order of summing, filled up as kAlleleStep tells
+    std::span<const int32_t> counts2; // ... in sample 2, as many
 };
 
 // What does not change from allele to allele.
 struct PairSizes {
-    double n1; // gene copies
-    double n2;
-    double nA; // individuals
-    double nB;
-    double S;
-    double nc;
+    double n1; // gene copies of sample 1
+    double n2; // ... of sample 2
+    double nA; // individuals of sample 1: n1 / 2
+    double nB; // ... of sample 2
+    double S;  // individuals of both: nA + nB
+    double nc; // 2 nA nB / S
 };
 
-// What one allele adds to a and to b.
+// What one allele adds to a and to b but for the terms of H; the counts are its gene copies in the
+// two samples. The result is set, not added.
 inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
     const double p1 = count1 / n.n1;
     const double p2 = count2 / n.n2;
@@ -112,9 +115,10 @@ inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, doub
     b = n.S * x / (n.S - 2.0);
 }
 
-// The components of a pair's locus; a sample of n gene copies has n / 2 individuals, also
-// if it is haploid. Nothing if a sample is empty, both have 2 individuals or fewer
-// together, an H is negative or there are no alleles.
+// The components of a pair's locus (Weir and Cockerham 1984, two samples), unclamped; c is the mean
+// H weighted by individuals. A sample of n gene copies has n / 2 individuals, also if it is
+// haploid. Nothing if a sample is empty, both have 2 individuals or fewer together, an H is
+// negative or there are no alleles.
 inline std::optional<VarianceComponents> pairComponents(const PairLocus& locus) {
     const double nA = locus.copies1 * 0.5;
     const double nB = locus.copies2 * 0.5;
@@ -150,7 +154,7 @@ inline std::optional<VarianceComponents> pairComponents(const PairLocus& locus) 
 
 // A population that counts at a locus: it has at least one individual there.
 struct GlobalSample {
-    double n;      // individuals: gene copies / 2
+    double n;      // individuals: gene copies / 2, at least 1
     double hetuk;  // expected heterozygosity, uncorrected
     double hetero; // H by the rule; a negative one is not left out
 };
@@ -158,36 +162,40 @@ struct GlobalSample {
 // One locus of many samples, with at least two alleles in the pool.
 struct GlobalLocus {
     double Ht;                             // expected heterozygosity of the pool, uncorrected
-    std::span<const GlobalSample> samples; // the s populations that count
-    std::span<const double> pbar;          // frequency of each allele in the pool
-    std::span<const double> p;             // [allele x s + sample]
+    std::span<const GlobalSample> samples; // NOT OWNED; the s populations that count
+    std::span<const double> pbar;          // NOT OWNED; frequency of each allele in the pool
+    std::span<const double> p;             // NOT OWNED; frequencies, [allele x s + sample]
 };
 
 // Fst, Fit, Fis, Gst, Gst' over all loci.
 struct GlobalValues {
-    FValues f;
-    double gst;
-    double gstStrich;
+    FValues f;        // Fst, Fit, Fis: ratios of sums (Weir and Cockerham 1984)
+    double gst;       // Gst (Nei 1973)
+    double gstStrich; // Gst' (Hedrick 2005)
 };
 
 // Sums over loci for many samples.
 class GlobalSums {
   public:
-    // Adds a locus and writes its five values to column l of `locus` (five rows);
-    // `undefined` where there is none. Rows Gst and Gst' keep what they held if no
-    // population counts.
+    // Adds a locus and writes its five values to column l, from 0, of `locus` (five rows, FRow);
+    // `undefined` where there is none. Rows Gst and Gst' keep what they held if no population
+    // counts: wanted, in a test they hold those of the permutation before. With a single
+    // population Fst, Fit and Fis, here and over all loci, are no number.
     void add(const GlobalLocus& g, CMatrix& locus, int32_t l, double undefined);
 
+    // The five values over all loci added: Fst, Fit and Fis as FSums, Gst = 1 - Hs/Ht (Nei 1973)
+    // and Gst' = Gst / (1 - Hs/Ht(max)) (Hedrick 2005) from sums over loci. `undefined` where there
+    // is none: of Gst and Gst' if the sum of Ht is below 0.000001.
     GlobalValues values(double undefined) const;
 
   private:
-    FSums F;
-    double TotHt = 0.0;   // heterozygosity of the pool
-    double TotHs = 0.0;   // mean heterozygosity within populations
-    double TotHmax = 0.0; // largest heterozygosity of the pool for that
+    FSums F;              // of the components
+    double TotHt = 0.0;   // sum over loci: heterozygosity of the pool
+    double TotHs = 0.0;   // ... mean heterozygosity within populations
+    double TotHmax = 0.0; // ... largest heterozygosity of the pool for that, Ht(max)
 };
 
-// Sets rows first to last of column l.
+// Sets rows first to last of column l, all from 0 and both ends included, to `value`.
 void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value);
 
 } // namespace kva

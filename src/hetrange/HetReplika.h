@@ -25,111 +25,126 @@ namespace kva {
 // last entry reads as missing.
 class HetStichprobe {
   public:
-    // `places` of every row read entry 0 until something is drawn.
+    // `rows` rows of `places` places, all of which read entry 0 until something is drawn.
     HetStichprobe(int32_t rows, int32_t places);
 
-    // The places of row `row`, from 0.
+    // The places of row `row`, from 0: indices of entries. They stay valid as long as the object.
     std::span<int32_t> Row(int32_t row);
     std::span<const int32_t> Row(int32_t row) const;
 
-    // From `first` to the end of every row: places that no draw reaches, set to `missing`.
+    // Sets the places from `first`, from 0, to the end of every row, which no draw reaches, to
+    // `missing`, the index behind the last entry.
     void MarkPast(int32_t first, int32_t missing);
 
   private:
-    std::size_t Places; // places of a row
-    std::vector<int32_t> Indices;
+    std::size_t Places;           // places of a row
+    std::vector<int32_t> Indices; // of entries, from 0, row behind row
 };
 
-// Heterozygosity, variance and number of alleles of one sample at one locus, -1.0 where
+// Heterozygosity (Nei 1978), variance and number of alleles of one sample at one locus, -1.0 where
 // there is none.
 struct HetStatistics {
-    double H = -1.0; // AllelCount::CalcHet()
-    double V = -1.0; // AllelCount::CalcVar(CalcMean())
+    double H = -1.0; // AllelCount::CalcHet(), the expected one
+    double V = -1.0; // AllelCount::CalcVar(CalcMean()), in squared allele numbers (base pairs)
     double A = -1.0; // distinct alleles
-    int32_t n = 0;   // independent gene copies: AnzChromosomen / 2
+    int32_t n = 0;   // independent gene copies: AnzChromosomen / 2, cut; 0 for an empty sample
 };
 
 // One locus of one population, and the counts of the running replicate.
 class HetTable {
   public:
-    // Takes the entries of population `pop` (from 1) and its sorted allele table.
+    // Takes over the entries of population `pop` (from 1) at `locus`, in the codes of `alleles`,
+    // its sorted allele table, and empties the counts.
     void Load(const LociObj& locus, int pop, const AllelCount& alleles);
 
-    // Empties the counts.
+    // Empties the counts; the entries stay.
     void Clr();
 
-    // Counts the pairs of places of a row, in order. `randomDiscard`: of a pair whose first
-    // entry is flagged haploid one allele is drawn and counted twice; one random number a
-    // pair.
+    // Counts the pairs of places of a row, in order; an odd last place is left out. Once after a
+    // Clr. `randomDiscard`: of a pair whose first entry is flagged haploid one allele is drawn and
+    // counted twice; one random number for each such pair.
     void Add(std::span<const int32_t> row, bool randomDiscard);
 
-    // The statistics of what is counted.
+    // The statistics of what is counted. Nothing changes.
     HetStatistics Statistics() const;
 
   private:
-    void addEntry(int32_t code);
+    void addEntry(int32_t code); // counts a code, 0 included
+    // Counts the places of a row where no flag matters: none is set, or all are and nothing is
+    // discarded.
     void addUniform(std::span<const int32_t> row);
+    // Counts a pair of entries, by their indices from 0.
     void addPair(int32_t first, int32_t second, bool randomDiscard);
+    // Counts one of two entries twice, with the haploid flag, drawing one random number.
     void addDiscarded(int32_t first, int32_t second);
+
+    // What the statistics sum over the alleles.
     struct Sums {
         double Squares = 0.0; // of the allele frequencies
         double Numbers = 0.0; // of the allele numbers of all copies
     };
-    Sums sums() const;
-    double deviations(double mean) const; // sum of the squared distances to `mean`
+    Sums sums() const;                    // in the order of first appearance
+    double deviations(double mean) const; // sum of the squared distances of all copies to `mean`
 
     // Per entry of the population, and one behind the last that reads as missing.
-    std::vector<int32_t> Codes;   // 1-based place of the allele, 0 missing
-    std::vector<uint8_t> Haploid; // flag of the entry
-    std::vector<int32_t> Numbers; // allele number of a code
+    std::vector<int32_t> Codes;   // place of the allele in its table, from 1; 0: missing
+    std::vector<uint8_t> Haploid; // flag of the entry: 1 haploid, 0 not
+    // Of the population.
+    std::vector<int32_t> Numbers; // allele number by code; entry 0 unused
     bool AnyHaploid = false;      // an entry is flagged
     bool AllHaploid = false;      // every entry is flagged
     // Of the running replicate.
-    std::vector<int32_t> Counts; // copies of a code; entry 0 takes the missing ones
+    std::vector<int32_t> Counts; // gene copies by code; entry 0 takes the missing ones
     std::vector<int32_t> Order;  // codes in order of first appearance, 0 among them
     int32_t Seen = 0;            // codes in Order
     int32_t Copies = 0;          // gene copies counted
-    int32_t HaploidCopies = 0;   // of these, copies that count as haploid
-    int32_t Chromosomes = 0;     // weighted tally, as AllelCount::AnzChromosomen
+    int32_t HaploidCopies = 0;   // of these, copies that count as haploid; 0 by addUniform()
+    int32_t Chromosomes = 0;     // weighted tally, as AllelCount::AnzChromosomen; 0 while empty
 };
 
 // Minimum, sum and maximum of one statistic over the replicates.
 struct HetSpan {
-    double Min = 0.0;
-    double Summe = 0.0;
-    double Max = 0.0;
+    double Min = 0.0;   // smallest value
+    double Summe = 0.0; // sum of the values
+    double Max = 0.0;   // largest value
 
-    void start(double value) { Min = Summe = Max = value; }
-    void add(double value);
+    void start(double value) { Min = Summe = Max = value; } // the first value
+    void add(double value);                                 // a further one
 };
 
 // The running statistics of one locus of one population.
 class HetBereich {
   public:
-    // Takes the statistics of replicate `replikat` (from 0). The first replicate has its
-    // own rules.
+    // Takes the statistics of replicate `replikat` (from 0). H and V that are negative do not
+    // count. Wanted, as the nine sheets depend on it: an H of exactly 0 does not count in the first
+    // replicate, though it does later; a first H or V that does not count leaves the minimum at 1.0
+    // or 100.0 and the rest at 0.0; A keeps the value of the first replicate, and one without any
+    // allele later moves the limits and replaces the sum by its -1.0.
     void Add(int replikat, const HetStatistics& wert);
 
-    HetSpan H;
-    HetSpan V;
-    HetSpan A;         // see Add: only replicates without any allele move it
-    double Anzahl = 0; // replicates that counted for H; the divisor of all means
+    HetSpan H;         // heterozygosity
+    HetSpan V;         // variance of the allele numbers
+    HetSpan A;         // distinct alleles; see Add: only replicates without any allele move it
+    double Anzahl = 0; // replicates that counted for H; the divisor of all three means
 
   private:
-    void addFirst(const HetStatistics& wert);
-    void addLater(const HetStatistics& wert);
+    void addFirst(const HetStatistics& wert); // replicate 0
+    void addLater(const HetStatistics& wert); // the others
 };
 
-// The heterozygosity put in the place of 0 and of (nearly) 1: the smallest and the largest
-// that a sample of n independent copies can show and still be polymorphic, or not fully so.
-// -1.0 for n <= 1.
+// The heterozygosity put in the place of 0 and of one above 0.999999: that of a sample of n
+// independent gene copies with one copy more. For 0 it is of another allele,
+//      n/(n-1) (1 - 1/(n+1)^2 - n^2/(n+1)^2),
+// which is replaced in turn if it is above 0.999999; for 1 it equals another copy,
+//      1 - 2/(n(n+1)).
+// -1.0 for both if n <= 1; any other H as it is.
 double correctHeterozygosity(double H, int32_t n);
 
 // The three sheets that hold every replicate of a population; closed if not asked for.
 struct HetReplicateSheets {
-    ResultFile Het;
-    ResultFile Var;
-    ResultFile Allele;
+    ResultFile Het;    // heterozygosities, "n.d." for none
+    ResultFile Var;    // variances, "n.d." for none
+    ResultFile Allele; // numbers of alleles, -1.0 as it is
 };
 
 } // namespace kva

@@ -12,23 +12,25 @@
 
 namespace kva {
 
-// Replicates of the random discard for the sheets.
+// Replicates of the random discard that a table runs for the sheets.
 constexpr int kRDReplicates = 200;
 
 // --- Cells by rule -------------------------------------------------------------------
 
-enum class CellFormat { Real, Count }; // "%f\t", "%d\t"
+// How a value is written: Real "%f\t", Count "%d\t".
+enum class CellFormat { Real, Count };
 
-// A sheet with one cell per sample and locus, or a column of a long table. `Values`
-// is what the pass worked out for the place.
+// A sheet with one cell per sample and locus, or a column of a long table. `Values` is what the
+// pass worked out for the place, a struct of its own with the fields that the rules name.
 template <class Values> struct CellRule {
-    const char* name; // file name of the sheet, head of the column
-    CellFormat format;
-    double (*value)(const Values&);
+    const char* name;               // file name of the sheet, head of the column
+    CellFormat format;              // a count is the value cut to a whole number
+    double (*value)(const Values&); // the number of the cell; not called where it is missing
     bool (*missing)(const Values&); // the cell is "n.d."
 };
 
-// The plain rule: a field as it is, missing where it is negative.
+// Parts of rules: a field as it is; missing where a field is negative, the sentinel of the tables;
+// missing where it is below 1, for numbers of copies and of alleles.
 template <auto Field, class Values> double field(const Values& values) {
     return static_cast<double>(values.*Field);
 }
@@ -39,7 +41,9 @@ template <auto Field, class Values> bool belowOne(const Values& values) {
     return values.*Field < 1;
 }
 
-// Values in repeats, for a locus with repeat length r and rest length s.
+// Values in repeats, for a locus with repeat length r and rest length s, both in base pairs: a
+// variance of allele numbers over r^2, of the plain counts and of the random discard, and an allele
+// number (var, varRD, r and s are fields of `Values`). r is not 0.
 template <class Values> double varRepeat(const Values& v) {
     return v.var / (static_cast<double>(v.r) * v.r);
 }
@@ -50,6 +54,7 @@ template <class Values> double inRepeats(const Values& v, double allele) {
     return (allele - v.s) / v.r;
 }
 
+// Writes the cell of a place by its rule, with its tab: "n.d.\t" where it is missing.
 template <class Values>
 void writeCell(ResultFile& f, const CellRule<Values>& rule, const Values& values) {
     if (rule.missing(values)) {
@@ -61,7 +66,9 @@ void writeCell(ResultFile& f, const CellRule<Values>& rule, const Values& values
     }
 }
 
-// Opens the sheets of all rules in their order and writes the heads of locus names.
+// Opens the sheets of all rules in the current folder, in their order, and writes the heads of
+// locus names. A sheet that cannot be opened stays closed, and takes what is written to it for
+// nothing.
 template <class Values, std::size_t Count>
 std::array<ResultFile, Count> openSheets(Run& run,
                                          const std::array<CellRule<Values>, Count>& rules) {
@@ -73,7 +80,7 @@ std::array<ResultFile, Count> openSheets(Run& run,
     return sheets;
 }
 
-// "\tname" for every column.
+// Writes the heads of all columns, "\tname" for each.
 template <class Values, std::size_t Count>
 void writeColumnHeads(ResultFile& f, const std::array<CellRule<Values>, Count>& rules) {
     for (const CellRule<Values>& rule : rules) {
@@ -84,21 +91,25 @@ void writeColumnHeads(ResultFile& f, const std::array<CellRule<Values>, Count>& 
 
 // --- Names of loci -------------------------------------------------------------------
 
-// The first name of a locus; empty if it has none.
+// The first name of a locus (from 1); empty if it has none.
 std::string locusLabel(const Datensatz& daten, int locus);
 
-// "name\t", in two-column data "name\tname2\t".
+// Writes the cells that name a locus (from 1): "name\t", in two-column data "name\tname2\t",
+// where name2 is the first one if there is no second.
 void writeLocusNames(ResultFile& f, const Run& run, int locus);
 
-// The head of these cells: "Locus name", in two-column data "Locus name1\tLocus name2".
+// The head of these cells, without the last tab: "Locus name", in two-column data
+// "Locus name1\tLocus name2".
 const char* locusNameHead(const Run& run);
 
 // --- Passes ----------------------------------------------------------------------------
 
-// The independent gene copies of a table: C/2, cut to a whole number; 0 if empty.
+// The independent gene copies of a table: AnzChromosomen / 2, cut to a whole number; 0 if it is
+// empty. A diploid individual has two of them, one flagged haploid has one.
 int effectiveCopies(const AllelCount& table);
 
-// Counts the alleles if no pass did so yet. False if there are still no tables.
+// Runs countAlleles() if no pass did so yet, with its files and messages. False if there are still
+// no tables: the folder could not be entered, which the console told, or there is no data set.
 bool tablesReady(Run& run);
 
 } // namespace kva
