@@ -140,7 +140,7 @@ class LociObj {
     // a negative F(IS) are dropped, so this is the mean of the others; one without data counts
     // as 0.
     double CalcFisk(const SampleTables& tab, int locus, int gruppe) const;
-    // The random-discard values (stats/randomdiscard.h); no replicate is started.
+    // The random-discard values (data/randomdiscard.h); no replicate is started.
     double CalcRDHet(const SampleTables& tab, int locus, int gruppe) const;
     double CalcRDMean(const SampleTables& tab, int locus, int gruppe) const;
     double CalcRDVar(const SampleTables& tab, int locus, int gruppe) const;
@@ -303,7 +303,7 @@ class Datensatz {
     int CalcMin(const SampleTables& tab, int locus, int gruppe) const;
 
     // --- Random discard (stats/RandomDiscard.cpp) ------------------------------------------
-    // The random-discard value (stats/randomdiscard.h) of the table of `pop` (0: the
+    // The random-discard value (data/randomdiscard.h) of the table of `pop` (0: the
     // pool) at `locus`, both of which exist. The replicates of a table run once in its
     // life, at the first call of any of the four, and draw from the random stream;
     // they end with a mark on the console. CalcRDHet thins whole slot pairs alone, the

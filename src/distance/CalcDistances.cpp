@@ -73,9 +73,7 @@ long populationDistances(Run& run, long bootstraps) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // without tables the samples count as not typed
-    }
+    (void)tablesReady(run); // without tables the samples count as not typed
     return runPass(run, kPopulations, bootstraps, writePopulationMatrices);
 }
 
@@ -86,9 +84,7 @@ long individualDistances(Run& run, long bootstraps) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run);
-    }
+    (void)tablesReady(run);
     if (run.IndAllele.empty()) {
         (void)countIndividualAlleles(run);
     }
@@ -96,9 +92,7 @@ long individualDistances(Run& run, long bootstraps) {
 }
 
 long writePopulationMatrices(Run& run) {
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run);
-    }
+    (void)tablesReady(run);
     // Entry 0 of the tables is the pool.
     Samples samples = prepareSamples(run.PopAllele, 1, run.AnzPop, poolOf(run),
                                      repeatLengths(run, true), kPopulations.Rules);

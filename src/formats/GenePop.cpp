@@ -282,9 +282,7 @@ long writeGenepop(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
-    }
+    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
     AUSGABE(Message::GenepopBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {

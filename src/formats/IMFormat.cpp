@@ -170,9 +170,7 @@ long writeIMFormat(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
-    }
+    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
     AUSGABE(Message::IMBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {

@@ -41,9 +41,7 @@ long writeOtherFormats(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // a folder it cannot make leaves no tables, see below
-    }
+    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
     AUSGABE(Message::FormatsBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {

@@ -73,9 +73,7 @@ int fStatistics(Run& run, long permutationen) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        countAlleles(run);
-    }
+    (void)tablesReady(run);
     run.Permutationen = static_cast<int32_t>(permutationen);
     const PassFolder folder(run, Folder::FStatistic);
     if (!folder.entered() || run.PopAllele.empty()) {
@@ -95,9 +93,7 @@ int fStatistics(Run& run, long permutationen) {
 }
 
 int pairwiseFst(Run& run) {
-    if (run.PopAllele.empty()) {
-        countAlleles(run);
-    }
+    (void)tablesReady(run);
     announce(run.FstMask, Message::PairsBegin);
     FTriple f = newFTriple(run.AnzPop);
     CMatrix locusTable;

@@ -83,7 +83,7 @@ GlobalValues globalValues(const SampleTables& tab, CMatrix& locus, int nLoci, in
 // --- From shuffled tables --------------------------------------------------------------
 
 // The statistics of one shuffle of all populations; twin of Datensatz::CountMixGlobal
-// followed by Run::FST_GLOBAL_WC84, with the same draws and the same numbers.
+// followed by estimateGlobal, with the same draws and the same numbers.
 class GlobalTest {
   public:
     GlobalTest(const Datensatz& daten, uint32_t fstMask, double undefined)

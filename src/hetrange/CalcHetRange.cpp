@@ -104,8 +104,8 @@ long heterozygosityRange(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    if (run.PopAllele.empty()) {
-        countAlleles(run);
+    if (!tablesReady(run)) {
+        return 1;
     }
     AUSGABE(Message::HetRangeBegin);
     {

@@ -13,8 +13,8 @@ class Run;
 
 // The pass: counts the alleles if no pass did, writes the nine sheets into the folder
 // "Resampling_data" and an entry into the log; the process is in the result folder afterwards. 0;
-// -4 if nothing is loaded; 1 or 2 if the folder (new, or there already) cannot be entered. The
-// random stream is not seeded: it goes on as the earlier passes left it.
+// -4 if nothing is loaded; 1 if there are no tables; 1 or 2 if the folder (new, or there already)
+// cannot be entered. The random stream is not seeded: it goes on as the earlier passes left it.
 long heterozygosityRange(Run& run);
 
 // All populations, the nine sheets: "HetRangeMin.xls", "HetRangeMean.xls", "HetRangeMax.xls" and

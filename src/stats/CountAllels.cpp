@@ -142,6 +142,13 @@ int countAlleles(Run& run) {
     return 0;
 }
 
+bool tablesReady(Run& run) {
+    if (run.PopAllele.empty()) {
+        (void)countAlleles(run); // tells of a folder that cannot be entered
+    }
+    return !run.PopAllele.empty();
+}
+
 int countIndividualAlleles(Run& run) {
     run.IndAllele.clear();
     run.AnzInd = 0;

@@ -15,6 +15,10 @@ class Run;
 // made, and the result is 0, too.
 int countAlleles(Run& run);
 
+// CountAllels.cpp: counts the alleles if no pass did so yet. False if there are still no tables,
+// because nothing is loaded or the folder of the counts cannot be entered.
+bool tablesReady(Run& run);
+
 // CountAllels.cpp: builds IndAllele, a table per individual and locus, and sets AnzInd to half the
 // data entries. No files, no change of folder. Both are emptied without a data set. 0.
 int countIndividualAlleles(Run& run);

@@ -1,7 +1,6 @@
 #include "stats/statpass.h"
 
 #include "control/Ausgabe.h"
-#include "stats/passes.h"
 
 #include <unistd.h>
 
@@ -25,13 +24,6 @@ const char* locusNameHead(const Run& run) {
 
 int effectiveCopies(const AllelCount& table) {
     return table.AnzChromosomen / 2;
-}
-
-bool tablesReady(Run& run) {
-    if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // tells of a folder that cannot be entered
-    }
-    return !run.PopAllele.empty();
 }
 
 } // namespace kva

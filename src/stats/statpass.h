@@ -108,10 +108,6 @@ const char* locusNameHead(const Run& run);
 // empty. A diploid individual has two of them, one flagged haploid has one.
 int effectiveCopies(const AllelCount& table);
 
-// Runs countAlleles() if no pass did so yet, with its files and messages. False if there are still
-// no tables: the folder could not be entered, which the console told, or there is no data set.
-bool tablesReady(Run& run);
-
 } // namespace kva
 
 #endif

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -15,6 +16,7 @@ namespace {
 
 using kva_test::LoadedRun;
 using kva_test::StdoutCapture;
+using kva_test::writeFile;
 
 constexpr const char* kOneHeterozygote = "2 . . 2 .\n"
                                          ". . . 50 .\n"
@@ -131,6 +133,14 @@ TEST(CalcHetRange, LocusWithoutDataHasNoValues) {
     for (const char* name : {"HetRangeMin.xls", "VarRangeMean.xls", "AlleleRangeMax.xls"}) {
         EXPECT_NE(sheet(run, name).find("\tn.d.\n"), std::string::npos) << name;
     }
+}
+
+TEST(CalcHetRange, WithoutTablesThereIsNothingToDraw) {
+    LoadedRun run(kva_test::kTwoPops);
+    writeFile("Allelecount", "in the way of the counting pass");
+    const StdoutCapture console;
+    EXPECT_EQ(run->CalcHetRange(), 1);
+    EXPECT_FALSE(std::filesystem::exists("Resampling_data"));
 }
 
 TEST(CalcHetRange, TellsItsProgress) {
