@@ -89,34 +89,6 @@ TEST(AnalyseDataObj, StartsWithoutData) {
     EXPECT_EQ(run.DateiName, "testdata.dat");
 }
 
-TEST(AnalyseDataObj, TakesMasksAndScalarsOver) {
-    AnalyseDataObj run;
-    const AnalyseSettings masks{1, 2, 3, 4, 5};
-    run.TakeSettings(masks, {.BootLoci = 11,
-                             .RichnessRef = 12,
-                             .HetRandomisierungen = 13,
-                             .ReplikaLoci = 14,
-                             .Replikate = 15});
-    EXPECT_EQ(run.GeneralMask, 1U);
-    EXPECT_EQ(run.PopDistMask, 2U);
-    EXPECT_EQ(run.IndDistMask, 3U);
-    EXPECT_EQ(run.FstMask, 4U);
-    EXPECT_EQ(run.HetRangeMask, 5U);
-    EXPECT_EQ(run.BootLoci, 11);
-    EXPECT_EQ(run.RichnessRef, 12);
-    EXPECT_EQ(run.HetRandomisierungen, 13);
-    EXPECT_EQ(run.ReplikaLoci, 14);
-    EXPECT_EQ(run.Replikate, 15);
-}
-
-TEST(AnalyseDataObj, BootstrapsAndPermutationsAreNotSettingsOfTheObject) {
-    AnalyseDataObj run;
-    run.Permutationen = 77;
-    run.TakeSettings({}, {.Bootstraps = 500, .Permutationen = 600});
-    EXPECT_EQ(run.Bootstraps, 1);
-    EXPECT_EQ(run.Permutationen, 77);
-}
-
 // --- The end of an object ---------------------------------------------------------------------
 
 TEST(AnalyseDataObj, ItsEndLeadsBackToTheFolderOfTheDataFile) {
