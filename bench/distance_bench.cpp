@@ -123,7 +123,7 @@ void writeMatrix(benchmark::State& state) {
     RowSummer sums(samples, allMeasures()[0], 0);
     const std::vector<int32_t> oneLocus = {0}; // summing is cheap beside the writing
     MatrixWriter writer(std::vector<std::string>(samples.Loci[0].Typed.size(), "label"),
-                        CellRules(), MatrixWriter::Form::plain);
+                        CellRules(), MatrixWriter::Form::Plain);
     for (auto _ : state) {
         ResultFile file("/dev/null", "wb", "null", nullptr);
         writer.write(file, sums, oneLocus);

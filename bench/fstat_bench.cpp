@@ -1,8 +1,10 @@
 // Cost of the permutation tests per slot visit: one slot of one sample at one locus in one
 // permutation, with the shuffle and the estimate. slot_visits.py counts its instructions.
 #include "base/settings.h"
+#include "data/lociclass.h"
 #include "fstat/FstPermutation.h"
 #include "fstat/OrderedPool.h"
+#include "fstat/PairTest.h"
 #include "fstat/randsci.h"
 #include "output/resultfile.h"
 

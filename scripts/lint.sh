@@ -28,5 +28,6 @@ esac
 clang-format-14 --dry-run --Werror $files
 [ -z "$sources" ] || printf '%s\n' $sources |
     xargs -P 2 -n 4 clang-tidy-14 --quiet -p build/test \
-        --extra-arg=-Wno-ignored-optimization-argument # flags of g++ alone
+        --extra-arg=-Wno-ignored-optimization-argument \
+        --extra-arg=-Wno-unknown-warning-option # flags of g++ alone
 echo "lint: clean"

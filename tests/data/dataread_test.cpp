@@ -872,7 +872,7 @@ TEST_P(NoLocus, RunGoesThroughWithoutACrash) {
     EXPECT_EQ(obj.WriteOutput(2, 3), 0);
     const std::filesystem::path results = folder / "data.txt_KVAresult00";
     EXPECT_TRUE(std::filesystem::exists(results / "Resampling_data/HetRangeMin.xls"));
-    EXPECT_EQ(readFile(results / "Single_data/Hetexp.xls").find("\t"), 0U);
+    EXPECT_EQ(readFile(results / "Single_data/Hetexp.xls").find('\t'), 0U);
 }
 
 // --- Results of the passes -------------------------------------------------

@@ -52,14 +52,14 @@ struct Case {
     }
     std::string pairs(const CMatrix& table) {
         StdoutCapture capture;
-        const std::string text =
+        std::string text =
             written([&](ResultFile& sheet) { writePairHeterogeneity(*run, table, sheet); });
         console = capture.text();
         return text;
     }
     std::string all(const CMatrix& table) {
         StdoutCapture capture;
-        const std::string text =
+        std::string text =
             written([&](ResultFile& sheet) { writeGlobalHeterogeneity(*run, table, sheet); });
         console = capture.text();
         return text;

@@ -56,6 +56,7 @@ std::vector<int32_t> numbersOf(const Datensatz& daten, const std::vector<int32_t
         table.AddAllel(daten.Loci[0].GetDataChromosom(pops[c] + 1, slots[c]), 0);
     }
     std::vector<int32_t> numbers;
+    numbers.reserve(static_cast<std::size_t>(table.AnzAllele));
     for (int32_t row = 0; row < table.AnzAllele; ++row) {
         numbers.push_back(table.Allele[static_cast<std::size_t>(row)].Nummer);
     }

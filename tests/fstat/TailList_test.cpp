@@ -64,7 +64,7 @@ TEST(TailList, GivesWhatWholeSortedListsGive) {
         std::vector<double> lower(k, 100000.0);
         std::vector<double> upper(k, -100000.0);
         for (int i = 0; i < 200; ++i) {
-            const double v = static_cast<double>(stream() % 40);
+            const auto v = static_cast<double>(stream() % 40);
             list.add(v);
             if (v < lower.back()) {
                 lower.back() = v;

@@ -15,6 +15,8 @@ std::optional<long> frozenSeconds;
 } // namespace
 
 // Stands in for the C library's function in the program of these tests.
+// The name of the parameter is reserved where the system declares it.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" std::time_t time(std::time_t* result) noexcept {
     std::timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);

@@ -302,7 +302,8 @@ class PlainReading {
     void write(const AllelCount& table) {
         double H = table.CalcHet();
         const double V = table.CalcVar(table.CalcMean());
-        const double copies = table.AnzChromosomen / 2;
+        const int pairs = table.AnzChromosomen / 2;
+        const double copies = pairs;
         if ((obj.HetRangeMask & 0x800U) != 0) {
             if (H == 0) {
                 const double m = copies + 1;

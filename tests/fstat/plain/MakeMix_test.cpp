@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
+#include <utility>
 
 using namespace kva;
 
@@ -236,7 +237,7 @@ TEST(MakeMix, WithoutPermutationTheMapsStay) {
 namespace {
 
 struct GlobalDeal {
-    explicit GlobalDeal(const Ints& groessen) : sizes(groessen) {
+    explicit GlobalDeal(Ints groessen) : sizes(std::move(groessen)) {
         for (const int32_t size : sizes) {
             slot.emplace_back(static_cast<std::size_t>(size), -1);
             total += size;
