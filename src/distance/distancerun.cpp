@@ -21,34 +21,34 @@ CellRules cellRules(const Run& run) {
 
 DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                          std::vector<std::string> labels)
-    : Lauf(run), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(run)),
+    : Source(run), Kind(kind), Prepared(std::move(samples)), Rules(cellRules(run)),
       Matrices(std::move(labels), Rules,
                nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain) {
-    const std::vector<Measure> measures = selectedMeasures(Lauf.PopDistMask);
+    const std::vector<Measure> measures = selectedMeasures(Source.PopDistMask);
     const std::size_t share = bootstrapping() ? kKeptBytes / (measures.size() + 1) : 0;
     Sums.reserve(measures.size());
     for (const Measure& measure : measures) {
         Sums.emplace_back(Prepared, measure, share);
     }
     if (perLocus()) {
-        Sheets = LocusSheets(*Lauf.Daten, Lauf.DatenFormat, Rules, bootstrapping());
+        Sheets = LocusSheets(*Source.Daten, Source.DatenFormat, Rules, bootstrapping());
     }
 }
 
 bool DistanceRun::bootstrapping() const {
-    return Lauf.Bootstraps > 1;
+    return Source.Bootstraps > 1;
 }
 
 bool DistanceRun::nexus() const {
-    return Kind.Nexus && hasBit(Lauf.PopDistMask, DistBit::Nexus) && !bootstrapping();
+    return Kind.Nexus && hasBit(Source.PopDistMask, DistBit::Nexus) && !bootstrapping();
 }
 
 bool DistanceRun::perLocus() const {
-    return Kind.SheetEnd != nullptr && hasBit(Lauf.PopDistMask, DistBit::PerLocus);
+    return Kind.SheetEnd != nullptr && hasBit(Source.PopDistMask, DistBit::PerLocus);
 }
 
 ResultFile DistanceRun::openMatrix(const Measure& measure, const char* mode) {
-    return Lauf.OpenResult(std::string(measure.Stem) + Kind.MatrixEnd, mode);
+    return Source.OpenResult(std::string(measure.Stem) + Kind.MatrixEnd, mode);
 }
 
 long DistanceRun::run() {
@@ -57,7 +57,7 @@ long DistanceRun::run() {
     if (Sums.empty()) {
         return -3;
     }
-    for (int32_t replicate = 0; replicate < Lauf.Bootstraps; ++replicate) {
+    for (int32_t replicate = 0; replicate < Source.Bootstraps; ++replicate) {
         writeReplicate();
     }
     AUSGABE(Message::ReplicateEnd);
@@ -69,7 +69,8 @@ void DistanceRun::createFiles() {
     for (const RowSummer& sums : Sums) {
         const Measure& measure = sums.measure();
         if (perLocus()) {
-            Sheets.add(Lauf.OpenResult(std::string(measure.Stem) + Kind.SheetEnd, "wb+"), measure);
+            Sheets.add(Source.OpenResult(std::string(measure.Stem) + Kind.SheetEnd, "wb+"),
+                       measure);
         }
         ResultFile matrix = openMatrix(measure, "wb+");
         if (nexus()) {
@@ -98,8 +99,8 @@ void DistanceRun::writeReplicate() {
 // anything is summed, since the sums of one pair after the other run over all of them.
 std::vector<int32_t> DistanceRun::drawLoci() {
     const auto available = static_cast<int32_t>(Prepared.Loci.size());
-    const bool chosen = Lauf.BootLoci > 0 && bootstrapping() && available > 0;
-    const int32_t passes = chosen ? Lauf.BootLoci : available;
+    const bool chosen = Source.BootLoci > 0 && bootstrapping() && available > 0;
+    const int32_t passes = chosen ? Source.BootLoci : available;
     std::vector<int32_t> loci;
     for (int32_t pass = 0; pass < passes; ++pass) {
         if (bootstrapping() && Kind.PassNumber) {

@@ -61,7 +61,7 @@ class DistanceRun {
     // Opens the matrix file of a measure; `mode` as fopen takes it. Closed if that fails.
     ResultFile openMatrix(const Measure& measure, const char* mode);
 
-    Run& Lauf;                   // NOT OWNED
+    Run& Source;                 // NOT OWNED
     DistanceKind Kind;           // populations or individuals
     Samples Prepared;            // samples of all loci; Sums read from it
     std::vector<RowSummer> Sums; // one for each selected measure, in the order of the output

@@ -282,7 +282,7 @@ long writeGenepop(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
+    const bool counted = tablesReady(run);
     AUSGABE(Message::GenepopBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
@@ -290,7 +290,7 @@ long writeGenepop(Run& run) {
     }
     InternStartRDGen();
     Files files;
-    if (run.PopAllele.empty() || !openFiles(run, files)) {
+    if (!counted || !openFiles(run, files)) {
         folder.stay();
         return 1;
     }

@@ -170,14 +170,14 @@ long writeIMFormat(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
+    const bool counted = tablesReady(run);
     AUSGABE(Message::IMBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
     const int inner = folder.enterInner(Folder::IMFormat);
-    if (inner != 0 || run.PopAllele.empty()) {
+    if (inner != 0 || !counted) {
         folder.stay();
         return inner != 0 ? inner : 1;
     }

@@ -41,13 +41,13 @@ long writeOtherFormats(Run& run) {
     if (!run.Daten) {
         return -4;
     }
-    (void)tablesReady(run); // a folder it cannot make leaves no tables, see below
+    const bool counted = tablesReady(run);
     AUSGABE(Message::FormatsBegin);
     PassFolder folder(run, Folder::FormatsData);
     if (!folder.entered()) {
         return folder.status();
     }
-    if (run.PopAllele.empty()) {
+    if (!counted) {
         return 1;
     }
     const std::vector<int32_t> schrittweite = stepWidths(*run.Daten, run.PopAllele.front());

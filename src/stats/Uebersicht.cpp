@@ -167,7 +167,7 @@ class Overview {
 
   private:
     AllelCount& table(int p, int l) {
-        return Lauf.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+        return Source.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
     }
     int32_t& richnessMin(int l) { return RichnessMin[static_cast<std::size_t>(l - 1)]; }
 
@@ -186,7 +186,7 @@ class Overview {
                                              const Marks& marks,
                                              Values (Overview::*values)(int p, int l));
 
-    Run& Lauf;
+    Run& Source;
     int AnzPop;                       // populations in the tables
     int AnzLoci;                      // loci in the tables
     std::vector<int32_t> RichnessMin; // per locus the smallest AnzGesamt above 1, while the
@@ -195,8 +195,8 @@ class Overview {
 };
 
 Overview::Overview(Run& run)
-    : Lauf(run), AnzPop(run.Daten->GetPopAnzahl()), AnzLoci(run.Daten->AnzLoci) {
-    if (Lauf.RichnessRef < 0) {
+    : Source(run), AnzPop(run.Daten->GetPopAnzahl()), AnzLoci(run.Daten->AnzLoci) {
+    if (Source.RichnessRef < 0) {
         RichnessMin.assign(static_cast<std::size_t>(AnzLoci), kRichnessMinStart);
     }
     RichnessVar.Resize(AnzPop + 1, AnzLoci < 1 ? AnzPop + 1 : AnzLoci);
@@ -208,9 +208,9 @@ std::array<ResultFile, Count> Overview::writeBlock(const std::array<CellRule<Val
                                                    const Marks& marks,
                                                    Values (Overview::*values)(int p, int l)) {
     AUSGABE(marks.before);
-    std::array<ResultFile, Count> sheets = openSheets(Lauf, rules);
+    std::array<ResultFile, Count> sheets = openSheets(Source, rules);
     for (int p = 0; p <= AnzPop; ++p) {
-        const std::string label = sampleLabel(*Lauf.Daten, p);
+        const std::string label = sampleLabel(*Source.Daten, p);
         for (ResultFile& sheet : sheets) {
             writeLabel(sheet, label);
         }
@@ -234,10 +234,10 @@ std::array<ResultFile, Count> Overview::writeBlock(const std::array<CellRule<Val
 
 HetValues Overview::hetValues(int p, int l) {
     const AllelCount& T = table(p, l);
-    if (Lauf.RichnessRef < 0 && T.AnzGesamt > 1) {
+    if (Source.RichnessRef < 0 && T.AnzGesamt > 1) {
         richnessMin(l) = std::min(richnessMin(l), T.AnzGesamt);
     }
-    return {T.CalcHet(), Lauf.Daten->CalcRDHet(Lauf.PopAllele, p, l, kRDReplicates),
+    return {T.CalcHet(), Source.Daten->CalcRDHet(Source.PopAllele, p, l, kRDReplicates),
             T.CalcShannon(), effectiveCopies(T)};
 }
 
@@ -246,7 +246,7 @@ void Overview::writeHets() {
 }
 
 double Overview::squaredRepeat(int l) const {
-    const double r = Lauf.Daten->GetLociRepeatMuster(l);
+    const double r = Source.Daten->GetLociRepeatMuster(l);
     return r > 0 ? r * r : r;
 }
 
@@ -261,7 +261,7 @@ void Overview::writeVars() {
 }
 
 int Overview::richnessReference(int l) {
-    return Lauf.RichnessRef < 0 ? richnessMin(l) : Lauf.RichnessRef;
+    return Source.RichnessRef < 0 ? richnessMin(l) : Source.RichnessRef;
 }
 
 RangeValues Overview::rangeValues(int p, int l) {
@@ -279,9 +279,9 @@ void Overview::writeRichnessTail(ResultFile& sheet) {
         writeReal(sheet, richnessReference(l) * 0.5);
     }
     sheet.text("\n\nVariance of allelic richness\n");
-    writeLociHead(sheet, *Lauf.Daten, Lauf.DatenFormat);
+    writeLociHead(sheet, *Source.Daten, Source.DatenFormat);
     for (int p = 0; p <= AnzPop; ++p) {
-        writeLabel(sheet, sampleLabel(*Lauf.Daten, p));
+        writeLabel(sheet, sampleLabel(*Source.Daten, p));
         for (int l = 1; l <= AnzLoci; ++l) {
             writeRealOrNd(sheet, RichnessVar(p, l - 1));
         }
@@ -297,9 +297,10 @@ void Overview::writeRanges() {
 
 NumberValues Overview::numberValues(int p, int l) {
     const AllelCount& T = table(p, l);
-    NumberValues v = {T.AnzGesamt, Lauf.Daten->CalcRDAllele(Lauf.PopAllele, p, l, kRDReplicates),
+    NumberValues v = {T.AnzGesamt,
+                      Source.Daten->CalcRDAllele(Source.PopAllele, p, l, kRDReplicates),
                       effectiveCopies(T), -1.0, -1.0};
-    double H = Lauf.Daten->CalcRDHet(Lauf.PopAllele, p, l, kRDReplicates);
+    double H = Source.Daten->CalcRDHet(Source.PopAllele, p, l, kRDReplicates);
     (void)CalcNumberAllelesExp(v.smm, v.iam, v.n, H); // -1.0 in both is the refusal
     return v;
 }
