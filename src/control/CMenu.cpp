@@ -1,7 +1,7 @@
 // The loop of the menu, its keys and its prompts.
 //
-// Keys are rows of a table for each menu. They are read from the same stream as the answers to
-// the prompts, so that
+// Keys are rows of a table for each menu, or of the catalogues of flags, distances and exports.
+// They are read from the same stream as the answers to the prompts, so that
 //
 //     dpn50b!q
 //
@@ -10,8 +10,10 @@
 #include "control/CMenu.h"
 
 #include "control/CMenuEingabe.h"
+#include "control/flags.h"
 #include "control/frontend.h"
 #include "distance/measures.h"
+#include "formats/exports.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -166,10 +168,6 @@ template <int32_t Nummer> void goTo(CMenuAllg& menu) {
     menu.MenuNummer = Nummer;
 }
 
-template <auto Word, uint32_t Bits> void toggle(CMenuAllg& menu) {
-    menu.*Word ^= Bits;
-}
-
 template <auto Word, uint32_t Bits> void setBits(CMenuAllg& menu) {
     menu.*Word |= Bits;
 }
@@ -222,11 +220,6 @@ void run(CMenuAllg& menu) {
     (void)menu.DoWork(0);
 }
 
-template <uint32_t Bits> constexpr auto general = toggle<&CMenuAllg::GeneralMask, Bits>;
-template <uint32_t Bits> constexpr auto dist = toggle<&CMenuAllg::PopDistMask, Bits>;
-template <uint32_t Bits> constexpr auto fst = toggle<&CMenuAllg::FstMask, Bits>;
-template <uint32_t Bits> constexpr auto het = toggle<&CMenuAllg::HetRangeMask, Bits>;
-
 constexpr uint32_t kAllDistances = GeneralBit::PopDistances | GeneralBit::FStatistics;
 
 // In every menu, before its own keys; kQuit in either case comes before them.
@@ -255,13 +248,7 @@ constexpr KeyRow kDistances[] = {
     {"sS", goTo<Menu::FStatistics>},
 };
 
-// The keys of the distances themselves stand with them: toggleMeasure.
 constexpr KeyRow kDistanceSettings[] = {
-    {"cC", general<GeneralBit::PopDistances>},
-    {"iI", general<GeneralBit::IndDistances>},
-    {"lL", general<GeneralBit::MinusLog>},
-    {"oO", dist<DistBit::PerLocus>},
-    {"xX", dist<DistBit::Nexus>}, // wanted: not on the screen, whose lines stay as they are
     {"nN", ask<kBootstraps>},
     {"rR", ask<kBootLoci>},
     {"bB", goTo<Menu::Distances>},
@@ -269,37 +256,17 @@ constexpr KeyRow kDistanceSettings[] = {
 };
 
 constexpr KeyRow kFStatistics[] = {
-    {"cC", general<GeneralBit::FStatistics>},
-    {"1", cycleHeterozygosity},
-    {"gG", cycleGlobal},
-    {"hH", fst<FstBit::Beta>},
-    {"4", toggleHardyWeinberg},
-    {"6", fst<FstBit::PerLocus>},
-    {"7", fst<FstBit::Heterogeneity>},
-    {"rR", fst<FstBit::RandomDiscard>},
-    {"nN", ask<kPermutations>},
-    {"lL", ask<kReplicaLoci>},
-    {"aA", ask<kReplicas>},
-    {"bB", goTo<Menu::Distances>},
-    {"mM", goTo<Menu::Main>},
+    {"1", cycleHeterozygosity},    {"gG", cycleGlobal},       {"4", toggleHardyWeinberg},
+    {"nN", ask<kPermutations>},    {"lL", ask<kReplicaLoci>}, {"aA", ask<kReplicas>},
+    {"bB", goTo<Menu::Distances>}, {"mM", goTo<Menu::Main>},
 };
 
 constexpr KeyRow kConversion[] = {
-    {"1", general<GeneralBit::Msvar>},
-    {"2", general<GeneralBit::Migrate>},
-    {"3", general<GeneralBit::Arlequin>},
-    {"4", general<GeneralBit::IMFormat>},
-    {"rR", general<GeneralBit::RepeatSteps>},
     {"f", askIMFile}, // one case alone, see kMain
     {"mM", goTo<Menu::Main>},
 };
 
 constexpr KeyRow kHetRange[] = {
-    {"cC", general<GeneralBit::HetRange>},
-    {"rR", het<HetRangeBit::RandomDiscard>},
-    {"0", het<HetRangeBit::CorrectZero>},
-    {"lL", het<HetRangeBit::Linked>},
-    {"sS", het<HetRangeBit::Individuals>},
     {"nN", ask<kRandomisations>},
     {"mM", goTo<Menu::Main>},
 };
@@ -335,14 +302,28 @@ bool press(CMenuAllg& menu, std::span<const KeyRow> keys, char pressed) {
     return true;
 }
 
-// The same for the key of a distance.
-bool toggleMeasure(CMenuAllg& menu, char pressed) {
-    const auto row = std::ranges::find(allMeasures(), pressed, &Measure::Key);
-    if (menu.MenuNummer != Menu::DistanceSettings || row == allMeasures().end()) {
-        return false;
+// Switches the flag, distance or export of the key in the current menu; false if it has none.
+bool toggle(CMenuAllg& menu, char pressed) {
+    for (const Flag& flag : allFlags()) {
+        if (flag.MenuNumber == menu.MenuNummer &&
+            flag.Keys.find(pressed) != std::string_view::npos) {
+            menu.*maskOf(flag.Word) ^= flag.Bit;
+            return true;
+        }
     }
-    menu.PopDistMask ^= row->Bit;
-    return true;
+    for (const Measure& measure : allMeasures()) {
+        if (menu.MenuNummer == Menu::DistanceSettings && measure.Key == pressed) {
+            menu.PopDistMask ^= measure.Bit;
+            return true;
+        }
+    }
+    for (const Export& row : allExports()) {
+        if (menu.MenuNummer == Menu::Conversion && row.Key == pressed) {
+            menu.GeneralMask ^= row.Bit;
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -379,7 +360,7 @@ int CMenuAllg::AnalyseCommand(int /*arg*/) {
         return 0;
     }
     if (!press(*this, kEverywhere, key) && !press(*this, keysOf(MenuNummer), key) &&
-        !toggleMeasure(*this, key)) {
+        !toggle(*this, key)) {
         std::cout << std::endl << "Unknown command!" << std::flush;
     }
     return -1;

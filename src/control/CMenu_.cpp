@@ -14,14 +14,18 @@
 //     Please enter command:
 //
 // A line is a row of a table: its label, what follows the label, and when the line is there. The
-// spacing of the labels is the program's face.
+// lines of flags, distances and exports take both from their catalogues. The spacing of the labels
+// is the program's face.
 #include "control/CMenu.h"
 
+#include "control/flags.h"
 #include "distance/measures.h"
+#include "formats/exports.h"
 
 #include <algorithm>
 #include <iostream>
 #include <span>
+#include <vector>
 
 namespace kva {
 
@@ -34,7 +38,7 @@ using State = void (*)(const CMenuAllg&);     // prints a state
 using Condition = bool (*)(const CMenuAllg&); // true: the line is there
 
 struct ScreenLine {
-    const char* Text;
+    const char* Text;         // null: Value prints whole lines
     State Value = nullptr;    // null: nothing follows
     Condition When = nullptr; // null: always
 };
@@ -44,11 +48,15 @@ void writeLines(std::span<const ScreenLine> lines, const CMenuAllg& menu) {
         if (line.When != nullptr && !line.When(menu)) {
             continue;
         }
-        std::cout << line.Text;
+        if (line.Text != nullptr) {
+            std::cout << line.Text;
+        }
         if (line.Value != nullptr) {
             line.Value(menu);
         }
-        std::cout << '\n';
+        if (line.Text != nullptr) {
+            std::cout << '\n';
+        }
     }
 }
 
@@ -90,12 +98,14 @@ const char* onOffWord(uint32_t mask, uint32_t bit) {
     return hasBit(mask, bit) ? "ON" : "OFF";
 }
 
-template <auto Word, uint32_t Bit> void onOff(const CMenuAllg& menu) {
-    std::cout << onOffWord(menu.*Word, Bit);
+// Label and state of a flag.
+template <FlagWord Word, uint32_t Bit> void label(const CMenuAllg& menu) {
+    const Flag& flag = flagOf(Word, Bit);
+    std::cout << flag.Label << flag.States[hasBit(menu.*maskOf(Word), Bit) ? 1 : 0];
 }
 
-template <auto Word, uint32_t Bit> void yesNo(const CMenuAllg& menu) {
-    std::cout << (hasBit(menu.*Word, Bit) ? "yes" : "no");
+template <FlagWord Word, uint32_t Bit> constexpr ScreenLine flagLine(Condition when = nullptr) {
+    return {"", label<Word, Bit>, when};
 }
 
 template <auto Field> void number(const CMenuAllg& menu) {
@@ -161,10 +171,6 @@ void heterozygosity(const CMenuAllg& menu) {
     }
 }
 
-void hardyWeinberg(const CMenuAllg& menu) {
-    std::cout << (hasBit(menu.FstMask, FstBit::Genotypes) ? "No" : "Yes");
-}
-
 void heterogeneity(const CMenuAllg& menu) {
     std::cout << (isHeterogeneity(menu) ? "Bootstrap" : "No");
 }
@@ -173,10 +179,26 @@ void imFile(const CMenuAllg& menu) {
     std::cout << (menu.IMDateiName.empty() ? "No" : menu.IMDateiName);
 }
 
-template <uint32_t Bit> constexpr State general = onOff<&CMenuAllg::GeneralMask, Bit>;
-template <uint32_t Bit> constexpr State dist = onOff<&CMenuAllg::PopDistMask, Bit>;
-template <uint32_t Bit> constexpr State fst = onOff<&CMenuAllg::FstMask, Bit>;
-template <uint32_t Bit> constexpr State het = onOff<&CMenuAllg::HetRangeMask, Bit>;
+void fStatistics(const CMenuAllg& menu) {
+    std::cout << onOffWord(menu.GeneralMask, GeneralBit::FStatistics);
+}
+
+// A line for each distance, with its key and its state.
+void measures(const CMenuAllg& menu) {
+    for (const Measure& measure : allMeasures()) {
+        std::cout << "  (" << measure.Key << ")    " << measure.MenuLine
+                  << onOffWord(menu.PopDistMask, measure.Bit) << '\n';
+    }
+}
+
+// A line for each export, by their keys.
+void exports(const CMenuAllg& menu) {
+    std::vector<Export> rows(allExports().begin(), allExports().end());
+    std::ranges::sort(rows, {}, &Export::Key);
+    for (const Export& row : rows) {
+        std::cout << row.MenuLine << onOffWord(menu.GeneralMask, row.Bit) << '\n';
+    }
+}
 
 // --- Menus ------------------------------------------------------------------------------
 
@@ -202,16 +224,15 @@ constexpr ScreenLine kDistances[] = {
     {"     (-) ... all distances off"},
     {""},
     {"     (p) ... Distances                      ", popAndInd},
-    {"     (s) ... Fst,Fit,Fis                    ", general<GeneralBit::FStatistics>},
+    {"     (s) ... Fst,Fit,Fis                    ", fStatistics},
     {"     (m) ... back to main menu"},
 };
 
 // Behind the lines of Info::Distances.
 constexpr ScreenLine kDistanceSettings[] = {
-    {"     (l) ... Use -ln(similarity factor) "},
-    {"      instead of 1-(similarity factor)    : ", general<GeneralBit::MinusLog>},
+    flagLine<FlagWord::General, GeneralBit::MinusLog>(),
     {"             This option will only used for Dps, Dfs, Dkf, D"},
-    {"     (o) ... Distance per population pair and locus: ", dist<DistBit::PerLocus>},
+    flagLine<FlagWord::Distances, DistBit::PerLocus>(),
     {"     (n) ... Number of bootstraps         : ", bootstraps},
     {""},
     {"     (r) ... Number of loci used by boots.: ", bootLoci},
@@ -223,9 +244,7 @@ constexpr ScreenLine kDistanceSettings[] = {
 constexpr ScreenLine kFStatistics[] = {
     {""},
     {"     (n) ... Number of permutations    : ", permutations},
-    {"     (r) ... Random discarding of data", nullptr, isPairwise},
-    {"             if necessary before permutation:  ",
-     yesNo<&CMenuAllg::FstMask, FstBit::RandomDiscard>, isPairwise},
+    flagLine<FlagWord::FStatistics, FstBit::RandomDiscard>(isPairwise),
     {"             (only for pairwise Fst)", nullptr, isPairwise},
     {""},
     {"     (b) ... back to distance menu"},
@@ -235,27 +254,23 @@ constexpr ScreenLine kFStatistics[] = {
 constexpr ScreenLine kConversion[] = {
     {" Setings for data conversion:"},
     {""},
-    {"     (1) ... Make msvar (Beaumont)     : ", general<GeneralBit::Msvar>},
-    {"     (2) ... Make Migrate/LAMARC       : ", general<GeneralBit::Migrate>},
-    {"     (3) ... Make Arlequin format      : ", general<GeneralBit::Arlequin>},
-    {"     (4) ... Make IM-format            : ", general<GeneralBit::IMFormat>},
+    {nullptr, exports},
     {"     (f) ... Locus information for IM  : ", imFile},
-    {"     (r) ... Reduce to stepsize        : ", general<GeneralBit::RepeatSteps>},
+    flagLine<FlagWord::General, GeneralBit::RepeatSteps>(),
     {""},
     {"     (m) ... back to main menu"},
 };
 
 constexpr ScreenLine kHetRange[] = {
-    {"     (c) ... Calculate Heterozygosityrange: ", general<GeneralBit::HetRange>},
+    flagLine<FlagWord::General, GeneralBit::HetRange>(),
     {""},
     {"     (n) ... Number of permutations       : ", number<&CMenuAllg::HetRandomisierungen>},
-    {"     (r) ... Randomdiscard inbred data    : ", het<HetRangeBit::RandomDiscard>},
+    flagLine<FlagWord::HetRange, HetRangeBit::RandomDiscard>(),
     {"             I recommend to use this only with individual sampling!"},
-    {"     (0) ... correct Min(=0) and Max(=1) Heterozygosity"},
-    {"             with by min/max value        : ", het<HetRangeBit::CorrectZero>},
+    flagLine<FlagWord::HetRange, HetRangeBit::CorrectZero>(),
     {""},
-    {"     (l) ... Loci are linked              : ", het<HetRangeBit::Linked>},
-    {"     (s) ... Sample individuals  instead of chromosomes:", het<HetRangeBit::Individuals>},
+    flagLine<FlagWord::HetRange, HetRangeBit::Linked>(),
+    flagLine<FlagWord::HetRange, HetRangeBit::Individuals>(),
     {""},
     {""},
     {"     (m) ... back to main menu"},
@@ -287,22 +302,22 @@ constexpr Screen kScreens[] = {
 
 constexpr ScreenLine kDistanceInfo[] = {
     {""},
-    {"     (c) ... Pairwise populations distances calc: ", general<GeneralBit::PopDistances>},
-    {"     (i) ... Pairwise individual distances calc : ", general<GeneralBit::IndDistances>},
+    flagLine<FlagWord::General, GeneralBit::PopDistances>(),
+    flagLine<FlagWord::General, GeneralBit::IndDistances>(),
+    {nullptr, measures},
 };
 
 // Follows a label on its line.
 constexpr ScreenLine kFStatisticsInfo[] = {
-    {"Fst/Fis/Fit distances calc: ", general<GeneralBit::FStatistics>},
-    {"     (g) Fst calculated global         : ", fst<FstBit::Global>},
+    flagLine<FlagWord::General, GeneralBit::FStatistics>(),
+    flagLine<FlagWord::FStatistics, FstBit::Global>(),
     {"     (g) Fst calculated pairwise       : ", pairwise},
-    {"     (h) Betai/ij calculation          : ", fst<FstBit::Beta>},
+    flagLine<FlagWord::FStatistics, FstBit::Beta>(),
     {""},
     {"     (1) Calculation based on          : ", heterozygosity},
-    {"     (4) Assume Hardy-Weinberg         : ", hardyWeinberg},
+    flagLine<FlagWord::FStatistics, FstBit::Genotypes>(),
     {"", nullptr, isPairwise},
-    {"     (6) Fst per locus and pair        : ", yesNo<&CMenuAllg::FstMask, FstBit::PerLocus>,
-     isPairwise},
+    flagLine<FlagWord::FStatistics, FstBit::PerLocus>(isPairwise),
     {"     (7) Heterogeneity among loci      : ", heterogeneity},
     {"          (l) Number of loci per replica  : ", number<&CMenuAllg::ReplikaLoci>,
      isHeterogeneity},
@@ -348,14 +363,6 @@ void showData(const AnalyseDataObj& run) {
     std::cout << " Number of tests:\t\t" << (pops * pops - pops) / 2 << std::flush;
 }
 
-// A line for each distance, with its key and its state.
-void showMeasures(const CMenuAllg& menu) {
-    for (const Measure& measure : allMeasures()) {
-        std::cout << "  (" << measure.Key << ")    " << measure.MenuLine
-                  << onOffWord(menu.PopDistMask, measure.Bit) << '\n';
-    }
-}
-
 // Any key leads back.
 void showHelp() {
     std::cout << '\n' << kRule << '\n' << kHelp << std::flush;
@@ -398,7 +405,6 @@ int CMenuAllg::WriteInformation(int was) {
         break;
     case Info::Distances:
         writeLines(kDistanceInfo, *this);
-        showMeasures(*this);
         break;
     case Info::FStatistics:
         writeLines(kFStatisticsInfo, *this);

@@ -3,15 +3,18 @@
 //     kva -i data.txt -dist p POSA n=100 calc=ln -fst g p n=1000
 //
 // An option is known by its first letters, and its values follow in the same argument
-// or in the next ones. The keywords of an option are rows of a table, tried in their
-// order at the start of the text that is left: the order matters, since a row for one
-// letter stands behind the whole words that begin with it. The grammar is lenient:
-// text that no row knows is skipped up to the next blank.
+// or in the next ones. The keywords of an option are tried at the start of the text that is left:
+// first those of the catalogues (flags, distances, exports), then the rows of its table, in their
+// order, since a row for one letter stands behind the whole words that begin with it. The grammar
+// is lenient: text that no row knows is skipped up to the next blank.
 #include "control/cczkva.h"
 
+#include "control/flags.h"
 #include "distance/measures.h"
+#include "formats/exports.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <iostream>
 #include <span>
@@ -35,14 +38,6 @@ struct OptionReader {
 
 using Action = void (*)(OptionReader&);
 
-template <auto Word, uint32_t Bits> void setBits(OptionReader& reader) {
-    reader.Command.*Word |= Bits;
-}
-
-template <auto Word, uint32_t Bits> void clearBits(OptionReader& reader) {
-    reader.Command.*Word &= ~Bits;
-}
-
 template <auto Flag> void raise(OptionReader& reader) {
     reader.*Flag = true;
 }
@@ -63,16 +58,21 @@ void assumeHardyWeinberg(OptionReader& reader) {
     }
 }
 
+// Genotypes are resampled as wholes, one draw for all loci.
+void resampleGenotypes(OptionReader& reader) {
+    reader.Command.FstMask |= kGenotypeBits;
+}
+
 // Wanted: all bits go, also those that take the draws and the replicate sheets. The sheets of
 // a run with zero=OFF depend on it.
 void clearHetRange(OptionReader& reader) {
     reader.Command.HetRangeMask = 0;
 }
 
-template <uint32_t Bits> constexpr Action general = setBits<&CCommandZeileKVA::GeneralMask, Bits>;
-template <uint32_t Bits> constexpr Action dist = setBits<&CCommandZeileKVA::DistWort, Bits>;
-template <uint32_t Bits> constexpr Action fst = setBits<&CCommandZeileKVA::FstMask, Bits>;
-template <uint32_t Bits> constexpr Action het = setBits<&CCommandZeileKVA::HetRangeMask, Bits>;
+// Switches off -ln(similarity).
+void takeOneMinus(OptionReader& reader) {
+    reader.Command.GeneralMask &= ~GeneralBit::MinusLog;
+}
 
 // --- Keywords ----------------------------------------------------------------------
 
@@ -100,51 +100,23 @@ constexpr Keyword kFstWords[] = {
     word("pairwise", raise<&OptionReader::Pairwise>),
     word("p", raise<&OptionReader::Pairwise>),
     word("beta", raise<&OptionReader::Beta>),
-    word("locus", fst<FstBit::PerLocus>),
     {"HW", kWholeRest, 2, assumeHardyWeinberg},
     word("HW=YES", assumeHardyWeinberg),
-    {"HW=", 3, 5, fst<kGenotypeBits>}, // two characters of any other answer, also a blank
+    {"HW=", 3, 5, resampleGenotypes}, // two characters of any other answer, also a blank
     word("HW", assumeHardyWeinberg),
     number(readNumber<&CCommandZeileKVA::Permutationen, 0>),
-    word("RD=OFF", clearBits<&CCommandZeileKVA::FstMask, FstBit::RandomDiscard>),
-    word("RD=ON", fst<FstBit::RandomDiscard>),
-    word("RD", fst<FstBit::RandomDiscard>),
 };
 
-// Behind the names of the distances themselves: takeMeasure. Wanted: no row knows "bl=", so the
-// loci per bootstrap replicate keep their default; the word is skipped like any unknown one.
+// Wanted: no row knows "bl=", so the loci per bootstrap replicate keep their default; the word is
+// skipped like any unknown one.
 constexpr Keyword kDistWords[] = {
-    word("population", general<GeneralBit::PopDistances>),
-    word("p", general<GeneralBit::PopDistances>),
-    word("individual", general<GeneralBit::IndDistances>),
-    word("i", general<GeneralBit::IndDistances>),
     number(readNumber<&CCommandZeileKVA::Bootstraps, 1>),
-    word("calc=ln", general<GeneralBit::MinusLog>),
     // Wanted: takes the blank behind it too, or whatever stands there; how words joined to it are
     // read depends on it.
-    {"calc=1", 6, 7, clearBits<&CCommandZeileKVA::GeneralMask, GeneralBit::MinusLog>},
-    word("nexus", dist<DistBit::Nexus>),
-    word("NEXUS", dist<DistBit::Nexus>),
-    word("locus", dist<DistBit::PerLocus>),
-    word("l", dist<DistBit::PerLocus>),
-};
-
-constexpr Keyword kFormatWords[] = {
-    word("msvar", general<GeneralBit::Msvar>),
-    word("arlequin", general<GeneralBit::Arlequin>),
-    word("migrate", general<GeneralBit::Migrate>),
-    word("im", general<GeneralBit::IMFormat>),
+    {"calc=1", 6, 7, takeOneMinus},
 };
 
 constexpr Keyword kHetRangeWords[] = {
-    word("linked", het<HetRangeBit::Linked>),
-    word("l", het<HetRangeBit::Linked>),
-    {"individual", kWholeRest, 10, het<HetRangeBit::Individuals>},
-    word("ind", het<HetRangeBit::Individuals>),
-    word("RD=OFF", clearBits<&CCommandZeileKVA::HetRangeMask, HetRangeBit::RandomDiscard>),
-    word("RD=ON", het<HetRangeBit::RandomDiscard>),
-    word("RD", het<HetRangeBit::RandomDiscard>),
-    word("zero=ON", het<HetRangeBit::CorrectZero>),
     word("zero=OFF", clearHetRange),
     word("zero", clearHetRange),
     number(readNumber<&CCommandZeileKVA::HetRandomisierungen, 0>),
@@ -184,30 +156,71 @@ std::string smallLetters(std::string text) {
     return text;
 }
 
-// Takes away the name of a distance, in capitals or small letters, at the start of the text.
-bool takeMeasure(OptionReader& reader) {
-    for (const Measure& measure : allMeasures()) {
-        const std::string capitals = measure.Stem;
-        const std::string_view begin = std::string_view(reader.Rest).substr(0, capitals.size());
-        if (begin == capitals || begin == smallLetters(capitals)) {
-            reader.Command.DistWort |= measure.Bit;
-            take(reader.Rest, capitals.size());
+// Takes away a text that stands at the start; false if it does not, or is empty.
+bool takeText(OptionReader& reader, std::string_view text) {
+    if (text.empty() || !reader.Rest.starts_with(text)) {
+        return false;
+    }
+    take(reader.Rest, text.size());
+    return true;
+}
+
+// The field of a word; the one of the distances is carried into both words of the settings.
+uint32_t& maskOf(CCommandZeileKVA& command, FlagWord word) {
+    const std::array masks = {&command.GeneralMask, &command.DistWort, &command.FstMask,
+                              &command.HetRangeMask};
+    return *masks[static_cast<std::size_t>(word)];
+}
+
+// Takes away a keyword of a flag of the option.
+bool takeFlag(OptionReader& reader, std::string_view option) {
+    for (const Flag& flag : allFlags()) {
+        if (flag.Option != option) {
+            continue;
+        }
+        uint32_t& mask = maskOf(reader.Command, flag.Word);
+        if (takeText(reader, flag.Off)) {
+            mask &= ~flag.Bit;
+            return true;
+        }
+        if (takeText(reader, flag.On[0]) || takeText(reader, flag.On[1])) {
+            mask |= flag.Bit;
             return true;
         }
     }
     return false;
 }
 
-// `first`: is tried before the rows.
-void readKeywords(
-    OptionReader& reader, std::span<const Keyword> words,
-    bool (*first)(OptionReader&) = [](OptionReader&) { return false; }) {
+// Takes away the name of a distance, in capitals or small letters.
+bool takeMeasure(OptionReader& reader) {
+    for (const Measure& measure : allMeasures()) {
+        if (takeText(reader, measure.Stem) || takeText(reader, smallLetters(measure.Stem))) {
+            reader.Command.DistWort |= measure.Bit;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool takeExport(OptionReader& reader) {
+    for (const Export& row : allExports()) {
+        if (takeText(reader, row.Keyword)) {
+            reader.Command.GeneralMask |= row.Bit;
+            return true;
+        }
+    }
+    return false;
+}
+
+// Reads all keywords; takeAny(reader): takes away one at the start of the text, false if it knows
+// none there.
+template <class TakeAny> void readKeywords(OptionReader& reader, TakeAny takeAny) {
     while (!reader.Rest.empty()) {
         dropBlanks(reader.Rest);
         if (reader.Rest == " ") {
             return;
         }
-        if (!first(reader) && !takeKeyword(reader, words)) {
+        if (!takeAny(reader)) {
             const std::size_t blank = reader.Rest.find(' ', 1);
             take(reader.Rest, blank == std::string_view::npos ? blank : blank + 1);
         }
@@ -255,7 +268,9 @@ void chooseBeta(const OptionReader& reader) {
 
 int readFst(OptionReader& reader) {
     reader.Command.GeneralMask |= GeneralBit::FStatistics;
-    readKeywords(reader, kFstWords);
+    readKeywords(reader, [](OptionReader& rest) {
+        return takeFlag(rest, "-fst") || takeKeyword(rest, kFstWords);
+    });
     chooseFst(reader);
     chooseBeta(reader);
     return 1;
@@ -264,18 +279,22 @@ int readFst(OptionReader& reader) {
 // Wanted: the distances are computed only with `population` or `individual`, the one switch that
 // tells which of the two engines is to run.
 int readDist(OptionReader& reader) {
-    readKeywords(reader, kDistWords, takeMeasure);
+    readKeywords(reader, [](OptionReader& rest) {
+        return takeMeasure(rest) || takeFlag(rest, "-dist") || takeKeyword(rest, kDistWords);
+    });
     return 1;
 }
 
 int readFormat(OptionReader& reader) {
-    readKeywords(reader, kFormatWords);
+    readKeywords(reader, takeExport);
     return 1;
 }
 
 int readHetRange(OptionReader& reader) {
     reader.Command.GeneralMask |= GeneralBit::HetRange;
-    readKeywords(reader, kHetRangeWords);
+    readKeywords(reader, [](OptionReader& rest) {
+        return takeFlag(rest, "-hetrange") || takeKeyword(rest, kHetRangeWords);
+    });
     return 1;
 }
 

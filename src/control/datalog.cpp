@@ -22,54 +22,21 @@
 // Wanted: neither global nor pairwise Fst, nor F-beta, nor the word for individuals,
 // nor the heterozygosity range stands there: the head keeps the lines that its readers know.
 #include "control/AnalyseDataObj.h"
+#include "control/flags.h"
 #include "distance/measures.h"
 
-#include <span>
+#include <initializer_list>
 
 namespace kva {
 
 namespace {
 
-// A piece of the head that follows a bit.
-struct LogPiece {
-    uint32_t Bit;
-    const char* On;       // while the bit is on
-    const char* Off = ""; // while it is off
-};
-
-// Behind the lines of the distances themselves.
-constexpr LogPiece kAfterDistances[] = {
-    {DistBit::Rst, "Rst, Population subdivision with MS\n"},
-};
-
-// All on one line, with nothing between them.
-constexpr LogPiece kHeterozygosity[] = {
-    {FstBit::HObs, "Heterozygosity is Hobserved"},
-    {FstBit::HExp, "Heterozygosity is Hexpected"},
-    {FstBit::HAuto, "(AUTO)Heterozygosity is Hobserved or Hexpected"},
-};
-
-constexpr LogPiece kResampling[] = {
-    {FstBit::Genotypes, "Resampling Genotypes\n", "Resampling Alleles\n"},
-    {FstBit::Linked, "Loci are linked together\n", "Loci are unlinked\n"},
-    {FstBit::Permutation, "Randomisationmode: Permutation\n", "Randomisationmode: Randomisation\n"},
-    {FstBit::PerLocus, "All Fst's per loci and population pairs\n"},
-};
-
-constexpr LogPiece kThinning[] = {
-    {FstBit::RandomDiscard, "Make Randomdiscarding before permutation\n"},
-    {FstBit::Jackknife, "Make Jackknifing before permutation\n"},
-};
-
-constexpr LogPiece kConfidence[] = {
-    {FstBit::Confidence, "95% Confidenzinterval of test-statistic\n"},
-    {FstBit::ConfidencePermuted,
-     "95% Confidenzinterval of permutated-statistic instead of test-statistic itself\n"},
-};
-
-void writePieces(ResultFile& log, std::span<const LogPiece> pieces, uint32_t mask) {
-    for (const LogPiece& piece : pieces) {
-        log.text(hasBit(mask, piece.Bit) ? piece.On : piece.Off);
+// What the catalogue of flags has for the log, for some bits of a word in their order.
+void writeFlags(ResultFile& log, const AnalyseSettings& settings, FlagWord word,
+                std::initializer_list<uint32_t> bits) {
+    for (const uint32_t bit : bits) {
+        const Flag& flag = flagOf(word, bit);
+        log.text(hasBit(settings.*maskOf(word), bit) ? flag.LogOn : flag.LogOff);
     }
 }
 
@@ -98,22 +65,23 @@ void writeDistances(ResultFile& log, const AnalyseSettings& settings, long boots
     for (const Measure& measure : selectedMeasures(settings.PopDistMask)) {
         log.print("%s\n", measure.LogLine);
     }
-    writePieces(log, kAfterDistances, settings.PopDistMask);
-    log.text(hasBit(settings.GeneralMask, GeneralBit::MinusLog)
-                 ? "Distances are taken as -ln(P) [if possible]\n"
-                 : "Distances are taken as 1-P [if possible]\n");
+    writeFlags(log, settings, FlagWord::Distances, {DistBit::Rst});
+    writeFlags(log, settings, FlagWord::General, {GeneralBit::MinusLog});
     log.print("\nNumber of bootstraps\t: %ld\n", bootstraps);
 }
 
-void writeFStatistics(ResultFile& log, uint32_t mask, long permutations) {
+// The heterozygosities stand on one line, with nothing between them.
+void writeFStatistics(ResultFile& log, const AnalyseSettings& settings, long permutations) {
+    constexpr auto kWord = FlagWord::FStatistics;
     log.text("\nF-Statistics settings:\n");
-    writePieces(log, kHeterozygosity, mask);
+    writeFlags(log, settings, kWord, {FstBit::HObs, FstBit::HExp, FstBit::HAuto});
     log.character('\n');
-    writePieces(log, kResampling, mask);
+    writeFlags(log, settings, kWord,
+               {FstBit::Genotypes, FstBit::Linked, FstBit::Permutation, FstBit::PerLocus});
     if (permutations > 0) {
-        writePieces(log, kThinning, mask);
-        if (hasBit(mask, FstBit::RandomDiscard)) {
-            writePieces(log, kConfidence, mask);
+        writeFlags(log, settings, kWord, {FstBit::RandomDiscard, FstBit::Jackknife});
+        if (hasBit(settings.FstMask, FstBit::RandomDiscard)) {
+            writeFlags(log, settings, kWord, {FstBit::Confidence, FstBit::ConfidencePermuted});
         }
     }
     log.print("\nNumber of permutations\t: %ld\n", permutations);
@@ -128,7 +96,7 @@ int AnalyseDataObj::WriteDataLog(long bootstraps, long permutations) {
         writeDistances(LogDatei, *this, bootstraps);
     }
     if (hasBit(GeneralMask, GeneralBit::FStatistics)) {
-        writeFStatistics(LogDatei, FstMask, permutations);
+        writeFStatistics(LogDatei, *this, permutations);
     }
     LogDatei.character('\n');
     LogDatei.flush();

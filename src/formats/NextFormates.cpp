@@ -3,6 +3,7 @@
 
 #include "control/Ausgabe.h"
 #include "formats/StepWidth.h"
+#include "formats/exports.h"
 #include "formats/passes.h"
 #include "output/passfolder.h"
 #include "run/run.h"
@@ -12,23 +13,12 @@ namespace kva {
 
 namespace {
 
-// The line of the log for each file that was asked for.
-struct LogRow {
-    uint32_t Bit; // of GeneralMask
-    const char* Text;
-};
-
-constexpr LogRow kLogRows[] = {
-    {GeneralBit::Msvar, "\nCreate msvar/beaumont ..."},
-    {GeneralBit::Arlequin, "\nCreate Arlequin ..."},
-    {GeneralBit::Migrate, "\nCreate Migrate/LAMARC ..."},
-};
-
-// Without any of the files a bare line end is left: wanted.
+// The line of the log for each file that was asked for. Without any a bare line end is left:
+// wanted.
 void writeLog(ResultFile& log, uint32_t generalMask) {
-    for (const LogRow& row : kLogRows) {
-        if (hasBit(generalMask, row.Bit)) {
-            log.text(row.Text);
+    for (const Export& row : allExports()) {
+        if (row.LogLine != nullptr && hasBit(generalMask, row.Bit)) {
+            log.text(row.LogLine);
         }
     }
     log.character('\n');
