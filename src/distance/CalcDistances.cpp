@@ -3,7 +3,7 @@
 #include "control/Ausgabe.h"
 #include "distance/distancerun.h"
 #include "distance/passes.h"
-#include "output/passfolder.h"
+#include "run/passframe.h"
 #include "run/run.h"
 #include "stats/passes.h"
 
@@ -47,21 +47,20 @@ const LocusTables& poolOf(const Run& run) {
     return run.PopAllele.empty() ? none : run.PopAllele[0];
 }
 
-// The pass itself, once the tables are there.
+// The pass of one kind. Without tables it goes on: the samples count as not typed.
 long runPass(Run& run, const DistanceKind& kind, long bootstraps, long (*engine)(Run&)) {
-    PassFolder folder(run, Folder::DistanceData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    constexpr long kMost = std::numeric_limits<int32_t>::max();
-    run.Bootstraps = static_cast<int32_t>(std::clamp(bootstraps, -kMost, kMost));
-    if (hasBit(run.PopDistMask, DistBit::Engine)) {
-        AUSGABE(Message::DistanceBegin, kind.Announcement);
-        (void)engine(run); // without a selected measure there is nothing to tell
-        AUSGABE(Message::DistanceEnd);
-    }
-    run.LogEntry(kind.LogText);
-    return 0;
+    const PassFrame frame{
+        .Folder = &Folder::DistanceData, .LogText = kind.LogText, .NeedsTables = false};
+    return runInFrame(run, frame, [&] {
+        constexpr long kMost = std::numeric_limits<int32_t>::max();
+        run.Bootstraps = static_cast<int32_t>(std::clamp(bootstraps, -kMost, kMost));
+        if (hasBit(run.PopDistMask, DistBit::Engine)) {
+            AUSGABE(Message::DistanceBegin, kind.Announcement);
+            (void)engine(run); // without a selected measure there is nothing to tell
+            AUSGABE(Message::DistanceEnd);
+        }
+        return 0;
+    });
 }
 
 } // namespace
@@ -70,10 +69,6 @@ long populationDistances(Run& run, long bootstraps) {
     if (run.PopDistMask == 0) {
         return 2;
     }
-    if (!run.Daten) {
-        return -4;
-    }
-    (void)tablesReady(run); // without tables the samples count as not typed
     return runPass(run, kPopulations, bootstraps, writePopulationMatrices);
 }
 
@@ -81,11 +76,8 @@ long individualDistances(Run& run, long bootstraps) {
     if (run.PopDistMask == 0) { // wanted: not run.IndDistMask, which only lets WriteOutput call
         return 2;
     }
-    if (!run.Daten) {
-        return -4;
-    }
-    (void)tablesReady(run);
-    if (run.IndAllele.empty()) {
+    if (run.Daten && run.IndAllele.empty()) { // its marks stand in front of the pass's own messages
+        (void)tablesReady(run);
         (void)countIndividualAlleles(run);
     }
     return runPass(run, kIndividuals, bootstraps, writeIndividualMatrices);

@@ -15,9 +15,8 @@
 #include "formats/digits.h"
 #include "formats/passes.h"
 #include "fstat/randsci.h"
-#include "output/passfolder.h"
+#include "run/passframe.h"
 #include "run/run.h"
-#include "stats/passes.h"
 
 #include <algorithm>
 #include <array>
@@ -247,6 +246,20 @@ void writePopulation(Files& files, const Datensatz& data, int pop, const LocusTa
     }
 }
 
+// False if a file cannot be opened, or the alleles could not be counted.
+bool writeFiles(Run& run) {
+    InternStartRDGen();
+    Files files;
+    if (run.PopAllele.empty() || !openFiles(run, files)) {
+        return false;
+    }
+    writeHeads(files, *run.Daten, run.DateiKurzName);
+    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        writePopulation(files, *run.Daten, pop, run.PopAllele.front());
+    }
+    return true;
+}
+
 } // namespace
 
 std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
@@ -279,29 +292,12 @@ std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int le
 }
 
 long writeGenepop(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    const bool counted = tablesReady(run);
-    AUSGABE(Message::GenepopBegin);
-    PassFolder folder(run, Folder::FormatsData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    InternStartRDGen();
-    Files files;
-    if (!counted || !openFiles(run, files)) {
-        folder.stay();
-        return 1;
-    }
-    writeHeads(files, *run.Daten, run.DateiKurzName);
-    for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
-        writePopulation(files, *run.Daten, pop, run.PopAllele.front());
-    }
-    files = {};
-    run.LogEntry("Make Genepop files...\n     and datasheet convertion...");
-    AUSGABE(Message::GenepopEnd);
-    return 0;
+    constexpr PassFrame kFrame{.Folder = &Folder::FormatsData,
+                               .Begin = Message::GenepopBegin,
+                               .End = Message::GenepopEnd,
+                               .LogText = "Make Genepop files...\n     and datasheet convertion...",
+                               .NeedsTables = false};
+    return runInFrame(run, kFrame, [&run] { return writeFiles(run) ? 0 : 1; });
 }
 
 } // namespace kva

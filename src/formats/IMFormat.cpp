@@ -16,9 +16,8 @@
 #include "formats/StepWidth.h"
 #include "formats/digits.h"
 #include "formats/passes.h"
-#include "output/passfolder.h"
+#include "run/passframe.h"
 #include "run/run.h"
-#include "stats/passes.h"
 
 #include <algorithm>
 #include <iostream>
@@ -167,28 +166,22 @@ long writeIMFormat(Run& run) {
     if (!hasBit(run.GeneralMask, GeneralBit::IMFormat)) {
         return 0;
     }
-    if (!run.Daten) {
-        return -4;
-    }
-    const bool counted = tablesReady(run);
-    AUSGABE(Message::IMBegin);
-    PassFolder folder(run, Folder::FormatsData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    const int inner = folder.enterInner(Folder::IMFormat);
-    if (inner != 0 || !counted) {
-        folder.stay();
-        return inner != 0 ? inner : 1;
-    }
-    if (!writePairs(run, stepWidths(*run.Daten, run.PopAllele.front()))) {
-        AUSGABE(Message::IMLost);
-        folder.stay();
-        return -2;
-    }
-    run.LogEntry("Create IM-formated population pair files");
-    AUSGABE(Message::IMEnd);
-    return 0;
+    constexpr PassFrame kFrame{.Folder = &Folder::FormatsData,
+                               .Inner = &Folder::IMFormat,
+                               .Begin = Message::IMBegin,
+                               .End = Message::IMEnd,
+                               .LogText = "Create IM-formated population pair files",
+                               .NeedsTables = false};
+    return runInFrame(run, kFrame, [&run] {
+        if (run.PopAllele.empty()) {
+            return 1;
+        }
+        if (!writePairs(run, stepWidths(*run.Daten, run.PopAllele.front()))) {
+            AUSGABE(Message::IMLost);
+            return -2;
+        }
+        return 0;
+    });
 }
 
 } // namespace kva

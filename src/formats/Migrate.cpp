@@ -89,7 +89,7 @@ int Datensatz::MakeMigrateLine(int pop, int ind, int repeatMass, std::string& mi
     return 0;
 }
 
-long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite) {
+int writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite) {
     ResultFile migrate = run.OpenResult(run.DateiKurzName + ".migrate", "wb");
     if (!migrate.isOpen()) {
         return -1;

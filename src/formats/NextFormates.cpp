@@ -5,9 +5,8 @@
 #include "formats/StepWidth.h"
 #include "formats/exports.h"
 #include "formats/passes.h"
-#include "output/passfolder.h"
+#include "run/passframe.h"
 #include "run/run.h"
-#include "stats/passes.h"
 
 namespace kva {
 
@@ -25,19 +24,9 @@ void writeLog(ResultFile& log, uint32_t generalMask) {
     log.flush();
 }
 
-} // namespace
-
-long writeOtherFormats(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    const bool counted = tablesReady(run);
-    AUSGABE(Message::FormatsBegin);
-    PassFolder folder(run, Folder::FormatsData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    if (!counted) {
+// Result as writeOtherFormats().
+int writeFiles(Run& run) {
+    if (run.PopAllele.empty()) {
         return 1;
     }
     const std::vector<int32_t> schrittweite = stepWidths(*run.Daten, run.PopAllele.front());
@@ -46,15 +35,23 @@ long writeOtherFormats(Run& run) {
     }
     // Either bit alone gives both files: wanted.
     if ((run.GeneralMask & (GeneralBit::Arlequin | GeneralBit::Migrate)) != 0) {
-        const long result = writeMigrateAndArlequin(run, schrittweite);
+        const int result = writeMigrateAndArlequin(run, schrittweite);
         if (result != 0) {
-            folder.stay();
             return result;
         }
     }
     writeLog(run.LogDatei, run.GeneralMask);
-    AUSGABE(Message::FormatsEnd);
     return 0;
+}
+
+} // namespace
+
+long writeOtherFormats(Run& run) {
+    constexpr PassFrame kFrame{.Folder = &Folder::FormatsData,
+                               .Begin = Message::FormatsBegin,
+                               .End = Message::FormatsEnd,
+                               .NeedsTables = false};
+    return runInFrame(run, kFrame, [&run] { return writeFiles(run); });
 }
 
 } // namespace kva

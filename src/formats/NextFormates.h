@@ -21,7 +21,7 @@ void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite);
 // Writes the Migrate/LAMARC file "data.txt.migrate" and the Arlequin project
 // "data.txt.arlequin.arp", which share one walk over the individuals. 0; -1 if the first, -2 if the
 // second cannot be opened: the second is not tried, or the first is left empty.
-long writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite);
+int writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite);
 
 } // namespace kva
 

@@ -4,7 +4,7 @@
 #include "fstat/FstHeterogeneity.h"
 #include "fstat/FstSheets.h"
 #include "fstat/passes.h"
-#include "output/passfolder.h"
+#include "run/passframe.h"
 #include "run/run.h"
 #include "stats/passes.h"
 
@@ -64,6 +64,19 @@ int testAndWritePairs(Run& run, FTriple& f, CMatrix& locusTable) {
     return writeFstPValues(run, f, p) ? 0 : lostFile();
 }
 
+// The parts that the flags ask for. A lost file is told where it is lost and stops nothing here.
+void runParts(Run& run) {
+    if (!hasBit(run.FstMask, FstBit::NoPairs)) {
+        (void)pairwiseFst(run);
+    }
+    if (hasBit(run.FstMask, FstBit::Global)) {
+        (void)globalFst(run);
+    }
+    if (hasBit(run.FstMask, FstBit::Beta)) {
+        (void)fBeta(run);
+    }
+}
+
 } // namespace
 
 int fStatistics(Run& run, long permutationen) {
@@ -73,23 +86,15 @@ int fStatistics(Run& run, long permutationen) {
     if (!run.Daten) {
         return -4;
     }
-    (void)tablesReady(run);
     run.Permutationen = static_cast<int32_t>(permutationen);
-    const PassFolder folder(run, Folder::FStatistic);
-    if (!folder.entered() || run.PopAllele.empty()) {
-        return folder.status();
-    }
-    if (!hasBit(run.FstMask, FstBit::NoPairs)) {
-        (void)pairwiseFst(run); // a lost file is told there and stops nothing here
-    }
-    if (hasBit(run.FstMask, FstBit::Global)) {
-        (void)globalFst(run);
-    }
-    if (hasBit(run.FstMask, FstBit::Beta)) {
-        (void)fBeta(run);
-    }
-    run.LogEntry("Do some F-statistics...");
-    return 0;
+    constexpr PassFrame kFrame{.Folder = &Folder::FStatistic, .NeedsTables = false};
+    return runInFrame(run, kFrame, [&run] {
+        if (!run.PopAllele.empty()) {
+            runParts(run);
+            run.LogEntry("Do some F-statistics...");
+        }
+        return 0;
+    });
 }
 
 int pairwiseFst(Run& run) {

@@ -13,10 +13,9 @@
 #include "fstat/randsci.h"
 #include "hetrange/HetReplika.h"
 #include "hetrange/passes.h"
-#include "output/passfolder.h"
 #include "output/sheet.h"
+#include "run/passframe.h"
 #include "run/run.h"
-#include "stats/passes.h"
 
 #include <algorithm>
 #include <array>
@@ -101,23 +100,14 @@ void drawRow(std::span<int32_t> row, const DrawShape& shape, std::vector<float>&
 } // namespace
 
 long heterozygosityRange(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    if (!tablesReady(run)) {
-        return 1;
-    }
-    AUSGABE(Message::HetRangeBegin);
-    {
-        PassFolder folder(run, Folder::ResamplingData);
-        if (!folder.entered()) {
-            return folder.status();
-        }
+    constexpr PassFrame kFrame{.Folder = &Folder::ResamplingData,
+                               .Begin = Message::HetRangeBegin,
+                               .End = Message::HetRangeEnd,
+                               .LogText = "Calculate heterosygosity range as a sampling artefact"};
+    return runInFrame(run, kFrame, [&run] {
         writeHeterozygosityRanges(run);
-        run.LogEntry("Calculate heterosygosity range as a sampling artefact");
-    }
-    AUSGABE(Message::HetRangeEnd);
-    return 0;
+        return 0;
+    });
 }
 
 long writeHeterozygosityRanges(Run& run) {

@@ -76,16 +76,7 @@ void writeHead(ResultFile& report, const Run& run) {
                  run.AllelMinLaenge, run.AllelMaxLaenge);
 }
 
-} // namespace
-
-long writeErrorReport(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    if (!tablesReady(run) || !run.Enter()) {
-        return 1;
-    }
-    AUSGABE(Message::ErrorReportBegin);
+void writeReport(Run& run) {
     ResultFile report = run.OpenResult("Errorreport.txt", "wb");
     writeHead(report, run);
     const LocusTables& pool = run.PopAllele[0];
@@ -101,10 +92,18 @@ long writeErrorReport(Run& run) {
             writeRemarks(report, run, table, run.Daten->GetLociRepeatMuster(l));
         }
     }
-    report.close();
-    run.LogEntry("Generate Errorreport...");
-    AUSGABE(Message::ErrorReportEnd);
-    return 0;
+}
+
+} // namespace
+
+long writeErrorReport(Run& run) {
+    constexpr PassFrame kFrame{.BeginInFolder = Message::ErrorReportBegin,
+                               .End = Message::ErrorReportEnd,
+                               .LogText = "Generate Errorreport..."};
+    return runInFrame(run, kFrame, [&run] {
+        writeReport(run);
+        return 0;
+    });
 }
 
 } // namespace kva

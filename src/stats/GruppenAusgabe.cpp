@@ -6,7 +6,6 @@
 //      Grp 01	0.871042	0.790155
 //      Grp 02	0.725000	n.d.
 #include "control/Ausgabe.h"
-#include "output/passfolder.h"
 #include "stats/passes.h"
 #include "stats/statpass.h"
 
@@ -119,23 +118,9 @@ void writeGroup(Run& run, std::array<ResultFile, kGroupSheets.size()>& sheets, i
     }
 }
 
-} // namespace
-
-int writeGroupData(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    if (!tablesReady(run)) {
-        return 1;
-    }
-    PassFolder folder(run, Folder::GroupData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    folder.stay(); // wanted: the next pass enters its own folder by its full path
-    AUSGABE(Message::GroupsBegin);
+// The walk ends at the first number without a population: groups behind a gap are left out.
+void writeGroups(Run& run) {
     std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(run, kGroupSheets);
-    // The walk ends at the first number without a population: groups behind a gap are left out.
     for (int g = 1;; ++g) {
         AUSGABE(Message::TestGroup, g);
         if (run.Daten->TestGroup(g) == 0) {
@@ -143,12 +128,21 @@ int writeGroupData(Run& run) {
         }
         writeGroup(run, sheets, g);
     }
-    for (ResultFile& sheet : sheets) {
-        sheet.close();
-    }
-    run.LogEntry("Make Group results...");
-    AUSGABE(Message::GroupsEnd);
-    return 0;
+}
+
+} // namespace
+
+int writeGroupData(Run& run) {
+    // Wanted: the process stays in the folder; the next pass enters its own by its full path.
+    constexpr PassFrame kFrame{.Folder = &Folder::GroupData,
+                               .BeginInFolder = Message::GroupsBegin,
+                               .End = Message::GroupsEnd,
+                               .LogText = "Make Group results...",
+                               .StaysInFolder = true};
+    return runInFrame(run, kFrame, [&run] {
+        writeGroups(run);
+        return 0;
+    });
 }
 
 } // namespace kva

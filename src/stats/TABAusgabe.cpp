@@ -122,16 +122,7 @@ void writeLine(ResultFile& sheet, Run& run, int p, int l) {
     sheet.character('\n');
 }
 
-} // namespace
-
-int writeSummary(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    if (!tablesReady(run) || !run.Enter()) {
-        return 1;
-    }
-    AUSGABE(Message::SummaryBegin);
+void writeSheet(Run& run) {
     ResultFile sheet = run.OpenResult("Summary.xls", "wb");
     sheet.text(locusNameHead(run));
     sheet.text("\tPop.name");
@@ -145,10 +136,18 @@ int writeSummary(Run& run) {
             writeLine(sheet, run, p, l);
         }
     }
-    sheet.close();
-    run.LogEntry("Create tabular result files...");
-    AUSGABE(Message::SummaryEnd);
-    return 0;
+}
+
+} // namespace
+
+int writeSummary(Run& run) {
+    constexpr PassFrame kFrame{.BeginInFolder = Message::SummaryBegin,
+                               .End = Message::SummaryEnd,
+                               .LogText = "Create tabular result files..."};
+    return runInFrame(run, kFrame, [&run] {
+        writeSheet(run);
+        return 0;
+    });
 }
 
 } // namespace kva

@@ -11,7 +11,6 @@
 #include "control/Ausgabe.h"
 #include "data/CMatrix.h"
 #include "data/randomdiscard.h"
-#include "output/passfolder.h"
 #include "stats/NumberAllelesExp.h"
 #include "stats/passes.h"
 #include "stats/statpass.h"
@@ -312,26 +311,19 @@ void Overview::writeNumbers() {
 } // namespace
 
 int writeOverview(Run& run) {
-    if (!run.Daten) {
-        return -4;
-    }
-    if (!tablesReady(run)) {
-        return 1;
-    }
-    AUSGABE(Message::OverviewBegin);
-    PassFolder folder(run, Folder::SingleData);
-    if (!folder.entered()) {
-        return folder.status();
-    }
-    Overview overview(run);
-    overview.writeHets();
-    overview.writeVars();
-    overview.writeRanges();
-    overview.writeNumbers();
-    (void)writeGst(run); // always 0
-    run.LogEntry("Make Overview...");
-    AUSGABE(Message::OverviewEnd);
-    return 0;
+    constexpr PassFrame kFrame{.Folder = &Folder::SingleData,
+                               .Begin = Message::OverviewBegin,
+                               .End = Message::OverviewEnd,
+                               .LogText = "Make Overview..."};
+    return runInFrame(run, kFrame, [&run] {
+        Overview overview(run);
+        overview.writeHets();
+        overview.writeVars();
+        overview.writeRanges();
+        overview.writeNumbers();
+        (void)writeGst(run); // always 0
+        return 0;
+    });
 }
 
 } // namespace kva

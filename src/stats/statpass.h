@@ -4,6 +4,7 @@
 #define KVA_STATS_STATPASS_H
 
 #include "output/sheet.h"
+#include "run/passframe.h"
 #include "run/run.h"
 
 #include <array>
