@@ -1,6 +1,7 @@
 #include "data/allelcount.h"
 
 #include "control/Ausgabe.h"
+#include "data/diversity.h"
 #include "fstat/randsci.h"
 #include "output/resultfile.h"
 
@@ -248,22 +249,16 @@ double AllelCount::sumOfSquares() const {
 }
 
 double AllelCount::CalcHetuk() const {
-    return AnzGesamt == -1 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
+    return AnzGesamt == -1 ? kTooSmall : uncorrectedHet(sumOfSquares());
 }
 
 double AllelCount::CalcHet() const {
-    if (AnzGesamt == -1 || AnzChromosomen <= 2) {
-        return -1.0;
-    }
-    const double C = AnzChromosomen;
-    return std::min((C / (C - 2.0)) * (1.0 - sumOfSquares()), 1.0);
+    return AnzGesamt == -1 || AnzChromosomen <= 2 ? kTooSmall
+                                                  : expectedHet(AnzChromosomen, sumOfSquares());
 }
 
 double AllelCount::CalcHetobs() const {
-    if (AnzGesamt == -1 || AnzChromosomen <= 1 || AnzTypisiert <= 1) {
-        return -1.0;
-    }
-    return AnzHetero / (AnzTypisiert * 0.5);
+    return AnzGesamt == -1 ? kTooSmall : observedHet(AnzChromosomen, AnzTypisiert, AnzHetero);
 }
 
 double AllelCount::CalcHsk(int korrigiert) const {
@@ -273,7 +268,7 @@ double AllelCount::CalcHsk(int korrigiert) const {
     const double C = AnzChromosomen;
     double x = (1.0 - sumOfSquares()) - CalcHetobs() / C;
     if (korrigiert != 0) {
-        x *= C / (C - 2.0);
+        x *= sizeFactor(C);
     }
     return std::min(x, 1.0);
 }
@@ -300,8 +295,7 @@ double AllelCount::CalcVar(double mean) const {
         const double deviation = row.Nummer - mean;
         sum += row.Anzahl * (deviation * deviation);
     }
-    const double C = AnzChromosomen;
-    return (C / (C - 2.0)) * sum / AnzGesamt;
+    return sizeFactor(AnzChromosomen) * sum / AnzGesamt;
 }
 
 double AllelCount::CalcShannon() const {

@@ -3,6 +3,7 @@
 #ifndef KVA_DATA_CODEDDATA_H
 #define KVA_DATA_CODEDDATA_H
 
+#include "data/diversity.h"
 #include "data/slotmaps.h"
 
 #include <cstddef>
@@ -39,7 +40,7 @@ struct Tally {
     }
 
     // Heterozygotes per typed individual; -1.0 without one. As AllelCount::CalcHetobs.
-    double CalcHetobs() const { return Weight <= 1 || Typed <= 1 ? -1.0 : Hetero / (Typed * 0.5); }
+    double CalcHetobs() const { return observedHet(Weight, Typed, Hetero); }
 };
 
 // The tally of two entries that make an individual, given by their codes and weights (2; 1 for an

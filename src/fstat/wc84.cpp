@@ -1,6 +1,7 @@
 #include "fstat/wc84.h"
 
 #include "base/settings.h"
+#include "data/diversity.h"
 
 #include <cstddef>
 
@@ -94,14 +95,13 @@ void GlobalSums::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double und
         return;
     }
     const double hs = sizes.sumHs / sizes.s;
-    const double hmax = (sizes.s - 1.0 + hs) / sizes.s;
+    const double hmax = largestHt(sizes.s, hs);
     TotHt += g.Ht;
     TotHs += hs;
     TotHmax += hmax;
     const bool varies = g.Ht >= kLeastHt;
-    const double gst = varies ? 1.0 - hs / g.Ht : undefined;
-    locus(FRow::Gst, l) = gst;
-    locus(FRow::GstStrich, l) = varies ? gst / (1.0 - hs / hmax) : undefined;
+    locus(FRow::Gst, l) = varies ? gst(hs / g.Ht) : undefined;
+    locus(FRow::GstStrich, l) = varies ? gstStrich(hs / g.Ht, hs / hmax) : undefined;
     if (sizes.sumN <= sizes.s) {
         return; // every population has one individual
     }
@@ -119,8 +119,8 @@ void GlobalSums::add(const GlobalLocus& g, CMatrix& locus, int32_t l, double und
 GlobalValues GlobalSums::values(double undefined) const {
     GlobalValues values{F.values(undefined), undefined, undefined};
     if (TotHt >= kLeastHt) {
-        values.gst = 1.0 - TotHs / TotHt;
-        values.gstStrich = values.gst / (1.0 - TotHs / TotHmax);
+        values.gst = gst(TotHs / TotHt);
+        values.gstStrich = gstStrich(TotHs / TotHt, TotHs / TotHmax);
     }
     return values;
 }

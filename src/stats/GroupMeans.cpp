@@ -1,4 +1,5 @@
 // Means of the sample statistics over the populations of a group.
+#include "data/diversity.h"
 #include "data/lociclass.h"
 #include "data/randomdiscard.h"
 
@@ -69,7 +70,7 @@ int groupExtreme(const Question& of, int32_t AllelCount::*field, int32_t start, 
 
 // No guard for a sample without data: 1 - (-1)/(-1) is 0, and counts.
 double fis(const AllelCount& table) {
-    return 1.0 - table.CalcHetobs() / table.CalcHsk(1);
+    return inbreeding(table.CalcHetobs(), table.CalcHsk(1));
 }
 
 // A group operation of the locus object, or `noLocus` for a bad locus number.

@@ -5,6 +5,7 @@
 //      Locus name	Pop.name	Het obs	...	Fis,Pop	Frequences
 //      fca8	P01	0.625000	...	0.137931	0.125000	0.875000
 #include "control/Ausgabe.h"
+#include "data/diversity.h"
 #include "data/randomdiscard.h"
 #include "stats/NumberAllelesExp.h"
 #include "stats/passes.h"
@@ -77,7 +78,7 @@ constexpr std::array<CellRule<V>, 22> kColumns = {{
     {"SMM Exp.Num.Alleles", kReal, field<&V::smm>, belowOne<&V::smm>},
     {"IAN Exp.Num.Alleles", kReal, field<&V::iam>, belowOne<&V::smm>},
     {"Hs Nei", kReal, field<&V::hsk>, noFis},
-    {"Fis,Pop", kReal, [](const V& v) { return 1.0 - v.hetObs / v.hsk; }, noFis},
+    {"Fis,Pop", kReal, [](const V& v) { return inbreeding(v.hetObs, v.hsk); }, noFis},
 }};
 
 // The values of population p at locus l. The random-discard values of a table whose replicates

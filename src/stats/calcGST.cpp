@@ -9,6 +9,7 @@
 //      Gst(max)	...
 #include "control/Ausgabe.h"
 #include "data/CMatrix.h"
+#include "data/diversity.h"
 #include "stats/passes.h"
 #include "stats/statpass.h"
 
@@ -49,13 +50,13 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {"Gst", [](const Partition& of, int l) { return 1.0 - of.cell(l, kRatio); }, "\n"},
+    {"Gst", [](const Partition& of, int l) { return gst(of.cell(l, kRatio)); }, "\n"},
     {"Gst'",
      [](const Partition& of, int l) {
-         return (1.0 - of.cell(l, kRatio)) / (1.0 - of.cell(l, kRatioMax));
+         return gstStrich(of.cell(l, kRatio), of.cell(l, kRatioMax));
      },
      "\n\n"}, // wanted: the blank line stands here, not behind the three Gst rows
-    {"Gst(max)", [](const Partition& of, int l) { return 1.0 - of.cell(l, kRatioMax); }, "\n"},
+    {"Gst(max)", [](const Partition& of, int l) { return gst(of.cell(l, kRatioMax)); }, "\n"},
     {"Hs", [](const Partition& of, int l) { return of.cell(l, kHs); }, "\n"},
     {"Ht", [](const Partition& of, int l) { return of.cell(l, kHt); }, "\n"},
     {"Ht(max)", [](const Partition& of, int l) { return of.cell(l, kHtMax); }, "\n"},
@@ -85,7 +86,7 @@ void addLocus(Partition& of, const SampleTables& tables, int locus) {
         return;
     }
     const double Hs = sum / s;
-    const double HtMax = ((s - 1) + Hs) / s;
+    const double HtMax = largestHt(s, Hs);
     of.GstTabelle(locus, kHs) = Hs;
     of.GstTabelle(locus, kHtMax) = HtMax;
     of.SummeHs += Hs;
@@ -135,8 +136,8 @@ void writeRow(ResultFile& sheet, const Row& row, const Partition& of, int loci) 
 void writeMean(ResultFile& sheet, const char* label, bool there, double ratio, double ratioMax) {
     sheet.text(label);
     if (there) {
-        writeTabReal(sheet, 1.0 - ratio);
-        writeTabReal(sheet, (1.0 - ratio) / (1.0 - ratioMax));
+        writeTabReal(sheet, gst(ratio));
+        writeTabReal(sheet, gstStrich(ratio, ratioMax));
     } else {
         writeTabNd(sheet);
         writeTabNd(sheet);
