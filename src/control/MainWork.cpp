@@ -2,6 +2,7 @@
 #include "control/CMenu.h"
 #include "control/cczkva.h"
 
+#include <csignal>
 #include <exception>
 #include <fcntl.h>
 #include <iostream>
@@ -39,6 +40,8 @@ void holdStandardStreams() {
 
 int main(int argc, char** argv) {
     holdStandardStreams();
+    // A reader of the console that goes away takes no result with it: the files are still written.
+    (void)std::signal(SIGPIPE, SIG_IGN);
     try {
         return argc < 2 ? runMenu() : runCommandLine(argc, argv);
     } catch (const std::exception& failure) { // memory is at its end

@@ -3,10 +3,12 @@
 #include "control/AnalyseDataObj.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <limits>
+#include <new>
 #include <system_error>
 
 namespace kva {
@@ -20,7 +22,14 @@ bool isPipe(const std::string& name) {
 }
 
 InputFile openInput(const std::string& name) {
-    return InputFile(isPipe(name) ? nullptr : std::fopen(name.c_str(), "rb"));
+    if (isPipe(name)) {
+        return nullptr;
+    }
+    InputFile file(std::fopen(name.c_str(), "rb"));
+    if (!file && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
+    return file;
 }
 
 InputFile openDataFile(const std::string& name) {
@@ -39,7 +48,10 @@ LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std
         std::cout << std::endl << "Wrong Filename or Path!" << std::endl;
         return LoadResult::NoFile;
     }
-    (void)run.CheckDataFile(daten.get()); // the reader itself tells of a refusal
+    const int refusal = run.CheckDataFile(daten.get()); // told by the reader itself
+    if (refusal == 1 || refusal == 2) {
+        throw std::bad_alloc(); // no room to read into: the program's end, not an empty data set
+    }
     (void)run.ReadDataFile(daten.get());
     if (run.FolderMissing) {
         return LoadResult::NoFolder;

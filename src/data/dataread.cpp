@@ -208,6 +208,18 @@ void tell(const std::string& file, const Refusal& refusal) {
               << refusal.expected << std::endl;
 }
 
+// What is read of the file may not be all of it.
+void tellLost(const std::string& file, const char* reason) {
+    std::cout << "\nCannot read data file " << file << ": " << reason << std::endl;
+}
+
+// The same of a read or seek that failed, if one did.
+void tellFailure(const std::string& file, const DataWindow& window) {
+    if (window.failure() != 0) {
+        tellLost(file, std::strerror(window.failure()));
+    }
+}
+
 std::string shownByte(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte > 0x20 && byte < 0x7f ? std::string("\"") + c + '"'
@@ -558,9 +570,12 @@ int LoadedData::CheckDataFile(std::FILE* stream) {
         return 2;
     }
     const Refusal refusal = findShape(*this, window);
+    DataBytes = window.size();
     if (refusal.status != 0) {
         (void)Daten->init(0);
         tell(DateiName, refusal);
+    } else {
+        tellFailure(DateiName, window);
     }
     return refusal.status;
 }
@@ -570,6 +585,19 @@ int LoadedData::GetDataFile(std::FILE* stream) {
         return -1;
     }
     DataWindow window(stream);
+    if (!window.hasBuffer()) {
+        throw std::bad_alloc();
+    }
+    const int status = fillLoci(window);
+    if (window.failure() == 0 && window.size() != DataBytes) {
+        tellLost(DateiName, "it changed while it was read");
+    } else {
+        tellFailure(DateiName, window);
+    }
+    return status;
+}
+
+int LoadedData::fillLoci(DataWindow& window) {
     const std::string_view block = window.block(0);
     const Header header = readHeader(window, block);
     if (header.rows == 0 || header.rows != KopfZeilen) { // not the file that was checked

@@ -1,6 +1,7 @@
 #include "data/datarows.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <sys/types.h>
@@ -47,17 +48,28 @@ std::string_view takeCell(std::string_view& rest) {
 DataWindow::DataWindow(std::FILE* stream)
     : Stream(stream), Buffer(new (std::nothrow) char[kBufferSize]) {
     std::clearerr(Stream);
-    const int64_t size = fileSize();
-    Ended = !Buffer || size <= 0;
+    Size = fileSize();
+    Ended = !Buffer || Size <= 0;
     if (!Ended) {
-        ContentEnd = findContentEnd(size);
+        ContentEnd = findContentEnd(Size);
     }
-    std::rewind(Stream);
+    if (fseeko(Stream, 0, SEEK_SET) != 0) {
+        fail();
+        Ended = true;
+    }
 }
 
 // 0 for a stream that cannot be sought: there is nothing to read then.
 int64_t DataWindow::fileSize() {
-    return fseeko(Stream, 0, SEEK_END) == 0 ? int64_t{ftello(Stream)} : 0;
+    if (fseeko(Stream, 0, SEEK_END) == 0) {
+        return ftello(Stream);
+    }
+    fail();
+    return 0;
+}
+
+void DataWindow::fail() {
+    Failure = Failure != 0 ? Failure : errno;
 }
 
 int64_t DataWindow::findContentEnd(int64_t size) {
@@ -67,6 +79,9 @@ int64_t DataWindow::findContentEnd(int64_t size) {
         const auto bytes = static_cast<std::size_t>(end - from);
         if (fseeko(Stream, from, SEEK_SET) != 0 ||
             std::fread(Buffer.get(), 1, bytes, Stream) != bytes) {
+            if (std::ferror(Stream) != 0) {
+                fail();
+            }
             return size; // what cannot be read here is left to the walk
         }
         while (end > from && isEmptyLineByte(Buffer[static_cast<std::size_t>(end - from - 1)])) {
@@ -96,6 +111,11 @@ void DataWindow::slide(int64_t offset) {
     const std::size_t got = std::fread(Buffer.get() + Held, 1, room, Stream);
     Held += static_cast<int64_t>(got);
     Ended = got < room;
+    if (std::ferror(Stream) != 0) {
+        fail();
+    } else if (Ended && Start + Held < Size) { // cut short meanwhile
+        Failure = Failure != 0 ? Failure : EIO;
+    }
 }
 
 char DataWindow::byteAt(int64_t offset) const {

@@ -50,6 +50,12 @@ class DataWindow {
     // the end of the file, and for what is not held.
     char byteAt(int64_t offset) const;
 
+    // Bytes of the file when the window was made; 0 if it cannot be sought.
+    int64_t size() const { return Size; }
+
+    // The system's error number of the first read or seek that failed so far; 0: none did.
+    int failure() const { return Failure; }
+
     // Offset behind the last byte that is no blank, CR or LF: from here on the file holds
     // empty lines at most.
     int64_t contentEnd() const { return ContentEnd; }
@@ -62,11 +68,16 @@ class DataWindow {
     // it cannot be read. Leaves the stream anywhere.
     int64_t findContentEnd(int64_t size);
 
+    // Keeps the system's error number, if it is the first.
+    void fail();
+
     // Drops the bytes in front of `offset` and fills the buffer up from the stream.
     void slide(int64_t offset);
 
     std::FILE* Stream;              // NOT OWNED
     std::unique_ptr<char[]> Buffer; // null if there was no memory
+    int64_t Size = 0;               // see size()
+    int Failure = 0;                // see failure()
     int64_t Start = 0;              // offset in the file of the buffer's first byte
     int64_t Held = 0;               // bytes in the buffer
     int64_t ContentEnd = 0;         // see contentEnd(); 0 if there is nothing to read

@@ -12,10 +12,15 @@
 
 namespace kva {
 
+class DataWindow;
+
 // A loaded data set: Daten and the shape of its file.
 class LoadedData {
   public:
     // --- Reading: dataread.cpp -----------------------------------------------------------
+
+    // A file that cannot be read to its end, or that changes between the passes, is told on the
+    // console; what was read of it stays.
 
     // First pass over the file, from its start: finds its shape, makes and sizes Daten and sets the
     // numbers below. 0, also for a file whose first row names no locus; or a refusal: -1 null
@@ -24,7 +29,7 @@ class LoadedData {
     // row, finding and expectation, and Daten stays without loci. The stream stays the caller's.
     int CheckDataFile(std::FILE* stream);
 
-    // Second pass, from the file's start: fills the loci, names and lengths, with a mark on the
+    // Second pass, from the file's start (throws std::bad_alloc without memory for it): fills the loci, names and lengths, with a mark on the
     // console for each row. 0; -1 null stream, a refused file, not the file of the first pass, or
     // rows that may be too long (rowTooLong); -3 for three header rows but a KopfSpalten
     // other than 3.
@@ -94,6 +99,11 @@ class LoadedData {
     char DatenFormat = 0;                   // columns per locus, 1 or 2; a number, not a digit; 0
                                             // until checked
     std::string DateiName = "testdata.dat"; // data file as it was typed
+    int64_t DataBytes = 0;                  // size of the data file; 0 until checked
+
+  private:
+    // The second pass itself.
+    int fillLoci(DataWindow& window);
 };
 
 } // namespace kva

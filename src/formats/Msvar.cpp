@@ -45,7 +45,7 @@ void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite) {
     for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
         const LocusTables& tables = run.PopAllele[static_cast<std::size_t>(pop)];
         ResultFile file =
-            run.OpenResult(fileNameOf(*run.Daten->GetPopName(pop) + ".beau.infile"), "wb");
+            run.OpenResult(fileNameOf(orEmpty(run.Daten->GetPopName(pop)) + ".beau.infile"), "wb");
         file.integer(std::count_if(tables.begin(), tables.end(),
                                    [](const AllelCount& table) { return table.AnzAllele > 0; }));
         file.character('\n');

@@ -108,10 +108,10 @@ class GlobalRowEnd {
 };
 
 void writeGlobalLocus(const Run& run, ResultFile& sheet, const GlobalResult& result, int32_t l) {
-    const std::string& name = *run.Daten->GetLociName(l + 1);
+    const std::string name = orEmpty(run.Daten->GetLociName(l + 1));
     sheet.text("Locus: " + name);
     if (run.DatenFormat == 2) {
-        sheet.text("  /  " + *run.Daten->GetLociName2OrFirst(l + 1));
+        sheet.text("  /  " + orEmpty(run.Daten->GetLociName2OrFirst(l + 1)));
     }
     sheet.character('\n');
     for (const GlobalRow& zeile : kGlobalRows) {

@@ -45,9 +45,10 @@ constexpr FolderRule ResamplingData{"Resampling_data", Message::ResamplingNotMad
 class PassFolder {
   public:
     // Makes the folder (mode 0777) under ResultPfad and makes it the current folder of the process;
-    // a failure is told on the console, and so is a `folder` without a path, where nothing was
-    // loaded. Result files opened meanwhile are shown with the folder's name in failure lines.
-    // `folder` must outlive the stay.
+    // a failure leaves the process where it is and is told on the console, with the system's reason
+    // in the log, and so is a `folder` without a path, where nothing was loaded. Result files
+    // opened meanwhile are shown with the folder's name in failure lines. `folder` must outlive the
+    // stay.
     PassFolder(ResultFolder& folder, const FolderRule& rule);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.

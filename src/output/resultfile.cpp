@@ -1,5 +1,6 @@
 #include "output/resultfile.h"
 
+#include "output/nofollow.h"
 #include "output/numberformat.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ ResultFile::ResultFile(const std::string& name, const char* mode, std::string sh
                        FileFailureHandler onFailure)
     : ShownName(std::move(shownName)), OnFailure(std::move(onFailure)) {
     surviveSizeLimit();
-    Stream.reset(std::fopen(name.c_str(), mode));
+    Stream.reset(openFile(name, mode));
     if (!Stream) {
         fail(errno);
         return;

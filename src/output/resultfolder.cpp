@@ -2,12 +2,14 @@
 #include "output/resultfolder.h"
 
 #include "control/Ausgabe.h"
+#include "output/nofollow.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <new>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -39,6 +41,9 @@ int makeNumberedFolder(const std::string& stem, std::string& folder) {
 std::string absolutePath(const std::string& name) {
     std::error_code error;
     const std::filesystem::path current = std::filesystem::current_path(error);
+    if (error == std::errc::not_enough_memory) {
+        throw std::bad_alloc();
+    }
     const std::filesystem::path path = current / name; // an absolute name stands alone
     return path.is_absolute() ? path.string() : std::string();
 }
@@ -64,7 +69,7 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     }
     std::string folder = dataFile;
     int error = DataPath.empty() ? ENOENT : makeNumberedFolder(DataPath + "_KVAresult", folder);
-    if (error == 0 && chdir(folder.c_str()) != 0) {
+    if (error == 0 && !enterFolder(folder)) {
         error = errno;
     }
     if (error != 0) {
@@ -83,18 +88,28 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     return 0;
 }
 
-bool ResultFolder::Enter() const {
-    if (chdir(ResultPfad.c_str()) == 0) {
+bool ResultFolder::Enter() {
+    if (EnterQuietly()) {
         return true;
     }
     AUSGABE(Message::ResultNotEntered);
     return false;
 }
 
+bool ResultFolder::EnterQuietly() {
+    if (enterFolder(ResultPfad)) {
+        return true;
+    }
+    LogFailure("Cannot enter " + ResultPfad + ": " + std::strerror(errno));
+    return false;
+}
+
 ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
     return {name, mode, CurrentFolder + name,
             [this](const std::string& shownName, const std::string& reason) {
-                reportFailure(shownName, reason);
+                const std::string line = "Cannot write result file " + shownName + ": " + reason;
+                std::cout << '\n' << line << std::endl;
+                LogFailure(line);
             }};
 }
 
@@ -105,9 +120,7 @@ void ResultFolder::LogEntry(const char* text) {
     LogDatei.flush();
 }
 
-void ResultFolder::reportFailure(const std::string& name, const std::string& reason) {
-    const std::string line = "Cannot write result file " + name + ": " + reason;
-    std::cout << '\n' << line << std::endl;
+void ResultFolder::LogFailure(const std::string& line) {
     LogDatei.text(line + "\n");
     LogDatei.flush();
 }

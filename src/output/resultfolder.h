@@ -33,14 +33,20 @@ class ResultFolder {
     // and the result is 0.
     int MakeNext(const std::string& dataFile);
 
-    // Goes into the result folder itself; false, with Message::ResultNotEntered on the console, if
-    // that fails.
-    bool Enter() const;
+    // Goes into the result folder itself; false, with Message::ResultNotEntered on the console and
+    // the system's reason in the log, if that fails.
+    bool Enter();
+
+    // The same without a word on the console.
+    bool EnterQuietly();
 
     // Opens a file of the result folder by its bare name in the current folder; `mode` as in
     // ResultFile. A failure, now or later, is told on the console and in the log. This object must
     // outlive the file.
     ResultFile OpenResult(const std::string& name, const char* mode);
+
+    // Puts a line about a failure into the log and flushes it. Nothing without a log.
+    void LogFailure(const std::string& line);
 
     // The entry of a finished pass in the log: a line end, the text, a line end, flushed. Nothing
     // without a log.
@@ -54,11 +60,6 @@ class ResultFolder {
                                 // failure lines; set by PassFolder
     bool FolderMissing = false; // the last MakeNext failed: no pass may run
     ResultFile LogDatei;        // the run log "KVA.log"
-
-  private:
-    // Tells of a result file, `name` as it is to be shown, on the console and in the log, which it
-    // flushes.
-    void reportFailure(const std::string& name, const std::string& reason);
 };
 
 // The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a

@@ -15,6 +15,7 @@
 using namespace kva;
 
 using kva_test::readFile;
+using kva_test::SizeLimit;
 using kva_test::TempFolder;
 using kva_test::writeFile;
 
@@ -26,8 +27,10 @@ namespace {
 class ResultFileTest : public testing::Test {
   protected:
     ResultFile open(const std::string& name, const char* mode = "wb") {
-        return {name, mode, "Folder/" + name,
-                [this](const std::string& shownName, const std::string& reason) {
+        return openAs(name, mode, "Folder/" + name);
+    }
+    ResultFile openAs(const std::string& name, const char* mode, const std::string& shown) {
+        return {name, mode, shown, [this](const std::string& shownName, const std::string& reason) {
                     told.push_back(shownName + ": " + reason);
                 }};
     }
@@ -39,25 +42,9 @@ class ResultFileTest : public testing::Test {
 // A file on a disk that is full: each write fails.
 class FullDisk : public ResultFileTest {
   protected:
-    FullDisk() { fs::create_symlink("/dev/full", "full.xls"); }
+    ResultFile openFull() { return openAs("/dev/full", "wb", "Folder/full.xls"); }
 
     const std::vector<std::string> noSpace = {"Folder/full.xls: No space left on device"};
-};
-
-// Files of the process end at `bytes` while the object lives.
-class SizeLimit {
-  public:
-    explicit SizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SizeLimit() { setrlimit(RLIMIT_FSIZE, &before); }
-    SizeLimit(const SizeLimit&) = delete;
-    SizeLimit& operator=(const SizeLimit&) = delete;
-
-  private:
-    rlimit before{};
 };
 
 } // namespace
@@ -295,7 +282,7 @@ TEST_F(ResultFileTest, NobodyNeedsToListen) {
 }
 
 TEST_F(FullDisk, AFailedFlushIsToldOnce) {
-    ResultFile file = open("full.xls");
+    ResultFile file = openFull();
     EXPECT_TRUE(file.isOpen());
     file.text("one");
     EXPECT_TRUE(told.empty());
@@ -308,19 +295,19 @@ TEST_F(FullDisk, AFailedFlushIsToldOnce) {
 }
 
 TEST_F(FullDisk, AFewBytesFailWhenTheFileIsClosed) {
-    ResultFile file = open("full.xls");
+    ResultFile file = openFull();
     file.text("x");
     EXPECT_FALSE(file.close());
     EXPECT_EQ(told, noSpace);
 }
 
 TEST_F(FullDisk, TheEndOfTheScopeTellsToo) {
-    { open("full.xls").text("x"); }
+    { openFull().text("x"); }
     EXPECT_EQ(told, noSpace);
 }
 
 TEST_F(FullDisk, AFullBufferFailsOnTheWay) {
-    ResultFile file = open("full.xls");
+    ResultFile file = openFull();
     for (int i = 0; i < 100000; ++i) {
         file.text("row\n");
     }
@@ -329,14 +316,14 @@ TEST_F(FullDisk, AFullBufferFailsOnTheWay) {
 }
 
 TEST_F(FullDisk, NothingWrittenNothingFails) {
-    EXPECT_TRUE(open("full.xls").close());
+    EXPECT_TRUE(openFull().close());
     EXPECT_TRUE(told.empty());
 }
 
 TEST_F(FullDisk, TheListenerMayWriteToTheVeryFile) {
     ResultFile file;
     int calls = 0;
-    file = ResultFile("full.xls", "wb", "full.xls", [&](const std::string&, const std::string&) {
+    file = ResultFile("/dev/full", "wb", "full.xls", [&](const std::string&, const std::string&) {
         ++calls;
         file.text("failed\n");
         file.flush();

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 
 namespace kva_test {
 
@@ -42,6 +43,22 @@ class TempFolder {
   private:
     std::filesystem::path folder;
     std::filesystem::path before; // working folder to come back to; empty: not entered
+};
+
+// Files of the process end at `bytes` while the object lives.
+class SizeLimit {
+  public:
+    explicit SizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SizeLimit() { setrlimit(RLIMIT_FSIZE, &before); }
+    SizeLimit(const SizeLimit&) = delete;
+    SizeLimit& operator=(const SizeLimit&) = delete;
+
+  private:
+    rlimit before{};
 };
 
 // Takes all that goes to standard output (file descriptor 1, so std::cout and stdio alike) from
