@@ -7,6 +7,10 @@ if(KVA_SANITIZE)
     add_link_options(${kva_sanitizers})
 endif()
 
+if(KVA_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(KVA_COVERAGE)
     add_compile_options(--coverage -fprofile-update=atomic)
     add_link_options(--coverage)
