@@ -53,8 +53,9 @@ class ResultFile {
             ++Used;
         }
     }
-    void integer(long long value);                              // "%lld"
-    void fixed(double value, int precision = 6, int width = 0); // "%*.*f"
+    void integer(long long value);                          // "%lld"
+    void fixed(double value);                               // "%f"
+    void fixed(double value, int precision, int width = 0); // "%*.*f"
 
     // "\t%f": the cell of most sheets, in one go.
     void tabFixed(double value);
