@@ -74,8 +74,7 @@ std::vector<std::string> individualLabels(const Datensatz& daten, int32_t indivi
 // --- Matrices --------------------------------------------------------------------------
 
 MatrixWriter::MatrixWriter(std::span<const std::string> labels, CellRules rules, Form form)
-    : Labels(labels), Rules(rules), Layout(form), Mirror(labels.size()), Values(labels.size()),
-      Upper(labels.size()) {}
+    : Labels(labels), Rules(rules), Layout(form), Mirror(labels.size()), Values(labels.size()) {}
 
 void MatrixWriter::begin(ResultFile file, const Measure& measure) {
     File = std::move(file);
@@ -87,11 +86,11 @@ void MatrixWriter::begin(ResultFile file, const Measure& measure) {
 }
 
 void MatrixWriter::writeRow(std::size_t i, const RowSums& sums) {
-    encodeRow(i, sums, Mirror.beginRow(i));
+    const std::span<const uint32_t> upper = encodeRow(i, sums, Mirror.beginRow(i));
     File.text(Labels[i]);
     writeCells(Mirror.cells());
     File.text(kDiagonal);
-    writeCells(std::span(Upper).subspan(i + 1));
+    writeCells(upper);
     if (Layout == Form::Nexus) {
         EndNexus(File, static_cast<int>(i), static_cast<int>(Labels.size()));
     } else {
@@ -106,16 +105,23 @@ void MatrixWriter::end() {
     File.close();
 }
 
-void MatrixWriter::encodeRow(std::size_t i, const RowSums& sums, uint32_t* mirror) {
+std::span<const uint32_t> MatrixWriter::encodeRow(std::size_t i, const RowSums& sums,
+                                                  uint32_t* mirror) {
     const std::size_t rows = Labels.size();
-    Rule.FromSums.UpperCells(Rule.Sums, sums, Rules, i + 1, rows, Values.data());
+    double* const values = Values.data();
+    Rule.FromSums.UpperCells(Rule.Sums, sums, Rules, i + 1, rows, values);
     for (std::size_t j = i + 1; j < rows; ++j) {
-        Upper[j] = Codes.encode(Values[j]);
-        mirror[j] = Upper[j];
+        mirror[j] = Codes.encode(values[j]);
     }
-    for (std::size_t j = i + 1; j < rows && !isSymmetric(Rule, Rules); ++j) {
+    const std::span upper(mirror + i + 1, rows - i - 1);
+    if (isSymmetric(Rule, Rules)) {
+        return upper;
+    }
+    Upper.assign(upper.begin(), upper.end());
+    for (std::size_t j = i + 1; j < rows; ++j) {
         mirror[j] = Codes.encode(matrixCells(Rule, pairSums(Rule, sums, j), Rules).Lower);
     }
+    return Upper;
 }
 
 void MatrixWriter::writeCells(std::span<const uint32_t> codes) {

@@ -70,7 +70,9 @@ class MatrixWriter {
     void end();
 
   private:
-    void encodeRow(std::size_t i, const RowSums& sums, uint32_t* mirror);
+    // The cells of row i right of the diagonal; sets their mirror images, by column. They hold
+    // until the next row.
+    std::span<const uint32_t> encodeRow(std::size_t i, const RowSums& sums, uint32_t* mirror);
     void writeCells(std::span<const uint32_t> codes);
 
     std::span<const std::string> Labels; // NOT OWNED; by row
@@ -81,7 +83,7 @@ class MatrixWriter {
     CellCodes Codes;                     // of its cells
     LowerTriangle Mirror;                // its cells below the diagonal
     std::vector<double> Values;          // of the running row right of the diagonal, by column
-    std::vector<uint32_t> Upper;         // their cells
+    std::vector<uint32_t> Upper;         // their cells, where the mirror images are others
 };
 
 } // namespace kva

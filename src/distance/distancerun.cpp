@@ -11,8 +11,8 @@ namespace kva {
 
 namespace {
 
-constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;   // of what loci add, from row to row
-constexpr std::size_t kMirrorBytes = std::size_t{1} << 28U; // of matrices written side by side
+constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;     // of what loci add, from row to row
+constexpr std::size_t kMirrorBytes = std::size_t{160} << 20U; // of matrices written side by side
 
 CellRules cellRules(const Run& run) {
     return {hasBit(run.GeneralMask, GeneralBit::MinusLog), run.DistUnendlich, run.DistFehlerwert};

@@ -17,16 +17,10 @@ RowSummer::RowSummer(const Samples& samples, QuantitySet wanted, Effort effort)
 const RowSums& RowSummer::sum(std::size_t i, std::span<const std::size_t> loci, QuantitySet asked) {
     if (Genotypes) {
         Genotypes->sum(i, loci, Sums);
-        return Sums;
-    }
-    if (!Kept) {
+    } else if (Kept) {
+        Kept->sum(i, loci, Sums);
+    } else {
         sumPlainly(i, loci, asked);
-        return Sums;
-    }
-    for (const Quantity quantity : kAllQuantities) {
-        if (asked.has(quantity)) {
-            Kept->sum(quantity, i, loci, Sums.of(quantity));
-        }
     }
     return Sums;
 }

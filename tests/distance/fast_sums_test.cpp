@@ -69,13 +69,8 @@ void expectPlainSums(const Samples& samples, QuantitySet asked,
 void expectKeptTerms(const Samples& samples, QuantitySet asked,
                      const std::vector<std::size_t>& loci, uint32_t seed) {
     const KeptTerms kept(samples, asked);
-    expectPlainSums(samples, asked, loci, seed, [&](std::size_t i, RowSums& sums) {
-        for (const Quantity quantity : kAllQuantities) {
-            if (asked.has(quantity)) {
-                kept.sum(quantity, i, loci, sums.of(quantity));
-            }
-        }
-    });
+    expectPlainSums(samples, asked, loci, seed,
+                    [&](std::size_t i, RowSums& sums) { kept.sum(i, loci, sums); });
 }
 
 // Result: whether there were tables.
@@ -190,11 +185,14 @@ TEST(GenotypeTables, OtherSamplesThanIndividualsAreRefused) {
     EXPECT_FALSE(hasTables(samples));
 }
 
-// One quantity at once and one by allele, of 3 samples with one allele each: rows of 2 and of 1
-// pairs, each filled up to 8 doubles, and none for the last sample.
+// Four quantities at once are two groups, and one by allele is a third. 3 samples with one allele
+// each have rows of 2 and of 1 pairs, each filled up to 8, and none for the last sample. A block
+// has room for three quantities.
 TEST(KeptTerms, BytesOfTheTerms) {
-    QuantitySet two;
-    two.add(Quantity::Typed);
-    two.add(Quantity::Smaller);
-    EXPECT_EQ(KeptTerms::bytes(homozygotes(3, 3), two), 2U * 2 * 8 * sizeof(double));
+    QuantitySet five;
+    for (const Quantity quantity :
+         {Quantity::Typed, Quantity::InNei, Quantity::Chord, Quantity::Cosine, Quantity::Smaller}) {
+        five.add(quantity);
+    }
+    EXPECT_EQ(KeptTerms::bytes(homozygotes(3, 3), five), 3U * 2 * 8 * 3 * sizeof(double));
 }
