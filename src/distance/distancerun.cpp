@@ -27,8 +27,8 @@ DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
       Sums(Prepared, quantitiesOf(Measures),
            {static_cast<std::size_t>(std::max(run.Bootstraps, 1)), kKeptBytes}) {
     const std::size_t room = kMirrorBytes / (MatrixWriter::bytes(Labels.size()) + 1);
-    const std::size_t sideBySide = std::clamp<std::size_t>(room, 1, Measures.size() + 1);
-    for (std::size_t m = 0; m < std::min(sideBySide, Measures.size()); ++m) {
+    const std::size_t sideBySide = std::min(std::max<std::size_t>(room, 1), Measures.size());
+    for (std::size_t m = 0; m < sideBySide; ++m) {
         Matrices.emplace_back(Labels, Rules,
                               nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain);
     }
@@ -98,14 +98,14 @@ void DistanceRun::writeReplicate() {
 void DistanceRun::writeMatrices(std::span<const Measure> measures,
                                 std::span<const std::size_t> loci) {
     std::vector<Measure> open;
-    for (std::size_t m = 0; m < measures.size(); ++m) {
-        ResultFile file = openMatrix(measures[m], "rb+");
+    for (const Measure& measure : measures) {
+        ResultFile file = openMatrix(measure, "rb+");
         if (!file.isOpen()) {
             AUSGABE(Message::DistanceLost);
             continue;
         }
-        Matrices[open.size()].begin(std::move(file), measures[m]);
-        open.push_back(measures[m]);
+        Matrices[open.size()].begin(std::move(file), measure);
+        open.push_back(measure);
     }
     const auto writers = std::span(Matrices).first(open.size());
     const QuantitySet asked = quantitiesOf(open);

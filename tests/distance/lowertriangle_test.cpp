@@ -31,7 +31,7 @@ void expectAllRows(LowerTriangle& triangle, std::size_t rows, std::size_t matrix
 // Sizes around the number of rows that wait together, and twice on each object: a further matrix
 // begins anew.
 TEST(LowerTriangle, EveryRowFindsItsCells) {
-    for (const std::size_t rows : {0, 1, 2, 3, 15, 16, 17, 31, 32, 33, 50}) {
+    for (const std::size_t rows : {0U, 1U, 2U, 3U, 15U, 16U, 17U, 31U, 32U, 33U, 50U}) {
         LowerTriangle triangle(rows);
         expectAllRows(triangle, rows, 1);
         expectAllRows(triangle, rows, 2);
