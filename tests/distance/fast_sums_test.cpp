@@ -171,6 +171,10 @@ TEST(GenotypeTables, OtherSamplesThanIndividualsAreRefused) {
     samples.Loci[0].Shares[9].Share = 0.75;
     EXPECT_FALSE(hasTables(samples));
     samples = fine;
+    samples.Loci[0].First[10] = 11; // two alleles of frequency 1
+    samples.Loci[0].Shares.push_back({1.0, 0});
+    EXPECT_FALSE(hasTables(samples));
+    samples = fine;
     samples.Loci[0].Variance[9] = -1.0;
     EXPECT_FALSE(hasTables(samples));
     samples = fine;
