@@ -86,16 +86,16 @@ long individualDistances(Run& run, long bootstraps) {
 long writePopulationMatrices(Run& run) {
     (void)tablesReady(run);
     // Entry 0 of the tables is the pool.
-    Samples samples = prepareSamples(run.PopAllele, 1, run.AnzPop, poolOf(run),
-                                     repeatLengths(run, true), kPopulations.Rules);
+    Samples samples = prepareSamples(run.PopAllele, 1, static_cast<std::size_t>(run.AnzPop),
+                                     poolOf(run), repeatLengths(run, true), kPopulations.Rules);
     return DistanceRun(run, kPopulations, std::move(samples),
                        populationLabels(*run.Daten, run.AnzPop))
         .run();
 }
 
 long writeIndividualMatrices(Run& run) {
-    Samples samples = prepareSamples(run.IndAllele, 0, run.AnzInd, poolOf(run),
-                                     repeatLengths(run, false), kIndividuals.Rules);
+    Samples samples = prepareSamples(run.IndAllele, 0, static_cast<std::size_t>(run.AnzInd),
+                                     poolOf(run), repeatLengths(run, false), kIndividuals.Rules);
     return DistanceRun(run, kIndividuals, std::move(samples),
                        individualLabels(*run.Daten, run.AnzInd))
         .run();

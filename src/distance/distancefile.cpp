@@ -1,10 +1,9 @@
 #include "distance/distancefile.h"
 
 #include "data/lociclass.h"
-#include "output/numberformat.h"
-#include "output/resultfile.h"
 #include "output/sheet.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string_view>
 #include <utility>
@@ -13,23 +12,9 @@ namespace kva {
 
 namespace {
 
-constexpr int kDecimals = 5;
-constexpr int kWidth = 8;
 constexpr std::string_view kDiagonal = "  0.00000"; // the cell of a sample with itself
 constexpr std::size_t kIndividualLabel = 5;         // of the name in an individual's label
-
-// A cell as it is written: " %8.5f".
-class CellText {
-  public:
-    explicit CellText(double value) : Length(1 + formatFixed(Bytes + 1, value, kDecimals, kWidth)) {
-        Bytes[0] = ' ';
-    }
-    std::string_view text() const { return {Bytes, Length}; }
-
-  private:
-    char Bytes[kFixedBufferSize + 1];
-    std::size_t Length;
-};
+constexpr std::size_t kCellsAtOnce = 64;            // written without a look at the file's room
 
 } // namespace
 
@@ -88,42 +73,67 @@ std::vector<std::string> individualLabels(const Datensatz& daten, int32_t indivi
 
 // --- Matrices --------------------------------------------------------------------------
 
-MatrixWriter::MatrixWriter(std::vector<std::string> labels, CellRules rules, Form form)
-    : Labels(std::move(labels)), Rules(rules), Layout(form), Mirror(rows()) {}
+MatrixWriter::MatrixWriter(std::span<const std::string> labels, CellRules rules, Form form)
+    : Labels(labels), Rules(rules), Layout(form), Mirror(labels.size()), Values(labels.size()) {}
 
-void MatrixWriter::write(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci) {
-    if (!file.isOpen()) {
-        return;
-    }
+void MatrixWriter::begin(ResultFile file, const Measure& measure) {
+    File = std::move(file);
+    Rule = measure;
+    Codes.clear();
     if (Layout == Form::Plain) {
-        file.print("%d\n", rows());
-    }
-    for (int32_t i = 0; i < rows(); ++i) {
-        writeRow(file, sums, loci, i);
-    }
-    if (Layout == Form::Plain) {
-        file.character('\n');
+        File.print("%zu\n", Labels.size());
     }
 }
 
-void MatrixWriter::writeRow(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci,
-                            int32_t i) {
-    Mirror.beginRow(i);
-    Line = Labels[static_cast<std::size_t>(i)];
-    Line += Mirror.cells();
-    Line += kDiagonal;
-    sums.sum(i, loci);
-    for (int32_t j = i + 1; j < rows(); ++j) {
-        const CellPair cells = matrixCells(sums.measure(), sums.pair(j), Rules);
-        const CellText upper(cells.Upper);
-        Line += upper.text();
-        Mirror.add(j, cells.Lower == cells.Upper ? upper.text() : CellText(cells.Lower).text());
-    }
-    file.text(Line);
+void MatrixWriter::writeRow(std::size_t i, const RowSums& sums) {
+    const std::span<const uint32_t> upper = encodeRow(i, sums, Mirror.beginRow(i));
+    File.text(Labels[i]);
+    writeCells(Mirror.cells());
+    File.text(kDiagonal);
+    writeCells(upper);
     if (Layout == Form::Nexus) {
-        EndNexus(file, i, rows());
+        EndNexus(File, static_cast<int>(i), static_cast<int>(Labels.size()));
     } else {
-        file.character('\n');
+        File.character('\n');
+    }
+}
+
+void MatrixWriter::end() {
+    if (Layout == Form::Plain) {
+        File.character('\n');
+    }
+    File.close();
+}
+
+std::span<const uint32_t> MatrixWriter::encodeRow(std::size_t i, const RowSums& sums,
+                                                  uint32_t* mirror) {
+    const std::size_t rows = Labels.size();
+    double* const values = Values.data();
+    Rule.FromSums.UpperCells(Rule.Sums, sums, Rules, i + 1, rows, values);
+    for (std::size_t j = i + 1; j < rows; ++j) {
+        mirror[j] = Codes.encode(values[j]);
+    }
+    const std::span upper(mirror + i + 1, rows - i - 1);
+    if (isSymmetric(Rule, Rules)) {
+        return upper;
+    }
+    Upper.assign(upper.begin(), upper.end());
+    for (std::size_t j = i + 1; j < rows; ++j) {
+        mirror[j] = Codes.encode(matrixCells(Rule, pairSums(Rule, sums, j), Rules).Lower);
+    }
+    return Upper;
+}
+
+void MatrixWriter::writeCells(std::span<const uint32_t> codes) {
+    while (!codes.empty()) {
+        const auto some = codes.first(std::min(codes.size(), kCellsAtOnce));
+        File.write(some.size() * CellCodes::kRoom, [&](char* out) {
+            for (const uint32_t code : some) {
+                out = Codes.write(out, code);
+            }
+            return out;
+        });
+        codes = codes.subspan(some.size());
     }
 }
 

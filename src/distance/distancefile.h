@@ -9,10 +9,12 @@
 #ifndef KVA_DISTANCE_DISTANCEFILE_H
 #define KVA_DISTANCE_DISTANCEFILE_H
 
+#include "distance/cellcodes.h"
 #include "distance/lowertriangle.h"
 #include "distance/measures.h"
-#include "distance/rowsummer.h"
+#include "output/resultfile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -21,7 +23,6 @@
 namespace kva {
 
 class Datensatz;
-class ResultFile;
 
 // Writes the head of a NEXUS file of `ntax` individuals, up to the line "matrix". `bit` and
 // `index` tell the output and have no effect on the text. False, and nothing written, if the
@@ -52,24 +53,37 @@ class MatrixWriter {
     // EndNexus() behind each; the head is StartNexus()'s.
     enum class Form { Plain, Nexus };
 
-    // labels: one per row; their number is the size of the matrices.
-    MatrixWriter(std::vector<std::string> labels, CellRules rules, Form form);
+    // What a writer takes for matrices of so many rows, in bytes.
+    static constexpr std::size_t bytes(std::size_t rows) { return LowerTriangle::bytes(rows); }
 
-    // Writes the matrix of the measure of `sums` over `loci` (from 0, in their order), where the
-    // file stands. `sums` has as many samples as there are rows. Nothing is computed for a
-    // file that is not open.
-    void write(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci);
+    // labels: NOT OWNED, one per row; their number is the size of the matrices.
+    MatrixWriter(std::span<const std::string> labels, CellRules rules, Form form);
+
+    // Begins the matrix of a measure where the file stands. Nothing is written to a closed file.
+    void begin(ResultFile file, const Measure& measure);
+
+    // Writes row i, from 0, with its line end, from the sums of the pairs (i, j). Rows come in
+    // their order.
+    void writeRow(std::size_t i, const RowSums& sums);
+
+    // Ends the matrix and closes its file.
+    void end();
 
   private:
-    // Writes row i, from 0, with its line end. Rows come in their order.
-    void writeRow(ResultFile& file, RowSummer& sums, std::span<const int32_t> loci, int32_t i);
-    int32_t rows() const { return static_cast<int32_t>(Labels.size()); } // and columns
+    // The cells of row i right of the diagonal; sets their mirror images, by column. They hold
+    // until the next row.
+    std::span<const uint32_t> encodeRow(std::size_t i, const RowSums& sums, uint32_t* mirror);
+    void writeCells(std::span<const uint32_t> codes);
 
-    std::vector<std::string> Labels; // by row
-    CellRules Rules;                 // of the cells
-    Form Layout;                     // of all matrices
-    LowerTriangle Mirror;            // cells below the diagonal of the running matrix
-    std::string Line;                // the running row; kept for its room
+    std::span<const std::string> Labels; // NOT OWNED; by row
+    CellRules Rules;                     // of the cells
+    Form Layout;                         // of all matrices
+    ResultFile File;                     // of the running matrix
+    Measure Rule;                        // what it shows
+    CellCodes Codes;                     // of its cells
+    LowerTriangle Mirror;                // its cells below the diagonal
+    std::vector<double> Values;          // of the running row right of the diagonal, by column
+    std::vector<uint32_t> Upper;         // their cells, where the mirror images are others
 };
 
 } // namespace kva

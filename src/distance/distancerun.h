@@ -9,7 +9,8 @@
 #include "distance/rowsummer.h"
 #include "distance/samples.h"
 
-#include <cstdint>
+#include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -52,22 +53,26 @@ class DistanceRun {
     void createFiles();
     // Writes one replicate: a block of the sheets, a matrix of each measure.
     void writeReplicate();
+    // Writes the matrices of some measures side by side, not more of them than writers.
+    void writeMatrices(std::span<const Measure> measures, std::span<const std::size_t> loci);
     // The loci of a replicate, from 0: drawn with replacement, BootLoci of them if that is above 0,
     // else as many as there are; without a bootstrap all loci in order.
-    std::vector<int32_t> drawLoci();
+    std::vector<std::size_t> drawLoci();
     bool bootstrapping() const; // more than one replicate
     bool nexus() const;         // the matrices are NEXUS files
     bool perLocus() const;      // there are sheets of single loci
     // Opens the matrix file of a measure; `mode` as fopen takes it. Closed if that fails.
     ResultFile openMatrix(const Measure& measure, const char* mode);
 
-    Run& Source;                 // NOT OWNED
-    DistanceKind Kind;           // populations or individuals
-    Samples Prepared;            // samples of all loci; Sums read from it
-    std::vector<RowSummer> Sums; // one for each selected measure, in the order of the output
-    CellRules Rules;             // from the settings
-    MatrixWriter Matrices;       // serves all measures
-    LocusSheets Sheets;          // in the order of Sums; none without perLocus()
+    Run& Source;                        // NOT OWNED
+    DistanceKind Kind;                  // populations or individuals
+    Samples Prepared;                   // samples of all loci; Sums reads from it
+    std::vector<std::string> Labels;    // of the matrix rows; Matrices read from it
+    CellRules Rules;                    // from the settings
+    std::vector<Measure> Measures;      // selected, in the order of the output
+    RowSummer Sums;                     // of all of them
+    std::vector<MatrixWriter> Matrices; // as many as are written side by side
+    LocusSheets Sheets;                 // in the order of Measures; none without perLocus()
 };
 
 } // namespace kva

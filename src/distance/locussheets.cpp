@@ -13,9 +13,10 @@ namespace {
 constexpr std::size_t kMaxKeptBytes = std::size_t{1} << 28U; // of all rows together
 
 void appendCell(std::string& text, double value) {
-    char digits[kFixedBufferSize];
-    text += '\t';
-    text.append(digits, formatFixed(digits, value, 6));
+    constexpr int kDecimals = 6; // of "%f"
+    char bytes[kFixedBufferSize + 1];
+    bytes[0] = '\t';
+    text.append(bytes, 1 + formatDecimals<kDecimals>(bytes + 1, value));
 }
 
 } // namespace
@@ -24,7 +25,14 @@ LocusSheets::LocusSheets(const Datensatz& daten, int dataFormat, CellRules rules
     : Daten(&daten), Format(dataFormat), Rules(rules), KeepRows(keepRows) {}
 
 void LocusSheets::add(ResultFile sheet, const Measure& measure) {
-    Sheets.push_back({std::move(sheet), measure, {}});
+    bool values = sheet.isOpen();
+    for (std::size_t s = 0; s < Sheets.size(); ++s) {
+        if (Measures[s].Bit == measure.Bit) {
+            values = Sheets[s].Values;
+        }
+    }
+    Sheets.push_back({std::move(sheet), values});
+    Measures.push_back(measure);
 }
 
 void LocusSheets::writeHead() {
@@ -48,15 +56,16 @@ void LocusSheets::writeHead() {
     }
 }
 
-void LocusSheets::writeRow(int32_t locus, std::span<RowSummer> sums) {
-    const std::string rowLabel = Sheets.empty() ? "" : label(locus);
+void LocusSheets::writeRow(std::size_t locus, RowSummer& sums) {
+    if (Sheets.empty()) {
+        return;
+    }
+    const std::string rowLabel = label(locus);
+    const Row& row = keptCells(locus, sums);
     for (std::size_t s = 0; s < Sheets.size(); ++s) {
-        Sheet& sheet = Sheets[s];
-        if (sheet.File.isOpen()) {
-            sheet.File.text(rowLabel);
-            sheet.File.text(keptCells(sheet, locus, sums[s]));
-            sheet.File.character('\n');
-        }
+        Sheets[s].File.text(rowLabel);
+        Sheets[s].File.text(row[s]);
+        Sheets[s].File.character('\n');
     }
 }
 
@@ -66,61 +75,61 @@ void LocusSheets::close() {
     }
 }
 
-std::string LocusSheets::label(int32_t locus) const {
-    std::string text = orEmpty(Daten->GetLociName(locus + 1));
+std::string LocusSheets::label(std::size_t locus) const {
+    const int number = static_cast<int>(locus) + 1;
+    std::string text = orEmpty(Daten->GetLociName(number));
     if (Format == 2) {
-        text += '\t' + orEmpty(Daten->GetLociName2OrFirst(locus + 1));
+        text += '\t' + orEmpty(Daten->GetLociName2OrFirst(number));
     }
     return text;
 }
 
-// Wanted: the values of both outputs of a bit depend on the first one's sheet, so that without
-// the sheet of "CAS" that of "DAN" holds no values.
-bool LocusSheets::valuesWanted(const Sheet& sheet) const {
-    for (const Sheet& other : Sheets) {
-        if (other.Rule.Bit == sheet.Rule.Bit) {
-            return other.File.isOpen();
-        }
+LocusSheets::Row LocusSheets::cells(std::size_t locus, RowSummer& sums) const {
+    Row row(Sheets.size());
+    if (sums.samples().Loci[locus].Pool < 1) {
+        return row;
     }
-    return true;
+    const QuantitySet asked = quantitiesOf(Measures);
+    for (std::size_t i = 0; i + 1 < sums.samples().Count; ++i) {
+        addCells(i, sums.sum(i, {&locus, 1}, asked), sums.samples().Count, row);
+    }
+    return row;
 }
 
-std::string LocusSheets::cells(const Sheet& sheet, int32_t locus, RowSummer& sums) const {
-    std::string text;
-    if (sums.samples().Loci[static_cast<std::size_t>(locus)].Pool < 1) {
-        return text; // wanted: not even "n.d." where nobody has an allele
-    }
-    const bool values = valuesWanted(sheet);
-    const int32_t populations = sums.samples().Count;
-    for (int32_t i = 0; i + 1 < populations; ++i) {
-        sums.sum(i, {&locus, 1});
-        for (int32_t j = i + 1; j < populations; ++j) {
-            const std::optional<double> cell = sheetCell(sheet.Rule, sums.pair(j), Rules);
+void LocusSheets::addCells(std::size_t i, const RowSums& sums, std::size_t samples,
+                           Row& row) const {
+    for (std::size_t s = 0; s < Sheets.size(); ++s) {
+        const Sheet& sheet = Sheets[s];
+        for (std::size_t j = i + 1; j < samples && sheet.File.isOpen(); ++j) {
+            const std::optional<double> cell =
+                sheetCell(Measures[s], pairSums(Measures[s], sums, j), Rules);
             if (!cell) {
-                text += "\tn.d.";
-            } else if (values) {
-                appendCell(text, *cell);
+                row[s] += "\tn.d.";
+            } else if (sheet.Values) {
+                appendCell(row[s], *cell);
             }
         }
     }
-    return text;
 }
 
-const std::string& LocusSheets::keptCells(Sheet& sheet, int32_t locus, RowSummer& sums) {
-    if (KeepRows && sheet.Rows.empty()) {
-        sheet.Rows.resize(static_cast<std::size_t>(Daten->AnzLoci));
+const LocusSheets::Row& LocusSheets::keptCells(std::size_t locus, RowSummer& sums) {
+    if (KeepRows && Rows.empty()) {
+        Rows.resize(sums.samples().Loci.size());
     }
-    std::string* const kept = KeepRows ? &sheet.Rows[static_cast<std::size_t>(locus)] : nullptr;
-    if (kept != nullptr && !kept->empty()) {
-        return *kept;
+    if (KeepRows && !Rows[locus].empty()) {
+        return Rows[locus];
     }
-    Spare = cells(sheet, locus, sums);
-    if (kept == nullptr || KeptBytes + Spare.size() > kMaxKeptBytes) {
+    Spare = cells(locus, sums);
+    std::size_t bytes = 0;
+    for (const std::string& text : Spare) {
+        bytes += text.size();
+    }
+    if (!KeepRows || KeptBytes + bytes > kMaxKeptBytes) {
         return Spare;
     }
-    KeptBytes += Spare.size();
-    *kept = Spare;
-    return *kept;
+    KeptBytes += bytes;
+    Rows[locus] = Spare;
+    return Rows[locus];
 }
 
 } // namespace kva

@@ -15,8 +15,7 @@
 #include "distance/rowsummer.h"
 #include "output/resultfile.h"
 
-#include <cstdint>
-#include <span>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -34,16 +33,18 @@ class LocusSheets {
     // keeping.
     LocusSheets(const Datensatz& daten, int dataFormat, CellRules rules, bool keepRows);
 
-    // Adds the sheet of the next measure; it may be closed: then nothing is written to it.
+    // Adds the sheet of the next measure; it may be closed: then nothing is written to it. Wanted:
+    // a sheet holds values only if the first one of the same bit is open, so that without the sheet
+    // of "CAS" that of "DAN" has none.
     void add(ResultFile sheet, const Measure& measure);
 
     // Writes the two head rows of a block into every sheet: the names of the first and of the
     // second population of each pair.
     void writeHead();
 
-    // Writes the row of a locus (from 0) into every sheet; sums: one for each sheet, in the order
-    // in which they were added. A pair that the locus does not count for is "n.d.".
-    void writeRow(int32_t locus, std::span<RowSummer> sums);
+    // Writes the row of a locus (from 0) into every sheet. A pair that the locus does not count for
+    // is "n.d.".
+    void writeRow(std::size_t locus, RowSummer& sums);
 
     // Closes all sheets.
     void close();
@@ -51,31 +52,32 @@ class LocusSheets {
   private:
     // The sheet of one measure.
     struct Sheet {
-        ResultFile File;               // closed if it could not be opened
-        Measure Rule;                  // of its cells
-        std::vector<std::string> Rows; // kept cells by locus, from 0; empty text: not kept
+        ResultFile File; // closed if it could not be opened
+        bool Values;     // whether it holds values; "n.d." goes in all the same
     };
+    using Row = std::vector<std::string>; // the cells of a locus, each with its tab in front, as
+                                          // one text for each sheet
 
-    // The cells of a locus (from 0), each with its tab in front. Wanted: empty at a locus where
-    // nobody has an allele, not even "n.d.": the bytes of the sheets depend on it.
-    std::string cells(const Sheet& sheet, int32_t locus, RowSummer& sums) const;
-    // The same, computed once and kept if rows are kept and there is room. The reference holds
-    // until the next call.
-    const std::string& keptCells(Sheet& sheet, int32_t locus, RowSummer& sums);
-    // Whether values go into a sheet: wanted, it depends on the first sheet of the same bit being
-    // open, so that without the sheet of "CAS" also that of "DAN" holds none. "n.d." goes in all
-    // the same.
-    bool valuesWanted(const Sheet& sheet) const;
+    // The row of a locus (from 0). Wanted: empty at a locus where nobody has an allele, not even
+    // "n.d.": the bytes of the sheets depend on it.
+    Row cells(std::size_t locus, RowSummer& sums) const;
+    // Appends the cells of the pairs of row i, of so many samples.
+    void addCells(std::size_t i, const RowSums& sums, std::size_t samples, Row& row) const;
+    // The row of a locus, computed once and kept if rows are kept and there is room. The reference
+    // holds until the next call.
+    const Row& keptCells(std::size_t locus, RowSummer& sums);
     // The name of a locus (from 0), in two-column data both names with a tab between.
-    std::string label(int32_t locus) const;
+    std::string label(std::size_t locus) const;
 
     const Datensatz* Daten = nullptr; // NOT OWNED; null without sheets
     int Format = 0;                   // columns per locus in the data file
     CellRules Rules;                  // from the settings
     bool KeepRows = false;            // the text of rows is kept
-    std::size_t KeptBytes = 0;        // in the kept rows of all sheets
-    std::string Spare;                // cells computed last, handed out where they are not kept
+    std::size_t KeptBytes = 0;        // in the kept rows
+    std::vector<Row> Rows;            // kept, by locus, from 0; no text: not kept
+    Row Spare;                        // computed last, handed out where it is not kept
     std::vector<Sheet> Sheets;        // in the order in which they were added
+    std::vector<Measure> Measures;    // of the sheets
 };
 
 } // namespace kva

@@ -2,51 +2,28 @@
 
 namespace kva {
 
-namespace {
+LowerTriangle::LowerTriangle(std::size_t rows)
+    : Rows(rows), Cells(std::make_unique_for_overwrite<uint32_t[]>(placeOf(rows))),
+      Band(kBand * rows) {}
 
-constexpr std::size_t kCellSize = 9; // of most cells
-
-} // namespace
-
-LowerTriangle::LowerTriangle(int32_t rows) : Cells(static_cast<std::size_t>(rows)), Band(kBand) {
-    for (std::size_t row = 0; row < Cells.size(); ++row) {
-        Cells[row].reserve(row * kCellSize);
-    }
-}
-
-void LowerTriangle::beginRow(int32_t i) {
-    if (i == 0) {
-        BandEnd = kBand;
-        for (std::string& cells : Cells) {
-            cells.clear();
-        }
-    } else if (i == BandEnd) {
-        emptyBand();
-        BandEnd += kBand;
-    }
+uint32_t* LowerTriangle::beginRow(std::size_t i) {
     Row = i;
-    Waiting& waiting = Band[static_cast<std::size_t>(i % kBand)];
-    waiting.Text.clear();
-    waiting.Lengths.clear();
-    waiting.Read = 0;
-}
-
-void LowerTriangle::add(int32_t j, std::string_view cell) {
-    if (j < BandEnd) {
-        Cells[static_cast<std::size_t>(j)] += cell;
-        return;
+    const std::size_t waiting = i % kBand; // rows of the band so far
+    if (waiting == 0 && i > 0) {
+        emptyBand();
     }
-    Waiting& waiting = Band[static_cast<std::size_t>(Row % kBand)];
-    waiting.Text += cell;
-    waiting.Lengths.push_back(static_cast<uint16_t>(cell.size()));
+    uint32_t* const cells = Cells.get() + (placeOf(i) + i - waiting);
+    for (std::size_t r = 0; r < waiting; ++r) {
+        cells[r] = Band[r * Rows + i];
+    }
+    return Band.data() + waiting * Rows;
 }
 
 void LowerTriangle::emptyBand() {
-    for (auto j = static_cast<std::size_t>(BandEnd); j < Cells.size(); ++j) {
-        for (Waiting& waiting : Band) {
-            const std::size_t length = waiting.Lengths[j - static_cast<std::size_t>(BandEnd)];
-            Cells[j].append(waiting.Text, waiting.Read, length);
-            waiting.Read += length;
+    for (std::size_t j = Row; j < Rows; ++j) {
+        uint32_t* const cells = Cells.get() + (placeOf(j) + Row - kBand);
+        for (std::size_t r = 0; r < kBand; ++r) {
+            cells[r] = Band[r * Rows + j];
         }
     }
 }

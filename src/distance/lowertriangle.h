@@ -1,50 +1,46 @@
-// LowerTriangle: the text of the cells below the diagonal of a symmetric matrix that is written
-// row by row. A cell is formatted once, in the row where its pair is computed, and waits here
+// LowerTriangle: the cells below the diagonal of a symmetric matrix that is written row by row, as
+// codes of CellCodes. A cell is computed in the row of its pair above the diagonal and waits here
 // for its mirror image.
 #ifndef KVA_DISTANCE_LOWERTRIANGLE_H
 #define KVA_DISTANCE_LOWERTRIANGLE_H
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace kva {
 
 class LowerTriangle {
   public:
-    // rows: of the matrix, and columns.
-    explicit LowerTriangle(int32_t rows);
+    // What the cells of so many rows and columns take.
+    static constexpr std::size_t bytes(std::size_t rows) {
+        return rows * rows / 2 * sizeof(uint32_t);
+    }
 
-    // Begins row i, from 0. Rows come in their order; row 0 drops all cells of the matrix before.
-    void beginRow(int32_t i);
+    explicit LowerTriangle(std::size_t rows); // of the matrix, and columns
 
-    // The cells of the row left of the diagonal, as they were added.
-    const std::string& cells() const { return Cells[static_cast<std::size_t>(Row)]; }
+    // Begins row i, from 0; rows come in their order, and row 0 begins a new matrix. Result: by
+    // column, where the mirror images of the row's cells go; those right of the diagonal have to be
+    // there before the next row begins.
+    uint32_t* beginRow(std::size_t i);
 
-    // Adds the mirror image of the row's cell in column j, the columns behind the diagonal in
-    // their order: it belongs to row j. At most 65535 bytes.
-    void add(int32_t j, std::string_view cell);
+    // The cells of the row left of the diagonal.
+    std::span<const uint32_t> cells() const { return {Cells.get() + placeOf(Row), Row}; }
 
   private:
-    // What a row of the band adds to the rows behind the band, in the order of those.
-    struct Waiting {
-        std::string Text;              // the cells behind each other
-        std::vector<uint16_t> Lengths; // of the cells, in bytes
-        std::size_t Read = 0;          // bytes of Text taken over already
-    };
+    // Rows of which the mirror images wait together. A column of theirs is a piece of a row of
+    // Cells, so that these grow by pieces and not by single cells, which are far apart.
+    static constexpr std::size_t kBand = 16;
 
-    // Takes the waiting cells over into the rows behind the band.
-    void emptyBand();
+    static std::size_t placeOf(std::size_t row) { return row * (row - 1) / 2; } // 0 for row 0
+    void emptyBand(); // the one before Row
 
-    // Cells grows by one cell in each of its strings with every row, which are far apart. So the
-    // cells of a band of rows wait in rows of their own and are taken over together.
-    static constexpr int32_t kBand = 16;
-
-    std::vector<std::string> Cells; // left of the diagonal, by row from 0
-    std::vector<Waiting> Band;      // kBand rows; row i stands at i % kBand
-    int32_t BandEnd = kBand;        // first row behind the band, from 0
-    int32_t Row = 0;                // begun last, from 0
+    std::size_t Rows;                  // of the matrix
+    std::unique_ptr<uint32_t[]> Cells; // rows behind each other, each up to the diagonal
+    std::vector<uint32_t> Band;        // kBand rows of the matrix; row i is the (i % kBand)th
+    std::size_t Row = 0;               // begun last, from 0
 };
 
 } // namespace kva

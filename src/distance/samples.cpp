@@ -24,7 +24,7 @@ void addShares(LocusSamples& locus, const AllelCount& table, const AllelCount& p
     for (int32_t row = 0; row < table.AnzAllele; ++row) {
         const int place = pool.GetAllelNummer(table.Allele[static_cast<std::size_t>(row)].Nummer);
         if (place > 0) {
-            locus.Shares.push_back({table.GetFrequenz(row), place - 1});
+            locus.Shares.push_back({table.GetFrequenz(row), static_cast<std::size_t>(place) - 1});
         }
     }
 }
@@ -45,10 +45,9 @@ void addSample(LocusSamples& locus, const AllelCount& table, const AllelCount& p
     locus.Variance.push_back(rules.Variances ? rdVar(table, mean) : 0.0);
     locus.InNei.push_back(inNei ? 1.0 : 0.0);
     locus.Identity.push_back(inNei ? identityOf(table, locus.Shares, first) : 0.0);
-    const std::size_t slots =
-        std::max(alleles, static_cast<std::size_t>(rules.ShareSlots)); // fillers behind
+    const std::size_t slots = std::max(alleles, rules.ShareSlots); // fillers behind
     locus.Shares.resize(first + slots, AlleleShare{0.0, locus.Pool});
-    locus.First.push_back(static_cast<int32_t>(locus.Shares.size()));
+    locus.First.push_back(locus.Shares.size());
 }
 
 void reserve(LocusSamples& locus, std::size_t samples, std::size_t slots) {
@@ -62,7 +61,7 @@ void reserve(LocusSamples& locus, std::size_t samples, std::size_t slots) {
 
 } // namespace
 
-Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t count,
+Samples prepareSamples(const SampleTables& tables, std::size_t first, std::size_t count,
                        const LocusTables& pool, const std::vector<double>& repeats,
                        const SampleRules& rules) {
     static const AllelCount absent;
@@ -71,11 +70,11 @@ Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t co
     samples.Loci.resize(pool.size());
     for (std::size_t l = 0; l < pool.size(); ++l) {
         LocusSamples& locus = samples.Loci[l];
-        locus.Pool = pool[l].AnzAllele;
+        locus.Pool = static_cast<std::size_t>(pool[l].AnzAllele);
         locus.Repeat = repeats[l];
-        reserve(locus, static_cast<std::size_t>(count), static_cast<std::size_t>(rules.ShareSlots));
+        reserve(locus, count, rules.ShareSlots);
         locus.First.push_back(0);
-        for (std::size_t s = first; s < first + static_cast<std::size_t>(count); ++s) {
+        for (std::size_t s = first; s < first + count; ++s) {
             const bool there = s < tables.size() && l < tables[s].size();
             addSample(locus, there ? tables[s][l] : absent, pool[l], rules);
         }

@@ -6,22 +6,22 @@
 
 #include "data/allelcount.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <vector>
 
 namespace kva {
 
 // One allele in one sample.
 struct AlleleShare {
-    double Share = 0.0; // frequency in the sample, above 0; 0.0 in a filler
-    int32_t Place = 0;  // row of the allele in the pool table, from 0; Pool in a filler
+    double Share = 0.0;    // frequency in the sample, above 0; 0.0 in a filler
+    std::size_t Place = 0; // row of the allele in the pool table, from 0; Pool in a filler
 };
 
 // All samples at one locus, one entry per sample from 0 unless told otherwise. Flags are 1.0 or
 // 0.0, so that they can be added up.
 struct LocusSamples {
-    int32_t Pool = 0;                // distinct alleles in the pool
-    std::vector<int32_t> First;      // first share of each sample in Shares, from 0, and the end
+    std::size_t Pool = 0;            // distinct alleles in the pool
+    std::vector<std::size_t> First;  // first share of each sample in Shares, from 0, and the end
     std::vector<AlleleShare> Shares; // of all samples, each in the order of the pool table
     std::vector<double> Typed;       // flag: the sample has an allele
     std::vector<double> Alleles;     // distinct alleles
@@ -38,7 +38,7 @@ struct LocusSamples {
 
 // The samples of all loci in locus order.
 struct Samples {
-    int32_t Count = 0;              // samples at each locus
+    std::size_t Count = 0;          // samples at each locus
     std::vector<LocusSamples> Loci; // locus l, from 0
 };
 
@@ -51,7 +51,7 @@ struct SampleRules {
     bool SingleCopies = true;
     // Each sample gets at least this many shares, with fillers for those that are missing: an
     // individual then always has two, and the loops over them run without a guess.
-    int32_t ShareSlots = 0;
+    std::size_t ShareSlots = 0;
 };
 
 // With variances and single copies, without fillers; and the other way round for individuals.
@@ -62,7 +62,7 @@ constexpr SampleRules kIndividualRules{false, false, 2};
 // tables of all populations together. All tables are sorted. A sample that is not there counts as
 // not typed. repeats: the repeat length of each locus, in base pairs, at least 1, as many as `pool`
 // has loci; 1 leaves allele numbers as they are. `first` counts from 0.
-Samples prepareSamples(const SampleTables& tables, std::size_t first, int32_t count,
+Samples prepareSamples(const SampleTables& tables, std::size_t first, std::size_t count,
                        const LocusTables& pool, const std::vector<double>& repeats,
                        const SampleRules& rules);
 

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t kIntegerSize = 24; // digits and sign of any long long
 constexpr std::size_t kShortPrint = 256; // most formatted writes fit
+constexpr int kDecimals = 6;             // of "%f"
 
 // A write beyond the size limit of the process raises a signal that ends it. Ignored, the write
 // fails like one to a full disk, and is told like it.
@@ -108,6 +109,12 @@ void ResultFile::integer(long long value) {
     }
 }
 
+void ResultFile::fixed(double value) {
+    if (char* const place = room(kFixedBufferSize)) {
+        Used += formatDecimals<kDecimals>(place, value);
+    }
+}
+
 void ResultFile::fixed(double value, int precision, int width) {
     if (char* const place = room(kFixedBufferSize)) {
         Used += formatFixed(place, value, precision, width);
@@ -115,10 +122,9 @@ void ResultFile::fixed(double value, int precision, int width) {
 }
 
 void ResultFile::tabFixed(double value) {
-    constexpr int kDecimals = 6; // of "%f"
     if (char* const place = room(kFixedBufferSize + 1)) {
         *place = '\t';
-        Used += 1 + formatFixed(place + 1, value, kDecimals);
+        Used += 1 + formatDecimals<kDecimals>(place + 1, value);
     }
 }
 

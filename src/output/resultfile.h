@@ -53,8 +53,17 @@ class ResultFile {
             ++Used;
         }
     }
-    void integer(long long value);                              // "%lld"
-    void fixed(double value, int precision = 6, int width = 0); // "%*.*f"
+    void integer(long long value);                          // "%lld"
+    void fixed(double value);                               // "%f"
+    void fixed(double value, int precision, int width = 0); // "%*.*f"
+
+    // Has the caller write: put(out) writes at most so many bytes (up to half the buffer) from out
+    // on and returns the place behind them. It is not called for a closed file.
+    template <class Put> void write(std::size_t atMost, Put put) {
+        if (char* const place = room(atMost)) {
+            Used += static_cast<std::size_t>(put(place) - place);
+        }
+    }
 
     // "\t%f": the cell of most sheets, in one go.
     void tabFixed(double value);

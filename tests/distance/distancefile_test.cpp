@@ -1,5 +1,7 @@
 #include "distance/distancefile.h"
 
+#include "base/settings.h"
+#include "distance/rowsummer.h"
 #include "support/datasets.h"
 #include "support/written.h"
 
@@ -82,14 +84,19 @@ Samples twoSamples(double difference) {
 }
 
 std::string matrixOf(const Samples& samples, MatrixWriter::Form form, int times = 1) {
-    MatrixWriter writer({"one", "two"}, CellRules(), form);
-    RowSummer sums(samples, selectedMeasures(0x8)[0], 0);
-    const std::vector<int32_t> loci = {0};
-    return written([&](ResultFile& file) {
-        for (int i = 0; i < times; ++i) {
-            writer.write(file, sums, loci);
-        }
-    });
+    const std::vector<std::string> labels = {"one", "two"};
+    MatrixWriter writer(labels, CellRules(), form);
+    const std::vector<Measure> ada = selectedMeasures(DistBit::Dad);
+    RowSummer sums(samples, quantitiesOf(ada), {});
+    const std::vector<std::size_t> loci = {0};
+    const TempFolder folder;
+    for (int i = 0; i < times; ++i) {
+        writer.begin(ResultFile(folder / "matrix", "ab", "matrix", nullptr), ada[0]);
+        writer.writeRow(0, sums.sum(0, loci, quantitiesOf(ada)));
+        writer.writeRow(1, sums.sum(1, loci, quantitiesOf(ada)));
+        writer.end();
+    }
+    return readFile(folder / "matrix");
 }
 
 } // namespace

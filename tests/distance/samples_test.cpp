@@ -16,7 +16,7 @@ Samples populations(LoadedRun& run) {
     return prepareSamples(run->PopAllele, 1, 2, run->PopAllele[0], {2.0, 4.0}, kPopulationRules);
 }
 
-Samples individuals(LoadedRun& run, int32_t count) {
+Samples individuals(LoadedRun& run, std::size_t count) {
     run.counted();
     const StdoutCapture swallowed;
     run->CountIAllels();
@@ -31,15 +31,15 @@ TEST(Samples, SharesStandInTheOrderOfThePool) {
     const Samples samples = populations(run);
     ASSERT_EQ(samples.Loci.size(), 2U);
     const LocusSamples& locus = samples.Loci[0];
-    EXPECT_EQ(locus.Pool, 3);
-    EXPECT_EQ(locus.First, (std::vector<int32_t>{0, 2, 4}));
+    EXPECT_EQ(locus.Pool, 3U);
+    EXPECT_EQ(locus.First, (std::vector<std::size_t>{0, 2, 4}));
     ASSERT_EQ(locus.Shares.size(), 4U);
-    EXPECT_EQ(locus.Shares[0].Place, 0);
+    EXPECT_EQ(locus.Shares[0].Place, 0U);
     EXPECT_EQ(locus.Shares[0].Share, 0.75);
-    EXPECT_EQ(locus.Shares[1].Place, 1);
-    EXPECT_EQ(locus.Shares[2].Place, 1);
+    EXPECT_EQ(locus.Shares[1].Place, 1U);
+    EXPECT_EQ(locus.Shares[2].Place, 1U);
     EXPECT_EQ(locus.Shares[2].Share, 0.25);
-    EXPECT_EQ(locus.Shares[3].Place, 2);
+    EXPECT_EQ(locus.Shares[3].Place, 2U);
 }
 
 // A at L1: mean (3 x 100 + 102)/4, variance 8/6 x (3 x 0.25 + 2.25)/4 = 1, J' of
@@ -74,7 +74,7 @@ TEST(Samples, SampleThatIsNotThereIsNotTyped) {
 TEST(Samples, IndividualAlwaysHasTwoShares) {
     LoadedRun run(kWithGaps); // A: 100/102 and 100/-, at L1; B: nothing at L2
     const Samples samples = individuals(run, 4);
-    EXPECT_EQ(samples.Loci[0].First, (std::vector<int32_t>{0, 2, 4, 6, 8}));
+    EXPECT_EQ(samples.Loci[0].First, (std::vector<std::size_t>{0, 2, 4, 6, 8}));
     EXPECT_EQ(samples.Loci[0].Shares[2].Share, 1.0);
     EXPECT_EQ(samples.Loci[0].Shares[3].Share, 0.0); // the filler
     EXPECT_EQ(samples.Loci[0].Shares[3].Place, samples.Loci[0].Pool);

@@ -103,15 +103,27 @@ TEST(FormatFixed, EdgesOfTheRangeAsPrintf) {
     }
 }
 
-// The direct way ends at 1e9.
+// The direct way ends where value x 10^precision is 2^52.
 TEST(FormatFixed, AroundTheLimitOfTheDirectWayAsPrintf) {
-    double below = 1e9;
-    double above = 1e9;
-    for (int step = 0; step < 200; ++step) {
-        expectAsPrintfAtAllPrecisions(below);
-        expectAsPrintfAtAllPrecisions(above);
-        below = std::nextafter(below, 0.0);
-        above = std::nextafter(above, HUGE_VAL);
+    for (int precision = 1; precision < kPrecisions; ++precision) {
+        double below = 0x1p52 / std::pow(10.0, precision);
+        double above = below;
+        for (int step = 0; step < 200; ++step) {
+            expectAsPrintf(below, precision);
+            expectAsPrintf(above, precision);
+            below = std::nextafter(below, 0.0);
+            above = std::nextafter(above, HUGE_VAL);
+        }
+    }
+}
+
+// Halves of any size: most are no doubles, so that their neighbours on both sides lie close.
+TEST(FormatFixed, RandomHalvesAsPrintf) {
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 40000; ++i) {
+        const auto precision = static_cast<int>(random() % kPrecisions);
+        const auto whole = static_cast<double>(random() >> (13 + random() % 50));
+        expectNeighboursAsPrintf((whole + 0.5) / std::pow(10.0, precision), precision);
     }
 }
 
@@ -168,4 +180,53 @@ TEST(FormatFixed, RandomValuesOfAllSizesAsPrintf) {
         expectAsPrintf(value, 6);
         expectAsPrintf(value, 5, 8);
     }
+}
+
+// --- The short way ---------------------------------------------------------------------
+
+namespace {
+
+template <int Decimals> std::string shortly(double value) {
+    static std::vector<char> buffer(kFixedBufferSize);
+    return {buffer.data(), formatDecimals<Decimals>(buffer.data(), value)};
+}
+
+void expectShortAsPrintf(double value) {
+    for (const double number : {value, -value}) {
+        ASSERT_EQ(shortly<1>(number), printed(number, 1));
+        ASSERT_EQ(shortly<2>(number), printed(number, 2));
+        ASSERT_EQ(shortly<3>(number), printed(number, 3));
+        ASSERT_EQ(shortly<5>(number), printed(number, 5));
+        ASSERT_EQ(shortly<6>(number), printed(number, 6));
+        ASSERT_EQ(shortly<8>(number), printed(number, 8));
+    }
+}
+
+} // namespace
+
+TEST(FormatDecimals, AsPrintf) {
+    for (const double value : {0.0, DBL_TRUE_MIN, 0.5, 1.0, 0.015625, 9.5, 9.95, 9.999995, 10.0,
+                               100.5, DBL_MAX, HUGE_VAL, std::nan("")}) {
+        expectShortAsPrintf(value);
+        expectShortAsPrintf(std::nextafter(value, 0.0));
+        expectShortAsPrintf(std::nextafter(value, HUGE_VAL));
+    }
+}
+
+TEST(FormatDecimals, FrequenciesAsPrintf) {
+    for (int copies = 1; copies <= 130; ++copies) {
+        for (int count = 0; count <= 2 * copies; ++count) {
+            expectShortAsPrintf(double(count) / copies);
+        }
+    }
+}
+
+TEST(IsPositiveBelow, BoundAndSignsAreOutside) {
+    EXPECT_TRUE(isPositiveBelow(0.0, 2.0));
+    EXPECT_TRUE(isPositiveBelow(1.0, 2.0));
+    EXPECT_FALSE(isPositiveBelow(2.0, 2.0));
+    EXPECT_FALSE(isPositiveBelow(-0.0, 2.0));
+    EXPECT_FALSE(isPositiveBelow(-1.0, 2.0));
+    EXPECT_FALSE(isPositiveBelow(HUGE_VAL, 2.0));
+    EXPECT_FALSE(isPositiveBelow(std::nan(""), 2.0));
 }
