@@ -46,6 +46,10 @@ inline int32_t indexOf(float value, int32_t n) {
 // -1.
 int32_t drawIndex(int32_t n);
 
+// The places of a deal: drawn from n places, then from n - 1 and so on: what so many calls of
+// drawIndex() give, at a fraction of the cost. At most n of them.
+void drawIndices(int32_t n, std::span<int32_t> places);
+
 // Turns a flat index `number` over groups of the given sizes into `group` and `rest`, the offset
 // within it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.
 int ConvertNum(std::span<const int32_t> sizes, int32_t number, int32_t& group, int32_t& rest);
