@@ -53,6 +53,11 @@ struct CodedPair {
     Tally Sum;           // of this individual
 };
 
+// An entry in a byte, where a locus has few alleles: its code, and this bit where it has an allele
+// and is flagged haploid.
+constexpr uint8_t kHaploidBit = 0x80;
+constexpr uint8_t kCodeBits = 0x7F;
+
 // One locus in codes: 0 is missing data, the alleles are 1..Alleles.
 //
 // The slots of all populations stand in one row, population after population, each
@@ -61,7 +66,11 @@ struct CodedLocus {
     int32_t Alleles = 0;          // distinct alleles of all populations; codes ascend with numbers
     std::vector<uint32_t> Code;   // by place
     std::vector<int32_t> Weight;  // by place: 2; 1 for an entry flagged haploid
+    std::vector<uint8_t> Entries; // by place: both in a byte; empty: too many alleles for that
     std::vector<CodedPair> Pairs; // by pair place
+
+    // Sets Entries from Code and Weight.
+    void packEntries();
 
     // Sets the pairs of a population of `slots` slots, of which an odd last one belongs to no
     // pair. slotPlace, pairPlace: places of its first slot and its first pair.

@@ -37,7 +37,7 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
                    double undefined)
     : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
       ByRest(Mode.Permutation && hRule(fstMask) == HRule::Hobs), Shuffle(Data, Mode),
-      Estimator(hRule(fstMask), Data.mostAlleles()) {
+      Estimator(hRule(fstMask), Data.mostAlleles()), OfAlleles(Data.mostAlleles()) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -48,9 +48,25 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
     }
 }
 
+void PairTest::dealLocus(std::size_t pop1, std::size_t pop2, const CodedLocus& locus) {
+    if (inBytes(locus)) {
+        Shuffle.dealEntries(locus, pop1, pop2);
+    } else {
+        Shuffle.deal(pop1, pop2);
+    }
+}
+
 // The components of a locus in the last deal.
 std::optional<VarianceComponents> PairTest::components(std::size_t pop1, std::size_t pop2,
                                                        const CodedSample& sample, std::size_t l) {
+    const CodedLocus& locus = sample.locus(l);
+    if (inBytes(locus)) {
+        if (Mode.Linked) {
+            Shuffle.readEntries(locus);
+        }
+        return OfAlleles.components(sample.table(pop1, l), sample.table(pop2, l),
+                                    Shuffle.entries(0), Shuffle.entries(1));
+    }
     if (ByRest && Shuffle.paired()) {
         return Estimator.componentsOfDeal(sample.locus(l), sample.table(pop1, l),
                                           sample.table(pop2, l), Shuffle.places(0),
@@ -72,7 +88,7 @@ FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMat
         std::optional<VarianceComponents> v;
         if (hasBoth(l, pop1, pop2)) {
             if (!Mode.Linked) {
-                Shuffle.deal(pop1, pop2);
+                dealLocus(pop1, pop2, sample.locus(l));
             }
             v = components(pop1, pop2, sample, l);
         }

@@ -6,6 +6,7 @@
 #include "data/allelcount.h"
 #include "data/codeddata.h"
 #include "data/ftriple.h"
+#include "fstat/AlleleEstimator.h"
 #include "fstat/PairEstimator.h"
 #include "fstat/Shuffle.h"
 #include "fstat/ShuffleTable.h"
@@ -74,6 +75,12 @@ class PairTest {
         const std::size_t row = l * Data.populations();
         return HasData[row + pop1] != 0 && HasData[row + pop2] != 0;
     }
+    // Whether the entries of a locus are dealt as bytes.
+    bool inBytes(const CodedLocus& locus) const {
+        return ByRest && !Mode.Genotypes && !locus.Entries.empty();
+    }
+    // Deals a pair for one locus alone.
+    void dealLocus(std::size_t pop1, std::size_t pop2, const CodedLocus& locus);
     // The components of a locus in the last deal, all indices from 0; nothing as in
     // pairComponents().
     std::optional<VarianceComponents> components(std::size_t pop1, std::size_t pop2,
@@ -86,6 +93,7 @@ class PairTest {
     std::vector<char> HasData; // 1: observed gene copies: [locus x populations + population]
     PairShuffle Shuffle;       // reads Data
     PairEstimator Estimator;   // by the H of the flags
+    AlleleEstimator OfAlleles; // where entries are dealt as bytes
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
 };
 

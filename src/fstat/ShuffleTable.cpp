@@ -1,6 +1,7 @@
 #include "fstat/ShuffleTable.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace kva {
 
@@ -27,7 +28,47 @@ class Counter {
     std::size_t Found;
 };
 
+// 1 or 0 in 16 bits, for sums that go side by side.
+constexpr uint16_t one(bool holds) {
+    return holds ? 1 : 0;
+}
+
+// `pairs` is so small that 16 bits hold the sums.
+Tally tallyPairs(const uint8_t* entries, std::size_t pairs) {
+    uint16_t copies = 0;
+    uint16_t light = 0; // copies of weight 1
+    uint16_t typed = 0;
+    uint16_t hetero = 0;
+    for (std::size_t k = 0; k < pairs; ++k) {
+        uint16_t pair = 0; // both entries side by side; which is which does not matter
+        std::memcpy(&pair, entries + 2 * k, sizeof pair);
+        const uint16_t a = pair & kCodeBits;
+        const uint16_t b = pair >> 8U & kCodeBits;
+        copies = static_cast<uint16_t>(copies + one(a != 0) + one(b != 0));
+        light = static_cast<uint16_t>(light + (pair >> 7U & 1U) + (pair >> 15U));
+        typed = static_cast<uint16_t>(typed + one((a | b) != 0));
+        hetero = static_cast<uint16_t>(hetero + (one(a != 0) & one(b != 0) & one(a != b)));
+    }
+    return {copies, 2 * copies - light, 2 * typed, hetero};
+}
+
 } // namespace
+
+Tally tallyEntries(std::span<const uint8_t> entries) {
+    constexpr std::size_t kMostPairs = 16384;
+    Tally sum;
+    while (entries.size() > 1) {
+        const std::size_t pairs = std::min(entries.size() / 2, kMostPairs);
+        sum += tallyPairs(entries.data(), pairs);
+        entries = entries.subspan(2 * pairs);
+    }
+    if (!entries.empty()) { // the last individual stays open
+        const bool typed = (entries[0] & kCodeBits) != kMissingCode;
+        const bool haploid = (entries[0] & kHaploidBit) != 0;
+        sum += {typed ? 1 : 0, !typed ? 0 : haploid ? 1 : 2, 1, 0};
+    }
+    return sum;
+}
 
 void ShuffleTable::resize(int32_t alleles) {
     Count.assign(static_cast<std::size_t>(alleles) + 1, 0);
@@ -72,6 +113,15 @@ void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> pl
     }
     Found = counter.found();
     Sum = sum;
+}
+
+void ShuffleTable::addEntries(std::span<const uint8_t> entries) {
+    Counter counter(Count, Order, Found);
+    for (const uint8_t entry : entries) {
+        counter.add(entry & kCodeBits);
+    }
+    Found = counter.found();
+    Sum += tallyEntries(entries);
 }
 
 void ShuffleTable::addCopies(const ShuffleTable& other) {

@@ -15,6 +15,10 @@
 
 namespace kva {
 
+// The tally of entries in bytes (CodedLocus::Entries), of which two in turn are one individual; an
+// odd last one stays open.
+Tally tallyEntries(std::span<const uint8_t> entries);
+
 // The allele table of one sample at one locus under shuffles; twin of AllelCount. Make
 // room with resize, then clear, add and read any number of times.
 class ShuffleTable {
@@ -38,6 +42,9 @@ class ShuffleTable {
     // Counts entries, given by their slot places (from 0) in the locus; two in turn are one
     // individual, and an odd last one stays open. Only once after a clear.
     void addSlots(const CodedLocus& locus, std::span<const int32_t> places);
+
+    // The same for the entries themselves, in bytes (CodedLocus::Entries).
+    void addEntries(std::span<const uint8_t> entries);
 
     // Counts the gene copies of another table; those of its alleles that are new follow in
     // its order. Individuals are left out, so of the statistics only CalcHetuk remains.
