@@ -29,14 +29,18 @@ template <class Item> class OrderedPool {
     static constexpr std::size_t kMiddle = 8 * kLow;
     static constexpr std::size_t kHigh = 16 * kMiddle;
 
-    // Holds `items` and nothing else.
-    void fill(std::span<const Item> items) {
-        const std::size_t n = items.size();
-        fillLeaves(items);
+    // Holds the items of `first` and behind them those of `second`, nothing else.
+    void fill(std::span<const Item> first, std::span<const Item> second = {}) {
+        const std::size_t n = first.size() + second.size();
+        Leaves.resize(n / kLeaf + 1);
         Levels = 0;
-        if (n > kLeaf) {
-            fillNodes(Low, n, kLow, kLeaf);
+        if (n <= kLeaf) {
+            const auto end = std::copy(first.begin(), first.end(), Leaves[0].begin());
+            std::copy(second.begin(), second.end(), end);
+            return;
         }
+        fillLeaves(first, second);
+        fillNodes(Low, n, kLow, kLeaf);
         if (n > kLow) {
             fillNodes(Middle, n, kMiddle, kLow);
         }
@@ -111,15 +115,14 @@ template <class Item> class OrderedPool {
         }
     };
 
-    void fillLeaves(std::span<const Item> items) {
-        Leaves.resize(items.size() / kLeaf + 1);
+    void fillLeaves(std::span<const Item> first, std::span<const Item> second) {
+        Items.resize(Leaves.size() * kLeaf);
+        const auto end = std::copy(first.begin(), first.end(), Items.begin());
+        std::copy(second.begin(), second.end(), end);
+        const Item* from = Items.data();
         for (Leaf& leaf : Leaves) {
-            if (items.size() < kLeaf) {
-                std::copy(items.begin(), items.end(), leaf.begin());
-                return; // the last
-            }
-            std::memcpy(leaf.data(), items.data(), kLeaf * sizeof(Item));
-            items = items.subspan(kLeaf);
+            std::memcpy(leaf.data(), from, kLeaf * sizeof(Item));
+            from += kLeaf;
         }
     }
 
@@ -150,7 +153,8 @@ template <class Item> class OrderedPool {
         return item;
     }
 
-    int Levels = 0; // of nodes; the row is one, too
+    int Levels = 0;          // of nodes; the row is one, too
+    std::vector<Item> Items; // in a row, on their way into the leaves
     std::vector<Leaf> Leaves;
     std::vector<LowNode> Low;
     std::vector<MiddleNode> Middle;

@@ -19,72 +19,81 @@ ShuffleMode ShuffleMode::of(uint32_t fstMask) {
 template <class Item>
 void PairDeal<Item>::deal(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b,
                           bool permutation) {
-    const std::array<const ShuffleSide*, 2> sides = {&a, &b};
-    Items.clear();
-    for (std::size_t s = 0; s < sides.size(); ++s) {
-        const std::span<const Item> home = row.subspan(sides[s]->Base, sides[s]->Size);
-        const auto tail = home.begin() + static_cast<std::ptrdiff_t>(sides[s]->Dealt);
-        Items.insert(Items.end(), home.begin(), tail);
-        Samples[s].resize(home.size());
-        std::copy(tail, home.end(), Samples[s].end() - (home.end() - tail));
-    }
-    const auto all = static_cast<int32_t>(Items.size());
-    Draws.resize(Items.size());
+    const std::span<const Item> first = row.subspan(a.Base, a.Dealt);
+    const std::span<const Item> second = row.subspan(b.Base, b.Dealt);
+    resize(a.Dealt, b.Dealt);
     if (permutation) {
-        drawIndices(all, Draws);
-        Pool.fill(Items);
-        Pool.deal(std::span(Draws).first(a.Dealt), Samples[0]);
-        Pool.deal(std::span(Draws).subspan(a.Dealt), Samples[1]);
-        return;
+        Draws.resize(Items.size());
+        drawIndices(static_cast<int32_t>(Items.size()), Draws);
+        Pool.fill(first, second);
+        Pool.deal(Draws, Items);
+    } else {
+        drawAgain(first, second);
     }
-    const auto draw = [&](Item& item) { item = Items[static_cast<std::size_t>(drawIndex(all))]; };
-    for (std::size_t s = 0; s < sides.size(); ++s) {
-        std::ranges::for_each(std::span(Samples[s]).first(sides[s]->Dealt), draw);
+    if (a.Dealt < a.Size || b.Dealt < b.Size) {
+        insertTails(row, a, b);
     }
+}
+
+// With replacement.
+template <class Item>
+void PairDeal<Item>::drawAgain(std::span<const Item> first, std::span<const Item> second) {
+    for (Item& item : Items) {
+        const auto r = static_cast<std::size_t>(drawIndex(static_cast<int32_t>(Items.size())));
+        item = r < first.size() ? first[r] : second[r - first.size()];
+    }
+}
+
+// Puts what stays at home behind each sample.
+template <class Item>
+void PairDeal<Item>::insertTails(std::span<const Item> row, const ShuffleSide& a,
+                                 const ShuffleSide& b) {
+    const auto tailOf = [&](const ShuffleSide& side) {
+        return row.subspan(side.Base + side.Dealt, side.Size - side.Dealt);
+    };
+    const std::span<const Item> tailA = tailOf(a);
+    const std::span<const Item> tailB = tailOf(b);
+    Items.insert(Items.end(), tailB.begin(), tailB.end());
+    Items.insert(Items.begin() + static_cast<std::ptrdiff_t>(a.Dealt), tailA.begin(), tailA.end());
+    Size1 = a.Size;
 }
 
 PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art) : Data(data), Mode(art) {
-    if (data.populations() > 0) {
-        const std::size_t last = data.populations() - 1;
-        Numbers.resize(static_cast<std::size_t>(data.slotPlace(last) + data.slots(last)) + 1);
-        std::iota(Numbers.begin(), Numbers.end(), 0);
+    std::size_t places = 0;
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+        const int32_t size = data.slots(pop);
+        const long dealt = Mode.Jackknife ? jackknifedSlots(size) : size;
+        const ShuffleSide slots = {static_cast<std::size_t>(data.slotPlace(pop)),
+                                   static_cast<std::size_t>(size), static_cast<std::size_t>(dealt)};
+        Slots.push_back(slots);
+        Pairs.push_back(
+            {static_cast<std::size_t>(data.pairPlace(pop)), slots.Size / 2, slots.Dealt / 2});
+        places = slots.Base + slots.Size + 1;
     }
-}
-
-ShuffleSide PairShuffle::slotsOf(std::size_t pop) const {
-    const int32_t size = Data.slots(pop);
-    const long dealt = Mode.Jackknife ? jackknifedSlots(size) : size;
-    return {static_cast<std::size_t>(Data.slotPlace(pop)), static_cast<std::size_t>(size),
-            static_cast<std::size_t>(dealt)};
-}
-
-ShuffleSide PairShuffle::pairsOf(std::size_t pop) const {
-    const ShuffleSide slots = slotsOf(pop);
-    return {static_cast<std::size_t>(Data.pairPlace(pop)), slots.Size / 2, slots.Dealt / 2};
+    Numbers.resize(places);
+    std::iota(Numbers.begin(), Numbers.end(), 0);
 }
 
 void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
-    Paired = Mode.Genotypes && Data.slots(pop1) % 2 == 0 && Data.slots(pop2) % 2 == 0;
+    Paired = Mode.Genotypes && Slots[pop1].Size % 2 == 0 && Slots[pop2].Size % 2 == 0;
     if (Paired) {
-        Places.deal(Numbers, pairsOf(pop1), pairsOf(pop2), Mode.Permutation);
+        Places.deal(Numbers, Pairs[pop1], Pairs[pop2], Mode.Permutation);
     } else if (Mode.Genotypes) {
-        dealOddPairs(slotsOf(pop1), slotsOf(pop2));
+        dealOddPairs(Slots[pop1], Slots[pop2]);
     } else {
-        Places.deal(Numbers, slotsOf(pop1), slotsOf(pop2), Mode.Permutation);
+        Places.deal(Numbers, Slots[pop1], Slots[pop2], Mode.Permutation);
     }
 }
 
 void PairShuffle::dealEntries(const CodedLocus& locus, std::size_t pop1, std::size_t pop2) {
-    Entries.deal(locus.Entries, slotsOf(pop1), slotsOf(pop2), Mode.Permutation);
+    Entries.deal(locus.Entries, Slots[pop1], Slots[pop2], Mode.Permutation);
 }
 
 void PairShuffle::readEntries(const CodedLocus& locus) {
     const uint8_t* const row = locus.Entries.data();
+    Entries.resize(places(0).size(), places(1).size());
     for (const std::size_t s : {0U, 1U}) {
-        const std::span<const int32_t> from = places(s);
-        std::vector<uint8_t>& to = Entries.sample(s);
-        to.resize(from.size());
-        std::transform(from.begin(), from.end(), to.begin(),
+        std::transform(places(s).begin(), places(s).end(), Entries.sample(s).begin(),
                        [row](int32_t place) { return row[place]; });
     }
 }
@@ -95,9 +104,10 @@ void PairShuffle::dealOddPairs(const ShuffleSide& a, const ShuffleSide& b) {
     const std::size_t all = a.Dealt + b.Dealt;
     const std::array<const ShuffleSide*, 2> sides = {&a, &b};
     std::array<std::size_t, 2> next = {0, 0};
+    Places.resize(a.Size, b.Size);
     for (std::size_t s = 0; s < sides.size(); ++s) {
         const auto home = std::span(Numbers).subspan(sides[s]->Base, sides[s]->Size);
-        Places.sample(s).assign(home.begin(), home.end());
+        std::copy(home.begin(), home.end(), Places.sample(s).begin());
         std::fill_n(Places.sample(s).begin(), sides[s]->Dealt, missingPlace(*sides[s]));
     }
     Pool.fill(std::span(Numbers).first(all / 2));

@@ -43,13 +43,26 @@ template <class Item> class PairDeal {
     void deal(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b,
               bool permutation);
 
+    // Makes room for samples of these sizes, which do not come from a deal.
+    void resize(std::size_t size1, std::size_t size2) {
+        Size1 = size1;
+        Items.resize(size1 + size2);
+    }
+
     // Sample 0 or 1, in the order of the deal and what stays at home behind.
-    std::vector<Item>& sample(std::size_t s) { return Samples[s]; }
-    const std::vector<Item>& sample(std::size_t s) const { return Samples[s]; }
+    std::span<Item> sample(std::size_t s) {
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1);
+    }
+    std::span<const Item> sample(std::size_t s) const {
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1);
+    }
 
   private:
-    std::array<std::vector<Item>, 2> Samples;
-    std::vector<Item> Items;    // that take part
+    void drawAgain(std::span<const Item> first, std::span<const Item> second);
+    void insertTails(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b);
+
+    std::size_t Size1 = 0;      // of sample 0
+    std::vector<Item> Items;    // of both samples
     std::vector<int32_t> Draws; // of a deal: places among what is left
     OrderedPool<Item> Pool;     // not yet dealt
 };
@@ -84,20 +97,20 @@ class PairShuffle {
     std::span<const uint8_t> entries(std::size_t sample) const { return Entries.sample(sample); }
 
   private:
-    ShuffleSide slotsOf(std::size_t pop) const; // a population (from 0) in slots
-    ShuffleSide pairsOf(std::size_t pop) const; // ... in pairs, of an even number of slots
     // The place behind the last of a population in slots, which reads as missing.
     int32_t missingPlace(const ShuffleSide& side) const { return Numbers[side.Base + side.Size]; }
     // The deal in pairs of two populations, given in slots, with an odd number in one or both.
     void dealOddPairs(const ShuffleSide& a, const ShuffleSide& b);
 
-    const CodedData& Data;        // NOT OWNED
-    ShuffleMode Mode;             // how slots are dealt
-    bool Paired = false;          // of the last deal: Places are pair places
-    std::vector<int32_t> Numbers; // each place its own number
-    PairDeal<int32_t> Places;     // of both samples
-    PairDeal<uint8_t> Entries;    // of both samples
-    OrderedPool<int32_t> Pool;    // pairs not yet dealt, where populations are odd
+    const CodedData& Data;          // NOT OWNED
+    ShuffleMode Mode;               // how slots are dealt
+    bool Paired = false;            // of the last deal: Places are pair places
+    std::vector<ShuffleSide> Slots; // each population in slots
+    std::vector<ShuffleSide> Pairs; // ... in pairs, without an odd last slot
+    std::vector<int32_t> Numbers;   // each place its own number
+    PairDeal<int32_t> Places;       // of both samples
+    PairDeal<uint8_t> Entries;      // of both samples
+    OrderedPool<int32_t> Pool;      // pairs not yet dealt, where populations are odd
 };
 
 // Shuffles of all populations, without replacement. A flat slot is one of all populations behind

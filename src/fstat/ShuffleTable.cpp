@@ -28,44 +28,76 @@ class Counter {
     std::size_t Found;
 };
 
-// 1 or 0 in 16 bits, for sums that go side by side.
-constexpr uint16_t one(bool holds) {
-    return holds ? 1 : 0;
+// --- Entries in bytes ------------------------------------------------------------------
+
+// Four individuals side by side, 16 bits each: their two entries, of which either may come first.
+// In each field of a sum 16 bits count.
+using FourPairs = uint64_t;
+
+constexpr FourPairs kOnes = 0x0001000100010001;
+constexpr FourPairs kAllCodes = kCodeBits * (kOnes | kOnes << 8U);
+constexpr std::size_t kMostEntries = 32768; // so that 16 bits hold every sum
+
+// The sum of the four fields, which 16 bits hold.
+int32_t sumOf(FourPairs fields) {
+    return static_cast<int32_t>(fields * kOnes >> 48U);
 }
 
-// `pairs` is so small that 16 bits hold the sums.
-Tally tallyPairs(const uint8_t* entries, std::size_t pairs) {
-    uint16_t copies = 0;
-    uint16_t light = 0; // copies of weight 1
-    uint16_t typed = 0;
-    uint16_t hetero = 0;
-    for (std::size_t k = 0; k < pairs; ++k) {
-        uint16_t pair = 0; // both entries side by side; which is which does not matter
-        std::memcpy(&pair, entries + 2 * k, sizeof pair);
-        const uint16_t a = pair & kCodeBits;
-        const uint16_t b = pair >> 8U & kCodeBits;
-        copies = static_cast<uint16_t>(copies + one(a != 0) + one(b != 0));
-        light = static_cast<uint16_t>(light + (pair >> 7U & 1U) + (pair >> 15U));
-        typed = static_cast<uint16_t>(typed + one((a | b) != 0));
-        hetero = static_cast<uint16_t>(hetero + (one(a != 0) & one(b != 0) & one(a != b)));
+// Sums over individuals.
+struct PairSums {
+    FourPairs Copies = 0; // gene copies
+    FourPairs Light = 0;  // ... of weight 1
+    FourPairs Typed = 0;  // individuals with an allele
+    FourPairs Hetero = 0; // individuals with two different alleles
+
+    void add(FourPairs pairs) {
+        const FourPairs codes = pairs & kAllCodes;
+        const FourPairs filled = (codes + kAllCodes) >> 7U; // 1 in each byte with an allele
+        const FourPairs first = filled & kOnes;
+        const FourPairs second = filled >> 8U & kOnes;
+        const FourPairs unlike = ((codes ^ codes >> 8U) & kCodeBits * kOnes) + kCodeBits * kOnes;
+        Copies += first + second;
+        Light += (pairs >> 7U & kOnes) + (pairs >> 15U & kOnes);
+        Typed += first | second;
+        Hetero += first & second & unlike >> 7U;
     }
-    return {copies, 2 * copies - light, 2 * typed, hetero};
+    Tally tally() const {
+        const int32_t copies = sumOf(Copies);
+        return {copies, 2 * copies - sumOf(Light), 2 * sumOf(Typed), sumOf(Hetero)};
+    }
+};
+
+// The last entry of an odd number: its individual stays open.
+Tally tallyOpen(uint8_t entry) {
+    const uint32_t code = entry & kCodeBits;
+    Tally open = tallyPair(code, (entry & kHaploidBit) != 0 ? 1 : 2, kMissingCode, 0);
+    open.Typed = 1;
+    return open;
 }
 
 } // namespace
 
 Tally tallyEntries(std::span<const uint8_t> entries) {
-    constexpr std::size_t kMostPairs = 16384;
-    Tally sum;
-    while (entries.size() > 1) {
-        const std::size_t pairs = std::min(entries.size() / 2, kMostPairs);
-        sum += tallyPairs(entries.data(), pairs);
-        entries = entries.subspan(2 * pairs);
+    if (entries.size() > kMostEntries) {
+        Tally sum = tallyEntries(entries.first(kMostEntries));
+        sum += tallyEntries(entries.subspan(kMostEntries));
+        return sum;
     }
-    if (!entries.empty()) { // the last individual stays open
-        const bool typed = (entries[0] & kCodeBits) != kMissingCode;
-        const bool haploid = (entries[0] & kHaploidBit) != 0;
-        sum += {typed ? 1 : 0, !typed ? 0 : haploid ? 1 : 2, 1, 0};
+    PairSums sums;
+    std::size_t k = 0;
+    for (; k + sizeof(FourPairs) <= entries.size(); k += sizeof(FourPairs)) {
+        FourPairs pairs = 0;
+        std::memcpy(&pairs, &entries[k], sizeof pairs);
+        sums.add(pairs);
+    }
+    FourPairs rest = 0;
+    for (; k + 1 < entries.size(); k += 2) {
+        rest = rest << 16U | uint32_t{entries[k]} << 8U | entries[k + 1];
+    }
+    sums.add(rest);
+    Tally sum = sums.tally();
+    if (k < entries.size()) {
+        sum += tallyOpen(entries[k]);
     }
     return sum;
 }

@@ -20,8 +20,8 @@ constexpr int32_t kWarmUp = 8;                   // steps thrown away before the
 constexpr double kScale = 4.656612875245797e-10; // 1 / kModulus
 constexpr double kLimit = 0.99999988;            // largest value handed out
 
-int32_t idom = 0;                         // state of the Lehmer generator
-int32_t iy = 0;                           // last value of the table; 0: the table is to be filled
+int32_t idom = 0;                         // state of the Lehmer generator, where Ahead ends
+int32_t iy = 0;                           // last number of the table; 0: the table is to be filled
 std::array<uint32_t, kTableSize> iv = {}; // shuffle table
 
 // One step by Schrage's method, which stays inside 32 bits.
@@ -43,7 +43,7 @@ void fillTable() {
     iy = static_cast<int32_t>(iv[0]);
 }
 
-// --- Many draws at once ----------------------------------------------------------------
+// --- Many values at once ----------------------------------------------------------------
 
 // One step and more at once: the state times a power of the multiplier, modulo 2^31 - 1 by folding
 // the high bits twice. A state is neither 0 nor the modulus, nor is the result.
@@ -54,7 +54,7 @@ constexpr uint32_t timesModulo(uint32_t state, uint32_t factor) {
     return (folded & modulus) + (folded >> 31U);
 }
 
-// Four states in turn, which are stepped side by side.
+// Four states in turn.
 using Quad = std::array<uint32_t, 4>;
 
 constexpr Quad timesModulo(const Quad& states, const Quad& factors) {
@@ -72,22 +72,24 @@ constexpr uint32_t kFourSteps = timesModulo(kThreeSteps, kMultiplier);
 constexpr Quad kOneToFour = {kMultiplier, kTwoSteps, kThreeSteps, kFourSteps};
 constexpr Quad kFour = {kFourSteps, kFourSteps, kFourSteps, kFourSteps};
 
-constexpr std::size_t kBlock = 256; // draws of a block
+constexpr std::size_t kBlock = 256;
 using Block = std::array<uint32_t, kBlock>;
 
-// The states that follow idom: n, or up to three more. n from 1.
-void stepAhead(Block& states, std::size_t n) {
+// The states that follow idom.
+Block stepAhead() {
+    Block states;
     const auto state = static_cast<uint32_t>(idom);
     Quad quad = timesModulo({state, state, state, state}, kOneToFour);
-    for (std::size_t k = 0; k < n; k += quad.size()) {
+    for (std::size_t k = 0; k < kBlock; k += quad.size()) {
         std::memcpy(&states[k], &quad, sizeof quad);
         quad = timesModulo(quad, kFour);
     }
-    idom = static_cast<int32_t>(states[n - 1]);
+    idom = static_cast<int32_t>(states.back());
+    return states;
 }
 
-// Sends n states through the table: each goes in, and the value that comes out takes its place.
-void passTable(Block& states, std::size_t n) {
+// Sends states through the table: each goes in, and the number that comes out takes its place.
+void passTable(Block& states) {
     auto last = static_cast<uint32_t>(iy);
     const auto pass = [&last](uint32_t& state) {
         uint32_t& entry = iv[last / kDivisor];
@@ -95,89 +97,84 @@ void passTable(Block& states, std::size_t n) {
         entry = state;
         state = last;
     };
-    const std::size_t whole = n / 4 * 4;
-    for (std::size_t k = 0; k < whole; k += 4) {
-        for (std::size_t m = 0; m < 4; ++m) {
-            pass(states[k + m]);
-        }
-    }
-    for (std::size_t k = whole; k < n; ++k) {
+    for (std::size_t k = 0; k < kBlock; k += 4) { // four at once save the counting
         pass(states[k]);
+        pass(states[k + 1]);
+        pass(states[k + 2]);
+        pass(states[k + 3]);
     }
     iy = static_cast<int32_t>(last);
 }
 
-constexpr int32_t kMostExact = 1 << 24; // the numbers up to it are exact in single precision
+std::array<float, kBlock> Ahead; // values of the stream that are computed already
+std::size_t Next = 0;            // the first of them that is not handed out
+std::size_t End = 0;             // behind the last
 
-// The value that a number of the table gives.
-float valueOf(uint32_t number) {
-    constexpr auto limit = static_cast<float>(kLimit);
-    const auto value = static_cast<float>(static_cast<int32_t>(number) * kScale);
-    return value < limit ? value : limit;
-}
-
-// The next n numbers of the table: the Lehmer states first, which do not hang on the table.
-void nextNumbers(Block& numbers, std::size_t n) {
-    stepAhead(numbers, n);
-    passTable(numbers, n);
-}
-
-// Whether the next draw only goes on: the state is in place and the table is filled.
-bool isStarted() {
-    return idom > 0 && iy != 0;
-}
-
-} // namespace
-
-void srand2(long seed) {
-    idom = static_cast<int32_t>(seed);
-    iy = 0;
-}
-
-float rand2() {
+// Computes the next values: the Lehmer states first, which do not hang on the table and so run side
+// by side, then the table, then what comes of each number.
+void computeAhead() {
     if (idom <= 0) {
         idom = idom == 0 ? 1 : -std::max(idom, -kModulus);
         fillTable();
     } else if (iy == 0) {
         fillTable();
     }
-    lehmerStep();
-    const auto j = static_cast<std::size_t>(iy / kDivisor);
-    iy = static_cast<int32_t>(iv[j]);
-    iv[j] = static_cast<uint32_t>(idom);
-    const auto value = static_cast<float>(iy * kScale);
-    return value > kLimit ? static_cast<float>(kLimit) : value;
+    Block numbers = stepAhead();
+    passTable(numbers);
+    constexpr auto limit = static_cast<float>(kLimit);
+    for (std::size_t k = 0; k < kBlock; ++k) {
+        const auto value = static_cast<float>(static_cast<int32_t>(numbers[k]) * kScale);
+        Ahead[k] = value < limit ? value : limit;
+    }
+    Next = 0;
+    End = idom > 0 ? kBlock : 1; // at 0, which the modulus as seed leads to, the stream starts anew
+}
+
+// The next values of the stream, from one to `most`. They stand until the next draw.
+std::span<const float> nextValues(std::size_t most) {
+    if (Next == End) {
+        computeAhead();
+    }
+    const std::size_t size = std::min(most, End - Next);
+    const std::size_t first = Next;
+    Next += size;
+    return std::span(Ahead).subspan(first, size);
+}
+
+constexpr int32_t kMostExact = 1 << 24; // the numbers up to it are exact in single precision
+
+} // namespace
+
+void srand2(long seed) {
+    idom = static_cast<int32_t>(seed);
+    iy = 0;
+    Next = End;
+}
+
+float rand2() {
+    return nextValues(1).front();
 }
 
 void rand2Fill(std::span<float> values) {
-    for (; !values.empty() && !isStarted(); values = values.subspan(1)) {
-        values.front() = rand2();
-    }
-    Block numbers;
     while (!values.empty()) {
-        const std::size_t size = std::min(values.size(), kBlock);
-        nextNumbers(numbers, size);
-        for (std::size_t k = 0; k < size; ++k) {
-            values[k] = valueOf(numbers[k]);
-        }
-        values = values.subspan(size);
+        const std::span<const float> next = nextValues(values.size());
+        std::copy(next.begin(), next.end(), values.begin());
+        values = values.subspan(next.size());
     }
 }
 
-// Below 2^24 places a product never reaches the number of places, so that indexOf's bound is not
+// Up to 2^24 places a product never reaches the number of places, so that indexOf's bound is not
 // looked at.
 void drawIndices(int32_t n, std::span<int32_t> places) {
-    for (; !places.empty() && (n > kMostExact || !isStarted()); places = places.subspan(1)) {
+    for (; n > kMostExact && !places.empty(); places = places.subspan(1)) {
         places.front() = drawIndex(n--);
     }
-    Block numbers;
     while (!places.empty()) {
-        const std::size_t size = std::min(places.size(), kBlock);
-        nextNumbers(numbers, size);
-        for (std::size_t k = 0; k < size; ++k, --n) {
-            places[k] = static_cast<int32_t>(valueOf(numbers[k]) * static_cast<float>(n));
+        const std::span<const float> next = nextValues(places.size());
+        for (std::size_t k = 0; k < next.size(); ++k, --n) {
+            places[k] = static_cast<int32_t>(next[k] * static_cast<float>(n));
         }
-        places = places.subspan(size);
+        places = places.subspan(next.size());
     }
 }
 

@@ -22,8 +22,7 @@ void srand2(long seed);
 // sequence of seed 1.
 float rand2();
 
-// The next values of the stream, one for each place: what so many calls of rand2() give, at
-// about half the cost.
+// The next values of the stream, one for each place: what so many calls of rand2() give.
 void rand2Fill(std::span<float> values);
 
 // rand2() x bound in single precision: a uniform value from 0 to below `bound`. One draw.
