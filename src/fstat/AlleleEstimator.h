@@ -5,11 +5,11 @@
 #include "fstat/ShuffleTable.h"
 #include "fstat/wc84.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
 namespace kva {
 
@@ -19,9 +19,6 @@ namespace kva {
 // PairEstimator::components(). The object holds the room.
 class AlleleEstimator {
   public:
-    // mostAlleles: of any locus.
-    explicit AlleleEstimator(int32_t mostAlleles);
-
     // From the entries of both samples (CodedLocus::Entries), which are together those of two
     // populations; whole1, whole2: the tables of these. Nothing as in pairComponents().
     std::optional<VarianceComponents> components(const ShuffleTable& whole1,
@@ -30,17 +27,19 @@ class AlleleEstimator {
                                                  std::span<const uint8_t> entries2);
 
   private:
-    // Writes the counts of an allele behind those before.
-    void put(int32_t count1, int32_t count2) {
-        Counts1[Found] = count1;
-        Counts2[Found] = count2;
-        ++Found;
-    }
+    // Counts the first sample into Count and Order; returns its gene copies.
+    int32_t countFirst(std::span<const uint8_t> entries);
+    // Writes the counts of all alleles in the order of their first appearance: those of the first
+    // sample, and then what the second alone has. copies2: gene copies of the second sample.
+    void listCounts(const ShuffleTable& whole1, const ShuffleTable& whole2,
+                    std::span<const uint8_t> entries2, int32_t copies2);
 
-    ShuffleTable Drawn;           // the first sample
-    std::size_t Found = 0;        // alleles in the lists
-    std::vector<int32_t> Counts1; // gene copies of each allele in sample 1, with room for a step
-    std::vector<int32_t> Counts2; // ... in sample 2
+    std::array<int32_t, kCodeBits + 1> Count = {1}; // in the first sample by code; 0 is never 0
+    std::array<uint8_t, kCodeBits + 2> Order = {};  // codes by first appearance; one to spare
+    std::size_t Found = 0;                          // alleles in Order
+    // Gene copies of each allele of Order in both samples, with room for a step.
+    std::array<int32_t, kCodeBits + kAlleleStep> Counts1 = {};
+    std::array<int32_t, kCodeBits + kAlleleStep> Counts2 = {};
 };
 
 } // namespace kva

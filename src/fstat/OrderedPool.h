@@ -32,7 +32,7 @@ template <class Item> class OrderedPool {
     // Holds the items of `first` and behind them those of `second`, nothing else.
     void fill(std::span<const Item> first, std::span<const Item> second = {}) {
         const std::size_t n = first.size() + second.size();
-        Leaves.resize(n / kLeaf + 1);
+        Leaves.resize(std::max(n / kLeaf + 1, Leaves.size()));
         Levels = 0;
         if (n <= kLeaf) {
             const auto end = std::copy(first.begin(), first.end(), Leaves[0].begin());

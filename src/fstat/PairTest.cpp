@@ -37,7 +37,7 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
                    double undefined)
     : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
       ByRest(Mode.Permutation && hRule(fstMask) == HRule::Hobs), Shuffle(Data, Mode),
-      Estimator(hRule(fstMask), Data.mostAlleles()), OfAlleles(Data.mostAlleles()) {
+      Estimator(hRule(fstMask), Data.mostAlleles()) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);

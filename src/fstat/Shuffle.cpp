@@ -23,10 +23,11 @@ void PairDeal<Item>::deal(std::span<const Item> row, const ShuffleSide& a, const
     const std::span<const Item> second = row.subspan(b.Base, b.Dealt);
     resize(a.Dealt, b.Dealt);
     if (permutation) {
-        Draws.resize(Items.size());
-        drawIndices(static_cast<int32_t>(Items.size()), Draws);
+        const std::size_t all = a.Dealt + b.Dealt;
+        const std::span<int32_t> places = std::span(Draws).first(all);
+        drawIndices(static_cast<int32_t>(all), places);
         Pool.fill(first, second);
-        Pool.deal(Draws, Items);
+        Pool.deal(places, Items);
     } else {
         drawAgain(first, second);
     }
@@ -35,31 +36,45 @@ void PairDeal<Item>::deal(std::span<const Item> row, const ShuffleSide& a, const
     }
 }
 
-// With replacement.
 template <class Item>
 void PairDeal<Item>::drawAgain(std::span<const Item> first, std::span<const Item> second) {
-    for (Item& item : Items) {
-        const auto r = static_cast<std::size_t>(drawIndex(static_cast<int32_t>(Items.size())));
+    const std::size_t all = first.size() + second.size();
+    for (Item& item : std::span(Items).first(all)) {
+        const auto r = static_cast<std::size_t>(drawIndex(static_cast<int32_t>(all)));
         item = r < first.size() ? first[r] : second[r - first.size()];
     }
 }
 
-// Puts what stays at home behind each sample.
 template <class Item>
 void PairDeal<Item>::insertTails(std::span<const Item> row, const ShuffleSide& a,
                                  const ShuffleSide& b) {
-    const auto tailOf = [&](const ShuffleSide& side) {
+    const auto tailOf = [row](const ShuffleSide& side) {
         return row.subspan(side.Base + side.Dealt, side.Size - side.Dealt);
     };
-    const std::span<const Item> tailA = tailOf(a);
-    const std::span<const Item> tailB = tailOf(b);
-    Items.insert(Items.end(), tailB.begin(), tailB.end());
-    Items.insert(Items.begin() + static_cast<std::ptrdiff_t>(a.Dealt), tailA.begin(), tailA.end());
-    Size1 = a.Size;
+    const std::span<const Item> dealt = sample(1);
+    resize(a.Size, b.Size);
+    std::copy_backward(dealt.begin(), dealt.end(), sample(1).begin() + std::ssize(dealt));
+    std::ranges::copy(tailOf(a), sample(0).subspan(a.Dealt).begin());
+    std::ranges::copy(tailOf(b), sample(1).subspan(b.Dealt).begin());
 }
 
-PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art) : Data(data), Mode(art) {
+namespace {
+
+// Slots of all populations, each with the place behind its last.
+std::size_t placesOf(const CodedData& data) {
     std::size_t places = 0;
+    for (std::size_t pop = 0; pop < data.populations(); ++pop) {
+        places += static_cast<std::size_t>(data.slots(pop)) + 1;
+    }
+    return places;
+}
+
+} // namespace
+
+PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art)
+    : Data(data), Mode(art), Numbers(placesOf(data)), Places(Numbers.size()),
+      Entries(Numbers.size()) {
+    std::iota(Numbers.begin(), Numbers.end(), 0);
     for (std::size_t pop = 0; pop < data.populations(); ++pop) {
         const int32_t size = data.slots(pop);
         const long dealt = Mode.Jackknife ? jackknifedSlots(size) : size;
@@ -68,10 +83,7 @@ PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art) : Data(d
         Slots.push_back(slots);
         Pairs.push_back(
             {static_cast<std::size_t>(data.pairPlace(pop)), slots.Size / 2, slots.Dealt / 2});
-        places = slots.Base + slots.Size + 1;
     }
-    Numbers.resize(places);
-    std::iota(Numbers.begin(), Numbers.end(), 0);
 }
 
 void PairShuffle::deal(std::size_t pop1, std::size_t pop2) {
@@ -92,7 +104,7 @@ void PairShuffle::dealEntries(const CodedLocus& locus, std::size_t pop1, std::si
 void PairShuffle::readEntries(const CodedLocus& locus) {
     const uint8_t* const row = locus.Entries.data();
     Entries.resize(places(0).size(), places(1).size());
-    for (const std::size_t s : {0U, 1U}) {
+    for (std::size_t s = 0; s < 2; ++s) {
         std::transform(places(s).begin(), places(s).end(), Entries.sample(s).begin(),
                        [row](int32_t place) { return row[place]; });
     }

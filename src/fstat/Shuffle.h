@@ -37,33 +37,39 @@ struct ShuffleSide {
 // Deals of what stands at the places of two populations.
 template <class Item> class PairDeal {
   public:
+    // mostUnits: of two populations.
+    explicit PairDeal(std::size_t mostUnits) : Items(mostUnits), Draws(mostUnits) {}
+
     // Deals the items of `row`, which stand there by place, out anew into two samples of the sizes
     // of both sides. One value of the random stream for each unit that takes part. permutation off:
     // drawn with replacement.
     void deal(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b,
               bool permutation);
 
-    // Makes room for samples of these sizes, which do not come from a deal.
+    // Sets the sizes of the samples, for items that do not come from a deal.
     void resize(std::size_t size1, std::size_t size2) {
         Size1 = size1;
-        Items.resize(size1 + size2);
+        Size2 = size2;
     }
 
     // Sample 0 or 1, in the order of the deal and what stays at home behind.
     std::span<Item> sample(std::size_t s) {
-        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1);
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1, Size2);
     }
     std::span<const Item> sample(std::size_t s) const {
-        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1);
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1, Size2);
     }
 
   private:
+    // Deals with replacement.
     void drawAgain(std::span<const Item> first, std::span<const Item> second);
+    // Puts what stays at home behind each sample.
     void insertTails(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b);
 
     std::size_t Size1 = 0;      // of sample 0
-    std::vector<Item> Items;    // of both samples
-    std::vector<int32_t> Draws; // of a deal: places among what is left
+    std::size_t Size2 = 0;      // ... 1
+    std::vector<Item> Items;    // of both samples, and room
+    std::vector<int32_t> Draws; // of a deal: places among what is left, and room
     OrderedPool<Item> Pool;     // not yet dealt
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 namespace kva {
 
@@ -31,75 +32,59 @@ class Counter {
 // --- Entries in bytes ------------------------------------------------------------------
 
 // Four individuals side by side, 16 bits each: their two entries, of which either may come first.
-// In each field of a sum 16 bits count.
 using FourPairs = uint64_t;
 
-constexpr FourPairs kOnes = 0x0001000100010001;
+constexpr FourPairs kOnes = 0x0001000100010001; // 1 in each of the 16 bits
 constexpr FourPairs kAllCodes = kCodeBits * (kOnes | kOnes << 8U);
-constexpr std::size_t kMostEntries = 32768; // so that 16 bits hold every sum
+constexpr std::size_t kMostSteps = 8192; // so that 16 bits hold the total of a sum
 
-// The sum of the four fields, which 16 bits hold.
-int32_t sumOf(FourPairs fields) {
-    return static_cast<int32_t>(fields * kOnes >> 48U);
-}
+// Sums over individuals, four side by side.
+struct FourSums {
+    FourPairs Typed = 0;
+    FourPairs Hetero = 0;
 
-// Sums over individuals.
-struct PairSums {
-    FourPairs Copies = 0; // gene copies
-    FourPairs Light = 0;  // ... of weight 1
-    FourPairs Typed = 0;  // individuals with an allele
-    FourPairs Hetero = 0; // individuals with two different alleles
-
+    // Adding kAllCodes sets the highest bit of each byte that is not 0; where the two bytes of a
+    // pair are compared, the lower one counts.
     void add(FourPairs pairs) {
         const FourPairs codes = pairs & kAllCodes;
-        const FourPairs filled = (codes + kAllCodes) >> 7U; // 1 in each byte with an allele
-        const FourPairs first = filled & kOnes;
-        const FourPairs second = filled >> 8U & kOnes;
-        const FourPairs unlike = ((codes ^ codes >> 8U) & kCodeBits * kOnes) + kCodeBits * kOnes;
-        Copies += first + second;
-        Light += (pairs >> 7U & kOnes) + (pairs >> 15U & kOnes);
-        Typed += first | second;
-        Hetero += first & second & unlike >> 7U;
+        const FourPairs filled = codes + kAllCodes;
+        const FourPairs unlike = ((codes ^ codes >> 8U) & kAllCodes) + kAllCodes;
+        Typed += (filled | filled >> 8U) >> 7U & kOnes;
+        Hetero += (filled & filled >> 8U & unlike) >> 7U & kOnes;
     }
-    Tally tally() const {
-        const int32_t copies = sumOf(Copies);
-        return {copies, 2 * copies - sumOf(Light), 2 * sumOf(Typed), sumOf(Hetero)};
-    }
+    static int32_t total(FourPairs fields) { return static_cast<int32_t>(fields * kOnes >> 48U); }
 };
-
-// The last entry of an odd number: its individual stays open.
-Tally tallyOpen(uint8_t entry) {
-    const uint32_t code = entry & kCodeBits;
-    Tally open = tallyPair(code, (entry & kHaploidBit) != 0 ? 1 : 2, kMissingCode, 0);
-    open.Typed = 1;
-    return open;
-}
 
 } // namespace
 
-Tally tallyEntries(std::span<const uint8_t> entries) {
-    if (entries.size() > kMostEntries) {
-        Tally sum = tallyEntries(entries.first(kMostEntries));
-        sum += tallyEntries(entries.subspan(kMostEntries));
-        return sum;
+TypedPairs countPairs(std::span<const uint8_t> entries) {
+    int32_t typed = 0;
+    int32_t hetero = 0;
+    while (entries.size() >= sizeof(FourPairs)) {
+        std::size_t steps = std::min(entries.size() / sizeof(FourPairs), kMostSteps);
+        FourSums sums;
+        for (std::size_t k = 0; k < steps; ++k) {
+            FourPairs pairs = 0;
+            std::memcpy(&pairs, &entries[k * sizeof pairs], sizeof pairs);
+            sums.add(pairs);
+        }
+        typed += FourSums::total(sums.Typed);
+        hetero += FourSums::total(sums.Hetero);
+        entries = entries.subspan(steps * sizeof(FourPairs));
     }
-    PairSums sums;
-    std::size_t k = 0;
-    for (; k + sizeof(FourPairs) <= entries.size(); k += sizeof(FourPairs)) {
-        FourPairs pairs = 0;
-        std::memcpy(&pairs, &entries[k], sizeof pairs);
-        sums.add(pairs);
+    for (; entries.size() > 1; entries = entries.subspan(2)) {
+        const uint32_t one = entries[0] & kCodeBits;
+        const uint32_t other = entries[1] & kCodeBits;
+        typed += (one | other) != kMissingCode ? 1 : 0;
+        hetero += one != other && one != kMissingCode && other != kMissingCode ? 1 : 0;
     }
-    FourPairs rest = 0;
-    for (; k + 1 < entries.size(); k += 2) {
-        rest = rest << 16U | uint32_t{entries[k]} << 8U | entries[k + 1];
-    }
-    sums.add(rest);
-    Tally sum = sums.tally();
-    if (k < entries.size()) {
-        sum += tallyOpen(entries[k]);
-    }
-    return sum;
+    const int32_t open = entries.empty() ? 0 : 1;
+    return {2 * typed + open, hetero};
+}
+
+int32_t countLight(std::span<const uint8_t> entries) {
+    return std::accumulate(entries.begin(), entries.end(), int32_t{0},
+                           [](int32_t sum, uint8_t entry) { return sum + (entry >> 7); });
 }
 
 void ShuffleTable::resize(int32_t alleles) {
@@ -148,12 +133,16 @@ void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> pl
 }
 
 void ShuffleTable::addEntries(std::span<const uint8_t> entries) {
+    const int32_t before = Count[0];
     Counter counter(Count, Order, Found);
     for (const uint8_t entry : entries) {
         counter.add(entry & kCodeBits);
     }
     Found = counter.found();
-    Sum += tallyEntries(entries);
+    const auto missing = Count[0] - before;
+    const auto copies = static_cast<int32_t>(entries.size()) - missing;
+    const TypedPairs pairs = countPairs(entries);
+    Sum += {copies, 2 * copies - countLight(entries), pairs.Typed, pairs.Hetero};
 }
 
 void ShuffleTable::addCopies(const ShuffleTable& other) {

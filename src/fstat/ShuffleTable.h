@@ -15,9 +15,15 @@
 
 namespace kva {
 
-// The tally of entries in bytes (CodedLocus::Entries), of which two in turn are one individual; an
-// odd last one stays open.
-Tally tallyEntries(std::span<const uint8_t> entries);
+// Entries in bytes (CodedLocus::Entries), of which two in turn are one individual; an odd last one
+// stays open: the fields Typed and Hetero of their tally.
+struct TypedPairs {
+    int32_t Typed;
+    int32_t Hetero;
+};
+TypedPairs countPairs(std::span<const uint8_t> entries);
+// ... and how many of their gene copies weigh 1.
+int32_t countLight(std::span<const uint8_t> entries);
 
 // The allele table of one sample at one locus under shuffles; twin of AllelCount. Make
 // room with resize, then clear, add and read any number of times.

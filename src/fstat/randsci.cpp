@@ -166,8 +166,9 @@ void rand2Fill(std::span<float> values) {
 // Up to 2^24 places a product never reaches the number of places, so that indexOf's bound is not
 // looked at.
 void drawIndices(int32_t n, std::span<int32_t> places) {
-    for (; n > kMostExact && !places.empty(); places = places.subspan(1)) {
-        places.front() = drawIndex(n--);
+    if (n > kMostExact) {
+        std::generate(places.begin(), places.end(), [&n] { return drawIndex(n--); });
+        return;
     }
     while (!places.empty()) {
         const std::span<const float> next = nextValues(places.size());
