@@ -1,7 +1,5 @@
 #include "fstat/ShuffleTable.h"
 
-#include <algorithm>
-
 namespace kva {
 
 namespace {
@@ -90,18 +88,6 @@ double ShuffleTable::sumOfSquares() const {
         sum += p * p;
     }
     return sum;
-}
-
-double ShuffleTable::CalcHet() const {
-    if (Sum.Weight <= 2) {
-        return -1.0;
-    }
-    const double C = Sum.Weight;
-    return std::min((C / (C - 2.0)) * (1.0 - sumOfSquares()), 1.0);
-}
-
-double ShuffleTable::CalcHetuk() const {
-    return Sum.Copies == 0 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
 }
 
 } // namespace kva

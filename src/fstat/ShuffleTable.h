@@ -46,14 +46,14 @@ class ShuffleTable {
     // --- Statistics, as in AllelCount ------------------------------------------------------
 
     // True as soon as one entry flagged haploid is in the table.
-    bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
+    bool isHaploid() const { return SquaredTally{Sum, 0.0}.isHaploid(); }
     // Observed heterozygosity: heterozygotes per typed individual; -1.0 for too few.
     double CalcHetobs() const { return Sum.CalcHetobs(); }
     // Expected heterozygosity, corrected for the sample size, at most 1.0 (Nei 1978); -1.0 for too
     // few.
-    double CalcHet() const;
+    double CalcHet() const { return SquaredTally{Sum, sumOfSquares()}.CalcHet(); }
     // Expected heterozygosity 1 - sum p^2, uncorrected (Nei 1973); -1.0 for an empty table.
-    double CalcHetuk() const;
+    double CalcHetuk() const { return SquaredTally{Sum, sumOfSquares()}.CalcHetuk(); }
 
     // --- Contents --------------------------------------------------------------------------
 
@@ -65,13 +65,6 @@ class ShuffleTable {
     int32_t count(uint32_t code) const { return Count[code]; }
     // Frequency of an allele; 0.0 if it is not there. The table is not empty.
     double frequency(uint32_t code) const { return double(count(code)) / Sum.Copies; }
-
-    // Enters an allele that is not counted, so that count() is not 0 until the next clear.
-    void mark(uint32_t code) {
-        Order[Found] = code;
-        ++Found;
-        Count[code] = 1;
-    }
 
   private:
     double sumOfSquares() const; // of the frequencies, in the order of alleles()
