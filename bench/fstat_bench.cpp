@@ -52,7 +52,7 @@ void pairPermutation(benchmark::State& state, uint32_t fstMask) {
     const SampleTables tables = {daten.AllelCountLT(none, none), daten.AllelCountPop(none, none, 1),
                                  daten.AllelCountPop(none, none, 2)};
     PairTest test(daten, tables, fstMask, -32767.0);
-    const CodedSample sample(test.data());
+    const CodedSample sample = test.sample();
     srand2(1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test.shuffled(0, 1, sample, nullptr));

@@ -114,6 +114,10 @@ void CodedData::readThrough(const SlotSheet& sheet, CodedData& out) const {
     }
 }
 
+bool CodedData::onlyPairs() const {
+    return std::all_of(Slots.begin(), Slots.end(), [](int32_t slots) { return slots % 2 == 0; });
+}
+
 int32_t CodedData::mostAlleles() const {
     int32_t most = 0;
     for (const CodedLocus& locus : Loci) {

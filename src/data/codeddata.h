@@ -5,6 +5,7 @@
 
 #include "data/slotmaps.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -40,6 +41,22 @@ struct Tally {
 
     // Heterozygotes per typed individual; -1.0 without one. As AllelCount::CalcHetobs.
     double CalcHetobs() const { return Weight <= 1 || Typed <= 1 ? -1.0 : Hetero / (Typed * 0.5); }
+};
+
+// A tally with the sum of the squares of the frequencies of all alleles: the statistics of an
+// AllelCount. -1.0: there is no value.
+struct SquaredTally {
+    Tally Sum;
+    double SumOfSquares;
+
+    // As in AllelCount.
+    bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
+    double CalcHetobs() const { return Sum.CalcHetobs(); }
+    double CalcHet() const {
+        const double C = Sum.Weight;
+        return Sum.Weight <= 2 ? -1.0 : std::min((C / (C - 2.0)) * (1.0 - SumOfSquares), 1.0);
+    }
+    double CalcHetuk() const { return Sum.Copies == 0 ? -1.0 : std::min(1.0 - SumOfSquares, 1.0); }
 };
 
 // The tally of two entries that make an individual, given by their codes and weights (2; 1 for an
@@ -93,6 +110,9 @@ class CodedData {
     std::size_t loci() const { return Loci.size(); }
     const CodedLocus& locus(std::size_t l) const { return Loci[l]; }
     int32_t slots(std::size_t pop) const { return Slots[pop]; }
+
+    // Whether every population has an even number of slots, so that all individuals are pairs.
+    bool onlyPairs() const;
 
     // Place of slot 0 of a population; the place behind its last slot reads as missing.
     int32_t slotPlace(std::size_t pop) const { return SlotPlace[pop]; }

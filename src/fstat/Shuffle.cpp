@@ -236,14 +236,11 @@ void GlobalShuffle::putPair(int32_t last, int32_t first, int32_t second) {
 }
 
 void GlobalShuffle::count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const {
-    const std::span<const int32_t> sample =
-        std::span(Places).subspan(static_cast<std::size_t>(Begin[pop]),
-                                  static_cast<std::size_t>(Begin[pop + 1] - Begin[pop]));
     table.clear();
     if (Paired) {
-        table.addPairs(locus, sample);
+        table.addPairs(locus, places(pop));
     } else {
-        table.addSlots(locus, sample);
+        table.addSlots(locus, places(pop));
     }
 }
 

@@ -132,6 +132,14 @@ class GlobalShuffle {
     // the p-values depend on.
     void deal();
 
+    // Whether places are pair places, so that individuals are dealt.
+    bool paired() const { return Paired; }
+    // The places in `data` of the sample of a population (from 0) in the last deal. They stand
+    // until the next deal.
+    std::span<const int32_t> places(std::size_t pop) const {
+        return {Places.data() + Begin[pop], Places.data() + Begin[pop + 1]};
+    }
+
     // Counts the sample of a population (from 0) of the last deal at a locus of `data`; clears the
     // table first.
     void count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const;

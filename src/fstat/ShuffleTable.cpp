@@ -57,29 +57,21 @@ struct FourSums {
 
 } // namespace
 
-TypedPairs countPairs(std::span<const uint8_t> entries) {
-    int32_t typed = 0;
-    int32_t hetero = 0;
+TypedPairs countEights(std::span<const uint8_t> entries) {
+    TypedPairs sum;
     while (entries.size() >= sizeof(FourPairs)) {
-        std::size_t steps = std::min(entries.size() / sizeof(FourPairs), kMostSteps);
+        const std::size_t steps = std::min(entries.size() / sizeof(FourPairs), kMostSteps);
         FourSums sums;
         for (std::size_t k = 0; k < steps; ++k) {
             FourPairs pairs = 0;
             std::memcpy(&pairs, &entries[k * sizeof pairs], sizeof pairs);
             sums.add(pairs);
         }
-        typed += FourSums::total(sums.Typed);
-        hetero += FourSums::total(sums.Hetero);
+        sum.Typed += 2 * FourSums::total(sums.Typed);
+        sum.Hetero += FourSums::total(sums.Hetero);
         entries = entries.subspan(steps * sizeof(FourPairs));
     }
-    for (; entries.size() > 1; entries = entries.subspan(2)) {
-        const uint32_t one = entries[0] & kCodeBits;
-        const uint32_t other = entries[1] & kCodeBits;
-        typed += (one | other) != kMissingCode ? 1 : 0;
-        hetero += one != other && one != kMissingCode && other != kMissingCode ? 1 : 0;
-    }
-    const int32_t open = entries.empty() ? 0 : 1;
-    return {2 * typed + open, hetero};
+    return sum;
 }
 
 int32_t countLight(std::span<const uint8_t> entries) {
@@ -161,18 +153,6 @@ double ShuffleTable::sumOfSquares() const {
         sum += p * p;
     }
     return sum;
-}
-
-double ShuffleTable::CalcHet() const {
-    if (Sum.Weight <= 2) {
-        return -1.0;
-    }
-    const double C = Sum.Weight;
-    return std::min((C / (C - 2.0)) * (1.0 - sumOfSquares()), 1.0);
-}
-
-double ShuffleTable::CalcHetuk() const {
-    return Sum.Copies == 0 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
 }
 
 } // namespace kva
