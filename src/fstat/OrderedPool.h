@@ -32,7 +32,6 @@ template <class Item> class OrderedPool {
     // Holds the items of `first` and behind them those of `second`, nothing else.
     void fill(std::span<const Item> first, std::span<const Item> second = {}) {
         const std::size_t n = first.size() + second.size();
-        Leaves.resize(std::max(n / kLeaf + 1, Leaves.size()));
         Levels = 0;
         if (n <= kLeaf) {
             const auto end = std::copy(first.begin(), first.end(), Leaves[0].begin());
@@ -116,13 +115,13 @@ template <class Item> class OrderedPool {
     };
 
     void fillLeaves(std::span<const Item> first, std::span<const Item> second) {
-        Items.resize(Leaves.size() * kLeaf);
+        const std::size_t leaves = (first.size() + second.size()) / kLeaf + 1;
+        Leaves.resize(std::max(leaves, Leaves.size()));
+        Items.resize(leaves * kLeaf);
         const auto end = std::copy(first.begin(), first.end(), Items.begin());
         std::copy(second.begin(), second.end(), end);
-        const Item* from = Items.data();
-        for (Leaf& leaf : Leaves) {
-            std::memcpy(leaf.data(), from, kLeaf * sizeof(Item));
-            from += kLeaf;
+        for (std::size_t leaf = 0; leaf < leaves; ++leaf) {
+            std::memcpy(Leaves[leaf].data(), &Items[leaf * kLeaf], kLeaf * sizeof(Item));
         }
     }
 
@@ -153,9 +152,9 @@ template <class Item> class OrderedPool {
         return item;
     }
 
-    int Levels = 0;          // of nodes; the row is one, too
-    std::vector<Item> Items; // in a row, on their way into the leaves
-    std::vector<Leaf> Leaves;
+    int Levels = 0;                                  // of nodes; the row is one, too
+    std::vector<Item> Items;                         // in a row, on their way into the leaves
+    std::vector<Leaf> Leaves = std::vector<Leaf>(1); // never fewer
     std::vector<LowNode> Low;
     std::vector<MiddleNode> Middle;
     std::vector<HighNode> High;

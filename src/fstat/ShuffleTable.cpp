@@ -124,19 +124,6 @@ void ShuffleTable::addSlots(const CodedLocus& locus, std::span<const int32_t> pl
     Sum = sum;
 }
 
-void ShuffleTable::addEntries(std::span<const uint8_t> entries) {
-    const int32_t before = Count[0];
-    Counter counter(Count, Order, Found);
-    for (const uint8_t entry : entries) {
-        counter.add(entry & kCodeBits);
-    }
-    Found = counter.found();
-    const auto missing = Count[0] - before;
-    const auto copies = static_cast<int32_t>(entries.size()) - missing;
-    const TypedPairs pairs = countPairs(entries);
-    Sum += {copies, 2 * copies - countLight(entries), pairs.Typed, pairs.Hetero};
-}
-
 void ShuffleTable::addCopies(const ShuffleTable& other) {
     for (const uint32_t code : other.alleles()) {
         Order[Found] = code;

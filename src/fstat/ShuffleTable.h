@@ -71,9 +71,6 @@ class ShuffleTable {
     // individual, and an odd last one stays open. Only once after a clear.
     void addSlots(const CodedLocus& locus, std::span<const int32_t> places);
 
-    // The same for the entries themselves, in bytes (CodedLocus::Entries).
-    void addEntries(std::span<const uint8_t> entries);
-
     // Counts the gene copies of another table; those of its alleles that are new follow in
     // its order. Individuals are left out, so of the statistics only CalcHetuk remains.
     void addCopies(const ShuffleTable& other);

@@ -81,7 +81,7 @@ Block stepAhead() {
     const auto state = static_cast<uint32_t>(idom);
     Quad quad = timesModulo({state, state, state, state}, kOneToFour);
     for (std::size_t k = 0; k < kBlock; k += quad.size()) {
-        std::memcpy(&states[k], &quad, sizeof quad);
+        std::copy(quad.begin(), quad.end(), &states[k]);
         quad = timesModulo(quad, kFour);
     }
     idom = static_cast<int32_t>(states.back());

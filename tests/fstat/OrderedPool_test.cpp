@@ -96,13 +96,44 @@ TEST(OrderedPool, TheEdgesOfItsLevelsGiveTheDealOfAPlainList) {
     std::mt19937 stream(4);
     OrderedPool<uint8_t> bytes;
     OrderedPool<int32_t> numbers;
-    for (const int32_t edge : {kLeaf, kLow, 2 * kLow, kMiddle, 2 * kMiddle, kHigh, 2 * kHigh}) {
+    for (const int32_t edge : {kLeaf, kLow, 2 * kLow, kMiddle, 2 * kMiddle}) {
         for (const int32_t n : {edge - 1, edge, edge + 1}) {
             for (const Where where : {Where::Anywhere, Where::First, Where::Last}) {
                 const std::vector<int32_t> places = placesOf(n, where, stream);
                 expectSameAsList(bytes, n, places);
                 expectSameAsList(numbers, n, places);
             }
+        }
+    }
+}
+
+TEST(OrderedPool, ARowOfHighNodesGivesTheDealOfAPlainList) {
+    std::mt19937 stream(5);
+    OrderedPool<int32_t> pool;
+    for (const int32_t n : {kHigh - 1, kHigh, kHigh + 1, 2 * kHigh + 1}) {
+        expectSameAsList(pool, n, placesOf(n, Where::Anywhere, stream));
+    }
+}
+
+TEST(OrderedPool, ASmallPoolAfterALargeOneForgetsIt) {
+    std::mt19937 stream(6);
+    OrderedPool<uint8_t> pool;
+    for (const int32_t n : {kMiddle + 1, 3, kLow, kLeaf + 1, 0, kLeaf}) {
+        expectSameAsList(pool, n, placesOf(n, Where::Anywhere, stream));
+    }
+}
+
+TEST(OrderedPool, TwoRowsAreFilledOneBehindTheOther) {
+    std::mt19937 stream(7);
+    OrderedPool<int32_t> pool;
+    for (const int32_t n : {7, kLeaf, 40, 300}) {
+        const std::vector<int32_t> items = numbered<int32_t>(n);
+        const std::vector<int32_t> places = placesOf(n, Where::Anywhere, stream);
+        for (std::size_t first = 0; first <= items.size(); ++first) {
+            pool.fill(std::span(items).first(first), std::span(items).subspan(first));
+            std::vector<int32_t> dealt(items.size());
+            pool.deal(places, dealt);
+            ASSERT_EQ(dealt, plainDeal<int32_t>(n, places)) << first << " of " << n;
         }
     }
 }
