@@ -117,10 +117,12 @@ FreshAlleles* GenotypeRows::findFirst(std::span<const int32_t> places, LociRange
             if ((both[word] & open[word]) == 0) {
                 continue;
             }
-            for (std::size_t w = std::min(word + row[0], end - 1); w > word; --w) {
-                *out = {w, firsts[w] & open[w], 0};
-                open[w] &= ~firsts[w];
-                out += out->Firsts != 0 ? 1 : 0;
+            if (row[0] != 0) {
+                for (std::size_t w = std::min(word + row[0], end - 1); w > word; --w) {
+                    *out = {w, firsts[w] & open[w], 0};
+                    open[w] &= ~firsts[w];
+                    out += out->Firsts != 0 ? 1 : 0;
+                }
             }
             const uint64_t fresh = both[word] & open[word];
             *out = {word, fresh & firsts[word], fresh & ~firsts[word]};
