@@ -51,7 +51,7 @@ void GenotypePair::sumTerms(std::span<const FreshAlleles> notes, LociRange range
     forEachFresh(*Rows, notes, [=](const GenotypeRows::Allele& allele) {
         const uint32_t column = allele.Column;
         TermSum& sum = sums[allele.Locus];
-        const uint32_t place = drawn[column] * sum.Step + whole1[column] + whole2[column];
+        const int32_t place = drawn[column] * sum.Step + whole1[column] + whole2[column];
         sum.OfAB += sum.Terms[place].OfAB;
     });
 }

@@ -45,9 +45,9 @@ class GenotypePair {
     };
 
     // Sums up the terms of small samples, allele by allele as noted.
-    void sumTerms(std::span<const FreshAlleles> notes, LociRange loci);
+    void sumTerms(std::span<const FreshAlleles> notes, LociRange range);
     // Lists the counts of large samples, whose terms components() computes.
-    void listCounts(std::span<const FreshAlleles> notes, LociRange loci);
+    void listCounts(std::span<const FreshAlleles> notes, LociRange range);
     // What the first sample leaves over of both populations.
     Tally rest(std::size_t l, const Tally& drawn) const;
 
