@@ -5,9 +5,8 @@
 namespace kva {
 
 GenotypePair::GenotypePair(const GenotypeRows& rows)
-    : Drawn(rows.columns()), Open(rows.words()), Notes(rows.alleleNumber() + 1),
-      SmallLoci(rows.loci()), LargeLoci(rows.loci()), Counts1(rows.columns()),
-      Counts2(rows.columns()) {}
+    : Drawn(rows.columns()), Open(rows.words()), Notes(rows.alleleNumber() + 1), Sums(rows.loci()),
+      Pages(rows.loci()), Lists(rows.loci()), Counts1(rows.columns()), Counts2(rows.columns()) {}
 
 void GenotypePair::count(const GenotypeRows& rows, std::array<std::size_t, 2> pops,
                          std::span<const int32_t> places1, std::span<const int32_t> places2,
@@ -42,17 +41,18 @@ void GenotypePair::sumTerms(std::span<const FreshAlleles> notes, LociRange range
     const int32_t* const drawn = Drawn.data();
     const int32_t* const whole1 = Whole1;
     const int32_t* const whole2 = Whole2;
-    SmallLocus* const loci = SmallLoci.data();
+    TermSum* const sums = Sums.data();
     for (std::size_t l = range.Begin; l < range.End; ++l) {
         const Tally sample1 = Rows->tally(drawn, l);
         const PairTerms::Page& page = Terms.page(sample1.Copies, rest(l, sample1).Copies);
-        loci[l] = SmallLocus{TwoDoubles{}, &page, page.Terms.data(), page.Step};
+        sums[l] = TermSum{TwoDoubles{}, page.Terms.data(), page.Step};
+        Pages[l] = &page;
     }
     forEachFresh(*Rows, notes, [=](const GenotypeRows::Allele& allele) {
         const uint32_t column = allele.Column;
-        SmallLocus& locus = loci[allele.Locus];
-        const uint32_t place = drawn[column] * locus.Step + whole1[column] + whole2[column];
-        locus.SumOfAB += locus.Terms[place].OfAB;
+        TermSum& sum = sums[allele.Locus];
+        const int32_t place = drawn[column] * sum.Step + whole1[column] + whole2[column];
+        sum.OfAB += sum.Terms[place].OfAB;
     });
 }
 
@@ -60,18 +60,18 @@ void GenotypePair::listCounts(std::span<const FreshAlleles> notes, LociRange ran
     const int32_t* const drawn = Drawn.data();
     const int32_t* const whole1 = Whole1;
     const int32_t* const whole2 = Whole2;
-    LargeLocus* const loci = LargeLoci.data();
+    CountList* const lists = Lists.data();
     int32_t* const counts1 = Counts1.data();
     int32_t* const counts2 = Counts2.data();
     for (std::size_t l = range.Begin; l < range.End; ++l) {
-        loci[l] = {Rows->tallyColumn(l), Rows->tallyColumn(l)};
+        lists[l] = {Rows->tallyColumn(l), Rows->tallyColumn(l)};
     }
     forEachFresh(*Rows, notes, [=](const GenotypeRows::Allele& allele) {
         const uint32_t column = allele.Column;
-        const uint32_t place = loci[allele.Locus].End;
+        const uint32_t place = lists[allele.Locus].End;
         const int32_t count1 = drawn[column];
         const int32_t count2 = whole1[column] + whole2[column] - count1;
-        loci[allele.Locus].End = place + 1;
+        lists[allele.Locus].End = place + 1;
         counts1[place] = count1;
         counts2[place] = count2;
     });
@@ -83,22 +83,21 @@ std::optional<VarianceComponents> GenotypePair::components(std::size_t l) {
     const double H1 = sample1.CalcHetobs();
     const double H2 = sample2.CalcHetobs();
     if (Small) {
-        const SmallLocus& locus = SmallLoci[l];
-        const std::optional<PairSizes>& sizes = locus.Page->Sizes;
+        const std::optional<PairSizes>& sizes = Pages[l]->Sizes;
         if (!sizes || H1 < 0.0 || H2 < 0.0) {
             return std::nullopt;
         }
-        return withHeterozygosity(*sizes, locus.SumOfAB[0], locus.SumOfAB[1], H1, H2);
+        return withHeterozygosity(*sizes, Sums[l].OfAB[0], Sums[l].OfAB[1], H1, H2);
     }
-    const LargeLocus& locus = LargeLoci[l];
-    std::size_t length = locus.End - locus.Begin;
+    const CountList& list = Lists[l];
+    std::size_t length = list.End - list.Begin;
     for (; length % kAlleleStep != 0; ++length) {
-        Counts1[locus.Begin + length] = 0;
-        Counts2[locus.Begin + length] = 0;
+        Counts1[list.Begin + length] = 0;
+        Counts2[list.Begin + length] = 0;
     }
     return pairComponents({sample1.Copies, sample2.Copies, H1, H2,
-                           std::span(Counts1).subspan(locus.Begin, length),
-                           std::span(Counts2).subspan(locus.Begin, length)});
+                           std::span(Counts1).subspan(list.Begin, length),
+                           std::span(Counts2).subspan(list.Begin, length)});
 }
 
 } // namespace kva

@@ -32,23 +32,22 @@ class GenotypePair {
     std::optional<VarianceComponents> components(std::size_t l);
 
   private:
-    // A locus of small samples.
-    struct SmallLocus {
-        TwoDoubles SumOfAB;           // of the terms of its alleles
-        const PairTerms::Page* Page;  // where they are from
-        const PairTerms::Term* Terms; // ... those on it
+    // The alleles of a locus of small samples.
+    struct TermSum {
+        TwoDoubles OfAB;              // so far
+        const PairTerms::Term* Terms; // of the page for the samples
         int32_t Step;                 // ... its step
     };
-    // A locus of large samples: a list in Counts1 and Counts2.
-    struct LargeLocus {
+    // The alleles of a locus of large samples: a list in Counts1 and Counts2.
+    struct CountList {
         uint32_t Begin; // the first place
         uint32_t End;   // behind the last
     };
 
     // Sums up the terms of small samples, allele by allele as noted.
-    void sumTerms(std::span<const FreshAlleles> notes, LociRange loci);
+    void sumTerms(std::span<const FreshAlleles> notes, LociRange range);
     // Lists the counts of large samples, whose terms components() computes.
-    void listCounts(std::span<const FreshAlleles> notes, LociRange loci);
+    void listCounts(std::span<const FreshAlleles> notes, LociRange range);
     // What the first sample leaves over of both populations.
     Tally rest(std::size_t l, const Tally& drawn) const;
 
@@ -58,11 +57,12 @@ class GenotypePair {
     const int32_t* Whole2 = nullptr;
     bool Small = false; // both samples have a page in Terms
 
-    std::vector<int32_t> Drawn;      // sums of the first sample, by column
-    std::vector<uint64_t> Open;      // bits of the alleles that have not yet appeared
-    std::vector<FreshAlleles> Notes; // where they appear; one to spare
-    std::vector<SmallLocus> SmallLoci;
-    std::vector<LargeLocus> LargeLoci;
+    std::vector<int32_t> Drawn;                // sums of the first sample, by column
+    std::vector<uint64_t> Open;                // bits of the alleles that have not yet appeared
+    std::vector<FreshAlleles> Notes;           // where they appear; one to spare
+    std::vector<TermSum> Sums;                 // by locus
+    std::vector<const PairTerms::Page*> Pages; // ... of small samples
+    std::vector<CountList> Lists;
     std::vector<int32_t> Counts1; // gene copies of each allele listed, in sample 1
     std::vector<int32_t> Counts2; // ... in sample 2
     PairTerms Terms;

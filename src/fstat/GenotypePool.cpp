@@ -1,16 +1,16 @@
 #include "fstat/GenotypePool.h"
 
 #include <algorithm>
-#include <cstring>
+#include <functional>
 
 namespace kva {
 
 GenotypePool::GenotypePool(const CodedData& data, HRule rule)
     : Rows(data), Rule(rule), Populations(data.populations()), Pbar(Rows.columns()),
       PoolSquares(Rows.columns()), Drawn(Rows.columns()), Squares(Rows.columns()),
-      Deviations(Rows.columns()), All(Rows.words()), Open(Rows.words()), PoolOpen(Rows.words()),
-      Notes(Rows.alleleNumber() + 1), PoolNotes(Rows.alleleNumber() + 1), Loci(Rows.loci()),
-      Samples(Rows.loci() * Populations), Order(Rows.columns()) {
+      SumOfSquares(Rows.loci()), Open(Rows.words()), Notes(Rows.alleleNumber() + 1),
+      All(Rows.words()), Loci(Rows.loci()), Samples(Rows.loci() * Populations),
+      Deviations(Rows.columns()), PoolOpen(Rows.words()), PoolNotes(Notes), Order(Rows.columns()) {
     readPool();
 }
 
@@ -27,13 +27,14 @@ void GenotypePool::readPool() {
 }
 
 void GenotypePool::count(const GlobalShuffle& shuffle, LociRange loci) {
-    for (std::size_t l = loci.Begin; l < loci.End; ++l) {
-        Loci[l] = {};
-    }
-    std::fill(Deviations.begin() + Rows.tallyColumn(loci.Begin),
-              Deviations.begin() + Rows.tallyColumn(loci.End), 0.0);
     Rows.setAll(loci, All.data());
-    PoolOpen = All;
+    for (std::size_t l = loci.Begin; l < loci.End; ++l) {
+        Loci[l] = {0, 0};
+    }
+    std::fill(Deviations.data() + Rows.tallyColumn(loci.Begin),
+              Deviations.data() + Rows.tallyColumn(loci.End), 0.0);
+    std::copy(All.begin(), All.end(), PoolOpen.begin());
+    PoolLeft = Rows.firstBit(loci.End) - Rows.firstBit(loci.Begin);
     for (std::size_t pop = 0; pop < Populations; ++pop) {
         countSample(shuffle.places(pop), loci);
     }
@@ -42,34 +43,33 @@ void GenotypePool::count(const GlobalShuffle& shuffle, LociRange loci) {
 void GenotypePool::countSample(std::span<const int32_t> places, LociRange loci) {
     Rows.sum(places, loci, Drawn.data());
     for (std::size_t l = loci.Begin; l < loci.End; ++l) {
-        Loci[l].SumOfSquares = 0.0;
-        const int32_t copies = Rows.tally(Drawn.data(), l).Copies;
-        if (hasIndividual(copies)) {
-            addDeviations(l, copies);
-        }
+        SumOfSquares[l] = 0.0;
+        addDeviations(l, Rows.tally(Drawn.data(), l).Copies);
     }
-    Open = All;
+    std::copy(All.begin(), All.end(), Open.begin());
     const FreshAlleles* const end = Rows.findFirst(places, loci, Open.data(), Notes.data());
     const std::span<const FreshAlleles> notes(Notes.data(), end);
-    forEachFresh(Rows, notes, [squares = Squares.data(), ofLoci = Loci.data()](const auto& allele) {
-        ofLoci[allele.Locus].SumOfSquares += squares[allele.Column];
+    const double* const squares = Squares.data();
+    double* const sums = SumOfSquares.data();
+    forEachFresh(Rows, notes, [=](const GenotypeRows::Allele& allele) {
+        sums[allele.Locus] += squares[allele.Column];
     });
-    listNew(notes);
+    if (PoolLeft > 0) {
+        listNew(notes);
+    }
     for (std::size_t l = loci.Begin; l < loci.End; ++l) {
-        const SquaredTally t{Rows.tally(Drawn.data(), l), Loci[l].SumOfSquares};
-        if (hasIndividual(t.Sum.Copies)) {
-            Samples[l * Populations + Loci[l].Samples] = {t.Sum.Copies * 0.5, t.CalcHetuk(),
-                                                          sampleH(Rule, t)};
-            ++Loci[l].Samples;
-        }
+        addSample(l);
     }
 }
 
 // Two alleles at once; the one behind an odd last one is not an allele, and nobody reads it.
 void GenotypePool::addDeviations(std::size_t l, int32_t copies) {
+    if (!hasIndividual(copies)) {
+        return;
+    }
     const double n = copies * 0.5;
     const double all = copies;
-    for (uint32_t column = Rows.firstColumn(l); column < Rows.tallyColumn(l + 1); column += 2) {
+    for (std::size_t column = Rows.firstColumn(l); column < Rows.tallyColumn(l + 1); column += 2) {
         const TwoDoubles p = twoCounts(&Drawn[column]) / all;
         storeTwo(&Squares[column], p * p);
         const TwoDoubles deviation = p - loadTwo(&Pbar[column]);
@@ -77,19 +77,31 @@ void GenotypePool::addDeviations(std::size_t l, int32_t copies) {
     }
 }
 
+void GenotypePool::addSample(std::size_t l) {
+    const SquaredTally t{Rows.tally(Drawn.data(), l), SumOfSquares[l]};
+    if (hasIndividual(t.Sum.Copies)) {
+        uint32_t& samples = Loci[l].Samples;
+        Samples[l * Populations + samples] = {t.Sum.Copies * 0.5, t.CalcHetuk(), sampleH(Rule, t)};
+        ++samples;
+    }
+}
+
 void GenotypePool::listNew(std::span<const FreshAlleles> notes) {
     FreshAlleles* end = PoolNotes.data();
     for (const FreshAlleles& note : notes) {
         const uint64_t open = PoolOpen[note.Word];
-        if (((note.Firsts | note.Seconds) & open) != 0) {
+        const uint64_t fresh = (note.Firsts | note.Seconds) & open;
+        if (fresh != 0) {
             *end = {note.Word, note.Firsts & open, note.Seconds & open};
             ++end;
-            PoolOpen[note.Word] = open & ~(note.Firsts | note.Seconds);
+            PoolOpen[note.Word] = open ^ fresh;
         }
     }
     forEachFresh(Rows, {PoolNotes.data(), end}, [this](const GenotypeRows::Allele& allele) {
-        Order[Rows.firstColumn(allele.Locus) + Loci[allele.Locus].Found] = allele.Column;
-        ++Loci[allele.Locus].Found;
+        uint32_t& found = Loci[allele.Locus].Found;
+        Order[Rows.firstColumn(allele.Locus) + found] = allele.Column;
+        ++found;
+        --PoolLeft;
     });
 }
 

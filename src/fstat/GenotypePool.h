@@ -30,16 +30,18 @@ class GenotypePool {
   private:
     // A locus in the last deal.
     struct Locus {
-        double SumOfSquares; // of the frequencies in the sample at hand
-        uint32_t Samples;    // that count
-        uint32_t Found;      // alleles that have appeared in the pool
+        uint32_t Samples; // that count
+        uint32_t Found;   // alleles that have appeared in the pool
     };
 
     void readPool();
     // Counts a sample, given by pair places, behind those before.
     void countSample(std::span<const int32_t> places, LociRange loci);
-    // Adds a sample of n / 2 individuals to the deviations at a locus and sets its squares there.
-    void addDeviations(std::size_t l, int32_t n);
+    // Adds the sample at hand, of so many gene copies, to the deviations at a locus, and sets its
+    // squares there.
+    void addDeviations(std::size_t l, int32_t copies);
+    // Puts it behind the samples of a locus if it counts there.
+    void addSample(std::size_t l);
     // Lists the alleles noted that are new in the pool.
     void listNew(std::span<const FreshAlleles> notes);
 
@@ -48,19 +50,24 @@ class GenotypePool {
     std::size_t Populations;
     std::vector<double> Pbar;        // frequency in the pool, by column
     std::vector<double> PoolSquares; // ... its square
-    std::vector<int32_t> Drawn;      // sums of the sample at hand, by column
-    std::vector<double> Squares;     // ... squares of its frequencies
-    std::vector<double> Deviations;  // sum over the samples of n (p - pbar)^2, by column
-    std::vector<uint64_t> All;       // bits of the loci counted
-    std::vector<uint64_t> Open;      // bits of the alleles that have not yet appeared in a sample
-    std::vector<uint64_t> PoolOpen;  // ... in the pool
-    std::vector<FreshAlleles> Notes; // where they appear; one to spare
-    std::vector<FreshAlleles> PoolNotes;
+    // The sample at hand.
+    std::vector<int32_t> Drawn;       // sums, by column
+    std::vector<double> Squares;      // squares of the frequencies, by column
+    std::vector<double> SumOfSquares; // ... by locus
+    std::vector<uint64_t> Open;       // bits of the alleles that have not yet appeared
+    std::vector<FreshAlleles> Notes;  // where they appear; one to spare
+    // The deal.
+    std::vector<uint64_t> All; // bits of the loci counted
     std::vector<Locus> Loci;
-    std::vector<GlobalSample> Samples; // [locus x populations + sample]
-    std::vector<uint32_t> Order;       // columns of the alleles of a locus as they appear in the
-                                       // pool, from its first column on
-    std::vector<double> OrderedPbar;   // of the locus asked for
+    std::vector<GlobalSample> Samples;   // [locus x populations + sample]
+    std::vector<double> Deviations;      // sum over the samples of n (p - pbar)^2, by column
+    std::vector<uint64_t> PoolOpen;      // bits of the alleles that have not yet appeared
+    std::size_t PoolLeft = 0;            // ... their number
+    std::vector<FreshAlleles> PoolNotes; // where they appear in a sample; one to spare
+    std::vector<uint32_t> Order;         // columns of the alleles of a locus as they appear, from
+                                         // its first column on
+    // The locus asked for, in that order.
+    std::vector<double> OrderedPbar;
     std::vector<double> OrderedSs;
 };
 

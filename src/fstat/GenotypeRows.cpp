@@ -27,25 +27,29 @@ GenotypeRows::GenotypeRows(const CodedData& data) {
     Loci.push_back(next);
     Chunks = next.Column / kChunk + 1; // so that one column at least is to spare
     Words = (next.Bit + 63) / 64;
+    ByteStep = static_cast<std::ptrdiff_t>(Chunks);
+    BitStep = static_cast<std::ptrdiff_t>(1 + 2 * Words);
     read(data);
 }
 
 void GenotypeRows::read(const CodedData& data) {
     const std::size_t pairs = data.loci() == 0 ? 0 : data.locus(0).Pairs.size();
     Rows.assign(pairs * Chunks, Chunk{});
-    Bits.assign(pairs * bitStep(), 0);
+    Bits.assign(pairs * (1 + 2 * Words), 0);
     for (std::size_t l = 0; l < data.loci(); ++l) {
         const std::vector<CodedPair>& ofLocus = data.locus(l).Pairs;
-        for (std::size_t place = 0; place < pairs; ++place) {
-            readIndividual(ofLocus[place], place, l);
+        std::ptrdiff_t place = 0;
+        for (const CodedPair& pair : ofLocus) {
+            readIndividual(pair, place, l);
+            ++place;
         }
     }
     readWholes(data);
 }
 
-void GenotypeRows::readIndividual(const CodedPair& pair, std::size_t place, std::size_t l) {
-    Chunk* const row = Rows.data() + place * Chunks;
-    uint64_t* const ahead = Bits.data() + place * bitStep();
+void GenotypeRows::readIndividual(const CodedPair& pair, std::ptrdiff_t place, std::size_t l) {
+    Chunk* const row = bytesAt(place);
+    uint64_t* const ahead = bitsAt(place);
     uint64_t* const both = ahead + 1;
     const auto add = [row](std::size_t column, int32_t n) {
         Bytes& chunk = row[column / kChunk].Of;
@@ -84,7 +88,7 @@ void GenotypeRows::readWholes(const CodedData& data) {
         sum(places, {0, loci()}, Wholes.data() + pop * columns());
         for (const int32_t place : places) {
             for (std::size_t word = 0; word < Words; ++word) {
-                Present[pop * Words + word] |= Bits[place * bitStep() + 1 + word];
+                Present[pop * Words + word] |= bitsAt(place)[1 + word];
             }
         }
     }
@@ -107,7 +111,7 @@ FreshAlleles* GenotypeRows::findFirst(std::span<const int32_t> places, LociRange
     const std::size_t begin = beginWord(loci);
     const std::size_t end = endWord(loci);
     const std::size_t words = Words;
-    const std::size_t step = bitStep();
+    const std::ptrdiff_t step = BitStep;
     const uint64_t* const rows = Bits.data();
     for (const int32_t place : places) {
         const uint64_t* const row = rows + place * step;
@@ -117,10 +121,12 @@ FreshAlleles* GenotypeRows::findFirst(std::span<const int32_t> places, LociRange
             if ((both[word] & open[word]) == 0) {
                 continue;
             }
-            for (std::size_t w = std::min(word + row[0], end - 1); w > word; --w) {
-                *out = {w, firsts[w] & open[w], 0};
-                open[w] &= ~firsts[w];
-                out += out->Firsts != 0 ? 1 : 0;
+            if (row[0] != 0) {
+                for (std::size_t w = std::min(word + row[0], end - 1); w > word; --w) {
+                    *out = {w, firsts[w] & open[w], 0};
+                    open[w] &= ~firsts[w];
+                    out += out->Firsts != 0 ? 1 : 0;
+                }
             }
             const uint64_t fresh = both[word] & open[word];
             *out = {word, fresh & firsts[word], fresh & ~firsts[word]};
@@ -155,7 +161,7 @@ template <std::size_t Wide>
 void GenotypeRows::sumChunks(std::span<const int32_t> places, std::size_t chunk,
                              int32_t* sums) const {
     const Chunk* const rows = Rows.data() + chunk;
-    const std::size_t step = Chunks;
+    const std::ptrdiff_t step = ByteStep;
     sums += chunk * kChunk;
     bool first = true;
     do {

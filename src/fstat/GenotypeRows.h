@@ -104,9 +104,12 @@ class GenotypeRows {
         uint32_t Bit;
     };
 
-    void readIndividual(const CodedPair& pair, std::size_t place, std::size_t l);
+    // Rows of an individual, by pair place.
+    Chunk* bytesAt(std::ptrdiff_t place) { return Rows.data() + place * ByteStep; }
+    uint64_t* bitsAt(std::ptrdiff_t place) { return Bits.data() + place * BitStep; }
+
+    void readIndividual(const CodedPair& pair, std::ptrdiff_t place, std::size_t l);
     void readWholes(const CodedData& data);
-    std::size_t bitStep() const { return 1 + 2 * Words; }
     // sum() in `Wide` chunks from `chunk` on.
     template <std::size_t Wide>
     void sumChunks(std::span<const int32_t> places, std::size_t chunk, int32_t* sums) const;
@@ -115,8 +118,10 @@ class GenotypeRows {
     std::vector<Allele> Alleles;  // by bit
     std::size_t Chunks = 0;       // of a row of bytes
     std::size_t Words = 0;        // of a row of bits
-    std::vector<Chunk> Rows;      // [pair place x Chunks + chunk]
-    // [pair place x bitStep()]: number of words behind that of a second allele in which its first
+    std::ptrdiff_t ByteStep = 0;  // from one row of bytes to the next, in chunks
+    std::ptrdiff_t BitStep = 0;   // ... of bits, in words
+    std::vector<Chunk> Rows;      // [pair place x ByteStep + chunk]
+    // [pair place x BitStep]: number of words behind that of a second allele in which its first
     // one can lie; then the words of both alleles; then those of the first ones.
     std::vector<uint64_t> Bits;
     std::vector<int32_t> Wholes;   // [population x columns + column]

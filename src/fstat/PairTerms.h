@@ -5,6 +5,7 @@
 
 #include "fstat/wc84.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -28,12 +29,12 @@ class PairTerms {
         std::vector<Term> Terms;        // [copies in sample 1 x Step + copies in both]
     };
 
-    PairTerms() : Pages(kSide * kSide) {}
+    PairTerms() : Pages(std::size_t{kSide} * kSide) {}
 
     // The page of two samples of so many gene copies each, from 0 to kMostCopies; it stays as long
     // as this object. Computed when it is first asked for.
     const Page& page(int32_t copies1, int32_t copies2) {
-        std::unique_ptr<const Page>& page = Pages[copies1 * kSide + copies2];
+        std::unique_ptr<const Page>& page = Pages.data()[copies1 * kSide + copies2];
         if (!page) {
             page = compute(copies1, copies2);
         }
@@ -41,7 +42,7 @@ class PairTerms {
     }
 
   private:
-    static constexpr std::size_t kSide = kMostCopies + 1;
+    static constexpr int32_t kSide = kMostCopies + 1;
 
     static std::unique_ptr<const Page> compute(int32_t copies1, int32_t copies2);
 

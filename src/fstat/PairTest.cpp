@@ -88,11 +88,12 @@ FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMat
     const auto pop1 = static_cast<std::size_t>(i);
     const auto pop2 = static_cast<std::size_t>(j);
     const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
+    const std::size_t loci = Data.loci();
     FSums sums;
-    if (Mode.Linked && Data.loci() > 0) { // without loci there are no slots, either
-        deal(pop1, pop2, sample, {0, Data.loci()});
+    if (Mode.Linked && loci > 0) { // without loci there are no slots, either
+        deal(pop1, pop2, sample, {0, loci});
     }
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
+    for (std::size_t l = 0; l < loci; ++l) {
         std::optional<VarianceComponents> v;
         if (hasBoth(l, pop1, pop2)) {
             if (!Mode.Linked) {

@@ -21,9 +21,9 @@ void PairDeal<Item>::deal(std::span<const Item> row, const ShuffleSide& a, const
                           bool permutation) {
     const std::span<const Item> first = row.subspan(a.Base, a.Dealt);
     const std::span<const Item> second = row.subspan(b.Base, b.Dealt);
+    const std::size_t all = a.Dealt + b.Dealt;
     resize(a.Dealt, b.Dealt);
     if (permutation) {
-        const std::size_t all = a.Dealt + b.Dealt;
         const std::span<int32_t> places = std::span(Draws).first(all);
         drawIndices(static_cast<int32_t>(all), places);
         Pool.fill(first, second);
@@ -31,7 +31,7 @@ void PairDeal<Item>::deal(std::span<const Item> row, const ShuffleSide& a, const
     } else {
         drawAgain(first, second);
     }
-    if (a.Dealt < a.Size || b.Dealt < b.Size) {
+    if (all < a.Size + b.Size) {
         insertTails(row, a, b);
     }
 }

@@ -65,6 +65,21 @@ TEST(CodedData, EntriesInBytesEndWith127Alleles) {
     }
 }
 
+TEST(CodedData, APopulationOfOddSizeHasMoreThanPairs) {
+    for (const bool odd : {false, true}) {
+        Datensatz daten;
+        daten.init(1);
+        daten.AddPopulation("A", 3);
+        daten.AddTier(1, 1, 5, 6, 0);
+        daten.AddPopulation("B", 3);
+        daten.AddTier(1, 2, 5, 5, 0);
+        if (odd) {
+            daten.AddTier(1, 2, 6, 0); // a third slot
+        }
+        EXPECT_NE(CodedData(daten).onlyPairs(), odd);
+    }
+}
+
 TEST(CodedData, ReadThroughASheet) {
     LoadedRun run(kTwoPops);
     const CodedData data(*run->Daten);
