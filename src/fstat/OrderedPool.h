@@ -34,8 +34,7 @@ template <class Item> class OrderedPool {
         const std::size_t n = first.size() + second.size();
         Levels = 0;
         if (n <= kLeaf) {
-            const auto end = std::copy(first.begin(), first.end(), Leaves[0].begin());
-            std::copy(second.begin(), second.end(), end);
+            append(second, append(first, Leaves[0].data()));
             return;
         }
         fillLeaves(first, second);
@@ -114,12 +113,16 @@ template <class Item> class OrderedPool {
         }
     };
 
+    // Writes items to `end` and returns the new end.
+    static Item* append(std::span<const Item> items, Item* end) {
+        return std::copy(items.begin(), items.end(), end);
+    }
+
     void fillLeaves(std::span<const Item> first, std::span<const Item> second) {
         const std::size_t leaves = (first.size() + second.size()) / kLeaf + 1;
         Leaves.resize(std::max(leaves, Leaves.size()));
         Items.resize(leaves * kLeaf);
-        const auto end = std::copy(first.begin(), first.end(), Items.begin());
-        std::copy(second.begin(), second.end(), end);
+        append(second, append(first, Items.data()));
         for (std::size_t leaf = 0; leaf < leaves; ++leaf) {
             std::memcpy(Leaves[leaf].data(), &Items[leaf * kLeaf], kLeaf * sizeof(Item));
         }

@@ -60,9 +60,6 @@ class PairTest {
     // populations counts for no shuffle of the pair, and draws nothing unless loci are linked.
     // undefined: value of a statistic that cannot be computed.
     PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask, double undefined);
-    PairTest(const PairTest&) = delete; // its members point to each other
-    PairTest& operator=(const PairTest&) = delete;
-    ~PairTest() = default;
 
     // The data set as it was read, in the form that shuffled() wants.
     CodedSample sample() const { return {Data, Rows.has_value()}; }
@@ -100,7 +97,7 @@ class PairTest {
     double Undefined;          // value of a statistic that cannot be computed
     bool ByAlleles;            // single alleles move, so that a second sample is what is left over
     std::vector<char> HasData; // 1: observed gene copies: [locus x populations + population]
-    PairShuffle Shuffle;       // reads Data
+    PairShuffle Shuffle;       // of the places of Data
     PairEstimator Estimator;   // by the H of the flags
     AlleleEstimator OfAlleles; // where entries are dealt as bytes
     std::array<ShuffleTable, 2> Tables; // of the drawn samples

@@ -72,8 +72,7 @@ std::size_t placesOf(const CodedData& data) {
 } // namespace
 
 PairShuffle::PairShuffle(const CodedData& data, const ShuffleMode& art)
-    : Data(data), Mode(art), Numbers(placesOf(data)), Places(Numbers.size()),
-      Entries(Numbers.size()) {
+    : Mode(art), Numbers(placesOf(data)), Places(Numbers.size()), Entries(Numbers.size()) {
     std::iota(Numbers.begin(), Numbers.end(), 0);
     for (std::size_t pop = 0; pop < data.populations(); ++pop) {
         const int32_t size = data.slots(pop);

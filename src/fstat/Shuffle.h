@@ -76,7 +76,7 @@ template <class Item> class PairDeal {
 // Shuffles of two populations.
 class PairShuffle {
   public:
-    // `data`, NOT OWNED, gives the places; it outlives the object.
+    // `data` gives the places and is not kept.
     PairShuffle(const CodedData& data, const ShuffleMode& art);
 
     // Deals the slots of both populations (from 0) out anew into samples of their sizes. One value
@@ -108,7 +108,6 @@ class PairShuffle {
     // The deal in pairs of two populations, given in slots, with an odd number in one or both.
     void dealOddPairs(const ShuffleSide& a, const ShuffleSide& b);
 
-    const CodedData& Data;          // NOT OWNED
     ShuffleMode Mode;               // how slots are dealt
     bool Paired = false;            // of the last deal: Places are pair places
     std::vector<ShuffleSide> Slots; // each population in slots
