@@ -9,6 +9,7 @@
 #include "output/resultfile.h"
 
 #include <benchmark/benchmark.h>
+#include <numeric>
 #include <random>
 
 using namespace kva;
@@ -51,7 +52,7 @@ void pairPermutation(benchmark::State& state, uint32_t fstMask) {
     const SampleTables tables = {daten.AllelCountLT(none, none), daten.AllelCountPop(none, none, 1),
                                  daten.AllelCountPop(none, none, 2)};
     PairTest test(daten, tables, fstMask, -32767.0);
-    const CodedSample sample(test.data());
+    const CodedSample sample = test.sample();
     srand2(1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test.shuffled(0, 1, sample, nullptr));
@@ -62,14 +63,17 @@ void pairPermutation(benchmark::State& state, uint32_t fstMask) {
 // arg: items of a pool that is dealt out.
 void deal(benchmark::State& state) {
     const auto n = static_cast<int32_t>(state.range(0));
-    std::vector<float> values(static_cast<std::size_t>(n));
-    std::vector<int32_t> items(values.size());
-    OrderedPool pool;
+    std::vector<int32_t> places(static_cast<std::size_t>(n));
+    std::vector<int32_t> items(places.size());
+    std::vector<int32_t> dealt(places.size());
+    std::iota(items.begin(), items.end(), 0);
+    OrderedPool<int32_t> pool;
     srand2(1);
     for (auto _ : state) {
-        rand2Fill(values);
-        pool.deal<1>(n, values, items);
-        benchmark::DoNotOptimize(items.data());
+        drawIndices(n, places);
+        pool.fill(items);
+        pool.deal(places, dealt);
+        benchmark::DoNotOptimize(dealt.data());
     }
     state.SetItemsProcessed(state.iterations() * n);
 }

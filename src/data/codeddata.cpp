@@ -43,6 +43,17 @@ Tally tallyPair(uint32_t first, int32_t firstWeight, uint32_t second, int32_t se
     return sum;
 }
 
+void CodedLocus::packEntries() {
+    Entries.clear();
+    if (Alleles > int32_t{kCodeBits}) {
+        return;
+    }
+    for (std::size_t place = 0; place < Code.size(); ++place) {
+        const bool haploid = Code[place] != kMissingCode && Weight[place] == 1;
+        Entries.push_back(static_cast<uint8_t>(Code[place] | (haploid ? kHaploidBit : 0U)));
+    }
+}
+
 void CodedLocus::pairUp(int32_t slotPlace, int32_t pairPlace, int32_t slots) {
     const auto pairs = static_cast<std::size_t>(slots / 2);
     auto first = static_cast<std::size_t>(slotPlace);
@@ -79,6 +90,7 @@ CodedData::CodedData(const Datensatz& daten) : Loci(daten.Loci.size()) {
             }
             locus.pairUp(slotPlace(pop), pairPlace(pop), slots(pop));
         }
+        locus.packEntries();
     }
 }
 
@@ -98,7 +110,12 @@ void CodedData::readThrough(const SlotSheet& sheet, CodedData& out) const {
             }
             to.pairUp(slotPlace(pop), pairPlace(pop), slots(pop));
         }
+        to.packEntries();
     }
+}
+
+bool CodedData::onlyPairs() const {
+    return std::all_of(Slots.begin(), Slots.end(), [](int32_t slots) { return slots % 2 == 0; });
 }
 
 int32_t CodedData::mostAlleles() const {

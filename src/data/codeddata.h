@@ -6,6 +6,7 @@
 #include "data/diversity.h"
 #include "data/slotmaps.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -43,6 +44,22 @@ struct Tally {
     double CalcHetobs() const { return observedHet(Weight, Typed, Hetero); }
 };
 
+// A tally with the sum of the squares of the frequencies of all alleles: the statistics of an
+// AllelCount. -1.0: there is no value.
+struct SquaredTally {
+    Tally Sum;
+    double SumOfSquares;
+
+    // As in AllelCount.
+    bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
+    double CalcHetobs() const { return Sum.CalcHetobs(); }
+    double CalcHet() const {
+        const double C = Sum.Weight;
+        return Sum.Weight <= 2 ? -1.0 : std::min((C / (C - 2.0)) * (1.0 - SumOfSquares), 1.0);
+    }
+    double CalcHetuk() const { return Sum.Copies == 0 ? -1.0 : std::min(1.0 - SumOfSquares, 1.0); }
+};
+
 // The tally of two entries that make an individual, given by their codes and weights (2; 1 for an
 // entry flagged haploid, also a missing one).
 Tally tallyPair(uint32_t first, int32_t firstWeight, uint32_t second, int32_t secondWeight);
@@ -54,6 +71,11 @@ struct CodedPair {
     Tally Sum;           // of this individual
 };
 
+// An entry in a byte, where a locus has few alleles: its code, and this bit where it has an allele
+// and is flagged haploid.
+constexpr uint8_t kHaploidBit = 0x80;
+constexpr uint8_t kCodeBits = 0x7F;
+
 // One locus in codes: 0 is missing data, the alleles are 1..Alleles.
 //
 // The slots of all populations stand in one row, population after population, each
@@ -62,7 +84,11 @@ struct CodedLocus {
     int32_t Alleles = 0;          // distinct alleles of all populations; codes ascend with numbers
     std::vector<uint32_t> Code;   // by place
     std::vector<int32_t> Weight;  // by place: 2; 1 for an entry flagged haploid
+    std::vector<uint8_t> Entries; // by place: both in a byte; empty: too many alleles for that
     std::vector<CodedPair> Pairs; // by pair place
+
+    // Sets Entries from Code and Weight.
+    void packEntries();
 
     // Sets the pairs of a population of `slots` slots, of which an odd last one belongs to no
     // pair. slotPlace, pairPlace: places of its first slot and its first pair.
@@ -85,6 +111,9 @@ class CodedData {
     std::size_t loci() const { return Loci.size(); }
     const CodedLocus& locus(std::size_t l) const { return Loci[l]; }
     int32_t slots(std::size_t pop) const { return Slots[pop]; }
+
+    // Whether every population has an even number of slots, so that all individuals are pairs.
+    bool onlyPairs() const;
 
     // Place of slot 0 of a population; the place behind its last slot reads as missing.
     int32_t slotPlace(std::size_t pop) const { return SlotPlace[pop]; }

@@ -38,7 +38,7 @@ int testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& 
               CMatrix& locusTable) {
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
-    const CodedSample sample(test.data());
+    const CodedSample sample = test.sample();
     for (CMatrix& matrix : p) {
         matrix.Fill(0.0);
     }

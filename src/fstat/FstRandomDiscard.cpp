@@ -188,7 +188,7 @@ int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables&
     const bool limits = hasBit(run.FstMask, FstBit::Confidence);
     DiscardSums sums(run, p, f, limits ? announceTails(run) : 0);
     PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
-    CodedSample thinned(test.data());
+    CodedSample thinned = test.sample();
     SlotSheet sheet = newSheet(*run.Daten);
     InternStartRDGen();
     for (int32_t k = 0; k < run.Permutationen; ++k) {

@@ -1,6 +1,7 @@
 // F-statistics over all populations (Weir and Cockerham 1984), with Gst and Gst', and
 // their permutation test: the slots of all populations are dealt out anew.
 #include "control/Ausgabe.h"
+#include "fstat/GenotypePool.h"
 #include "fstat/Shuffle.h"
 #include "fstat/passes.h"
 #include "fstat/randsci.h"
@@ -13,15 +14,8 @@ namespace kva {
 
 namespace {
 
-constexpr double kLeastIndividuals = 1.0; // of a population that counts at a locus
-constexpr int32_t kFewestAlleles = 2;     // in the pool
 constexpr int32_t kFewestPops = 2;
 constexpr int32_t kSeedEvery = 1000; // permutations after which the stream is seeded again
-
-// Whether a population of so many gene copies counts at a locus.
-bool hasIndividual(int32_t copies) {
-    return copies * 0.5 >= kLeastIndividuals;
-}
 
 // The figures of one locus for GlobalSums, and the room for them.
 struct LocusFigures {
@@ -35,12 +29,19 @@ struct LocusFigures {
         samples.clear();
         pbar.clear();
         p.clear();
+        ss.clear();
     }
-    GlobalLocus figures(double Ht) const { return {Ht, samples, pbar, p}; }
+    GlobalLocus figures(double Ht) {
+        for (std::size_t k = 0; k < pbar.size(); ++k) {
+            ss.push_back(sumOfDeviations(samples, p.data() + k * samples.size(), pbar[k]));
+        }
+        return {Ht, samples, pbar, ss};
+    }
 
     std::vector<GlobalSample> samples;
     std::vector<double> pbar;
-    std::vector<double> p; // [allele x samples + sample]
+    std::vector<double> p;  // [allele x samples + sample]
+    std::vector<double> ss; // by allele
 };
 
 // --- From AllelCount -------------------------------------------------------------------
@@ -94,34 +95,54 @@ class GlobalTest {
         for (ShuffleTable& table : Tables) {
             table.resize(Data.mostAlleles());
         }
+        if (Shuffle.paired()) {
+            Rows.emplace(Data, Rule);
+        }
     }
 
     // locus: five rows; keeps what a locus without a value there held.
     GlobalValues shuffled(CMatrix& locus) {
         GlobalSums sums;
         if (Linked) {
-            Shuffle.deal();
+            deal({0, Data.loci()});
         }
         for (std::size_t l = 0; l < Data.loci(); ++l) {
             if (!Linked) {
-                Shuffle.deal();
+                deal({l, l + 1});
             }
             if (Tables.size() < std::size_t{kFewestPops}) {
                 continue; // drawn all the same
             }
-            count(Data.locus(l));
             const auto column = static_cast<int32_t>(l);
-            if (Pool.alleles().size() < static_cast<std::size_t>(kFewestAlleles)) {
+            if (const std::optional<GlobalLocus> g = Rows ? Rows->locus(l) : countedLocus(l)) {
+                sums.add(*g, locus, column, Undefined);
+            } else {
                 fillColumn(locus, FRow::Fst, FRow::GstStrich, column, Undefined);
-                continue;
             }
-            readFigures();
-            sums.add(Figures.figures(Pool.CalcHetuk()), locus, column, Undefined);
         }
         return sums.values(Undefined);
     }
 
   private:
+    // Deals out all populations for some loci and counts their samples there, if that is done for
+    // all loci at once.
+    void deal(LociRange loci) {
+        Shuffle.deal();
+        if (Rows) {
+            Rows->count(Shuffle, loci);
+        }
+    }
+
+    // A locus of the last deal counted slot by slot; nothing if it does not vary.
+    std::optional<GlobalLocus> countedLocus(std::size_t l) {
+        count(Data.locus(l));
+        if (Pool.alleles().size() < std::size_t{kFewestAlleles}) {
+            return std::nullopt;
+        }
+        readFigures();
+        return Figures.figures(Pool.CalcHetuk());
+    }
+
     void count(const CodedLocus& locus) {
         Pool.clear();
         for (std::size_t pop = 0; pop < Tables.size(); ++pop) {
@@ -157,6 +178,7 @@ class GlobalTest {
     HRule Rule;
     double Undefined;
     GlobalShuffle Shuffle;
+    std::optional<GenotypePool> Rows; // counts by rows; nothing: by tables
     ShuffleTable Pool;
     std::vector<ShuffleTable> Tables; // of each population
     std::vector<std::size_t> RowOf;   // place of each allele code in the pool

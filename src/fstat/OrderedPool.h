@@ -1,14 +1,16 @@
-// OrderedPool: items 0..n-1 from which the r-th remaining one is taken again and
-// again, order kept: what a shuffle without replacement needs.
+// OrderedPool: items of which the r-th remaining one is taken again and again, order kept: what a
+// shuffle without replacement needs.
 //
-// A small pool closes the gap by moving the items behind; a large one keeps the number
-// of remaining items in a binary indexed tree (Fenwick 1994), so that a whole deal costs
-// n log n. Both give the same items.
+// The items stand in leaves of 16, so that a take closes a gap within one leaf. Running totals tell
+// which leaf that is: 16 leaves have a node with the number of items left before each of them, 8
+// such nodes a node of their own, and 16 of those again. What is beyond, from 32768 items on,
+// stands in a plain row.
 #ifndef KVA_FSTAT_ORDEREDPOOL_H
 #define KVA_FSTAT_ORDEREDPOOL_H
 
-#include "fstat/randsci.h"
+#include "fstat/RunningTotals.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -18,63 +20,148 @@
 
 namespace kva {
 
-class OrderedPool {
+// Item: an integer.
+template <class Item> class OrderedPool {
   public:
-    static constexpr int32_t kTreeFrom = 2048; // items from which the tree is used
+    // Items of a leaf, and of a node of each level.
+    static constexpr std::size_t kLeaf = 16;
+    static constexpr std::size_t kLow = 16 * kLeaf;
+    static constexpr std::size_t kMiddle = 8 * kLow;
+    static constexpr std::size_t kHigh = 16 * kMiddle;
 
-    // Holds items 0..n-1 again, n from 0.
-    void fill(int32_t n);
-
-    // Removes and returns the r-th remaining item, r from 0, below the number of items left.
-    int32_t take(int32_t r) {
-        const int32_t rest = Remaining--;
-        return InTree ? takeFromTree(r) : takeFromList(List.data(), rest, r);
+    // Holds the items of `first` and behind them those of `second`, nothing else.
+    void fill(std::span<const Item> first, std::span<const Item> second = {}) {
+        const std::size_t n = first.size() + second.size();
+        Levels = 0;
+        if (n <= kLeaf) {
+            append(second, append(first, Leaves[0].data()));
+            return;
+        }
+        fillLeaves(first, second);
+        fillNodes(Low, n, kLow, kLeaf);
+        if (n > kLow) {
+            fillNodes(Middle, n, kMiddle, kLow);
+        }
+        if (n > kMiddle) {
+            fillNodes(High, n, kHigh, kMiddle);
+        }
+        if (n > kHigh) {
+            Row.assign(High.size(), kHigh); // the last one is not filled: nothing lies behind it
+            ++Levels;
+        }
     }
 
-    // Fills the pool with n items and takes one for each value of the random stream into the same
-    // place of `items`; values: n of them at most. A value stands for a place among Scale for each
-    // remaining item (indexOf). What is left stays for take().
-    template <int32_t Scale>
-    void deal(int32_t n, std::span<const float> values, std::span<int32_t> items) {
-        fill(n);
-        uint16_t* const list = List.data();
-        for (std::size_t k = 0; k < values.size(); ++k, --n) {
-            const int32_t r = indexOf(values[k], Scale * n) / Scale;
-            items[k] = InTree ? takeFromTree(r) : takeFromList(list, n, r);
+    // Takes an item for each place and writes it to the same position of `dealt`. A place, from 0,
+    // counts among the items that are left when its turn comes.
+    void deal(std::span<const int32_t> places, std::span<Item> dealt) {
+        switch (Levels) {
+        case 0:
+            return dealFrom<0>(places, dealt);
+        case 1:
+            return dealFrom<1>(places, dealt);
+        case 2:
+            return dealFrom<2>(places, dealt);
+        case 3:
+            return dealFrom<3>(places, dealt);
+        default:
+            return dealFrom<4>(places, dealt);
         }
-        Remaining = n;
+    }
+
+    // Removes and returns the r-th remaining item, r from 0, below the number of items left.
+    Item take(int32_t r) {
+        Item item = 0;
+        deal({&r, 1}, {&item, 1});
+        return item;
     }
 
   private:
-    // Items that are moved at once, and the largest number that is moved that way. Behind the
-    // last item lies room for a block.
-    using Block = std::array<uint16_t, 8>;
-    static constexpr std::ptrdiff_t kMostByBlock = 64;
+    // The items left, in order, and room for as many behind: closing a gap moves 16 at once.
+    using Leaf = std::array<Item, 2 * kLeaf>;
+    using LowNode = RunningTotals<uint8_t, kLow / kLeaf>;
+    using MiddleNode = RunningTotals<uint16_t, kMiddle / kLow>;
+    using HighNode = RunningTotals<uint16_t, kHigh / kMiddle>;
 
-    // Removes and returns item r, from 0, of the `rest` items in `list`.
-    static int32_t takeFromList(uint16_t* list, int32_t rest, int32_t r) {
-        uint16_t* const end = list + rest - 1;
-        uint16_t* place = list + r;
-        const int32_t item = *place;
-        if (end - place > kMostByBlock) {
-            std::memmove(place, place + 1, static_cast<std::size_t>(end - place) * sizeof *place);
-            return item;
+    // Where everything stands, held in registers while a deal lasts.
+    struct Levelled {
+        Leaf* Leaves;
+        LowNode* Low;
+        MiddleNode* Middle;
+        HighNode* High;
+        std::size_t* Row;
+
+        // Takes item r: walks down `Depth` levels to its leaf. r becomes the place in each part.
+        template <int Depth> Item take(std::size_t r) const {
+            std::size_t part = 0;
+            if constexpr (Depth > 3) {
+                while (r >= Row[part]) {
+                    r -= Row[part];
+                    ++part;
+                }
+                --Row[part];
+            }
+            if constexpr (Depth > 2) {
+                part = part * (kHigh / kMiddle) + High[part].take(r);
+            }
+            if constexpr (Depth > 1) {
+                part = part * (kMiddle / kLow) + Middle[part].take(r);
+            }
+            if constexpr (Depth > 0) {
+                part = part * (kLow / kLeaf) + Low[part].take(r);
+            }
+            return takeFromLeaf(Leaves[part].data() + r);
         }
-        for (; place < end; place += Block().size()) {
-            Block block;
-            std::memcpy(&block, place + 1, sizeof block);
-            std::memcpy(place, &block, sizeof block);
+    };
+
+    // Writes items to `end` and returns the new end.
+    static Item* append(std::span<const Item> items, Item* end) {
+        return std::copy(items.begin(), items.end(), end);
+    }
+
+    void fillLeaves(std::span<const Item> first, std::span<const Item> second) {
+        const std::size_t leaves = (first.size() + second.size()) / kLeaf + 1;
+        Leaves.resize(std::max(leaves, Leaves.size()));
+        Items.resize(leaves * kLeaf);
+        append(second, append(first, Items.data()));
+        for (std::size_t leaf = 0; leaf < leaves; ++leaf) {
+            std::memcpy(Leaves[leaf].data(), &Items[leaf * kLeaf], kLeaf * sizeof(Item));
         }
+    }
+
+    // Adds a level of nodes for n items.
+    template <class Node>
+    void fillNodes(std::vector<Node>& nodes, std::size_t n, std::size_t nodeSize,
+                   std::size_t partSize) {
+        nodes.resize((n - 1) / nodeSize + 1);
+        for (Node& node : nodes) {
+            node.fill(std::min(n, nodeSize), partSize);
+            n -= std::min(n, nodeSize);
+        }
+        ++Levels;
+    }
+
+    template <int Depth> void dealFrom(std::span<const int32_t> places, std::span<Item> dealt) {
+        const Levelled levels = {Leaves.data(), Low.data(), Middle.data(), High.data(), Row.data()};
+        for (std::size_t k = 0; k < places.size(); ++k) {
+            dealt[k] = levels.template take<Depth>(static_cast<std::size_t>(places[k]));
+        }
+    }
+
+    static Item takeFromLeaf(Item* place) {
+        const Item item = *place;
+        std::array<Item, kLeaf> behind;
+        std::memcpy(behind.data(), place + 1, sizeof behind);
+        std::memcpy(place, behind.data(), sizeof behind);
         return item;
     }
-    int32_t takeFromTree(int32_t r); // take() in the tree
-    void fillTree(int32_t n);        // the tree of items 0..n-1
 
-    std::vector<uint16_t> List; // list: the remaining items in order, then room
-    std::vector<int32_t> Tree;  // tree: node k counts the items left in its range, k from 1
-    int32_t Remaining = 0;      // items
-    int32_t Width = 0;          // leaves of the tree, a power of two
-    bool InTree = false;        // the tree holds the items, else the list
+    int Levels = 0;                                  // of nodes; the row is one, too
+    std::vector<Item> Items;                         // in a row, on their way into the leaves
+    std::vector<Leaf> Leaves = std::vector<Leaf>(1); // never fewer
+    std::vector<LowNode> Low;
+    std::vector<MiddleNode> Middle;
+    std::vector<HighNode> High;
+    std::vector<std::size_t> Row; // items left in each node of High
 };
 
 } // namespace kva

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <vector>
 
 namespace kva {
@@ -24,15 +23,6 @@ class PairEstimator {
     // From the tables of the two samples; nothing as in pairComponents().
     std::optional<VarianceComponents> components(const ShuffleTable& t1, const ShuffleTable& t2);
 
-    // The same for two populations that were dealt out anew as whole individuals, given by
-    // their pair places, each once. whole1, whole2: the tables of the populations. The second
-    // sample is not counted: it is what the first one leaves over. The rule must be Hobs.
-    std::optional<VarianceComponents> componentsOfDeal(const CodedLocus& locus,
-                                                       const ShuffleTable& whole1,
-                                                       const ShuffleTable& whole2,
-                                                       std::span<const int32_t> places1,
-                                                       std::span<const int32_t> places2);
-
   private:
     // Writes the counts of an allele behind those before.
     void put(int32_t count1, int32_t count2) {
@@ -45,7 +35,6 @@ class PairEstimator {
                                                double H2);
 
     HRule Rule;                   // which heterozygosity stands for H
-    ShuffleTable Drawn;           // the first sample of a deal
     std::size_t Found = 0;        // alleles in the lists
     std::vector<int32_t> Counts1; // gene copies of each allele in sample 1, with room for a step
     std::vector<int32_t> Counts2; // ... in sample 2

@@ -7,18 +7,24 @@
 
 namespace kva {
 
-CodedSample::CodedSample(const CodedData& data) : Data(data) {
+CodedSample::CodedSample(const CodedData& data, bool withRows) : Data(data) {
     for (std::size_t l = 0; l < data.loci(); ++l) {
         for (std::size_t pop = 0; pop < data.populations(); ++pop) {
             Tables.emplace_back().resize(data.locus(l).Alleles);
         }
     }
     count();
+    if (withRows) {
+        Rows.emplace(Data);
+    }
 }
 
 void CodedSample::readThrough(const CodedData& data, const SlotSheet& sheet) {
     data.readThrough(sheet, Data);
     count();
+    if (Rows) {
+        Rows->read(Data);
+    }
 }
 
 void CodedSample::count() {
@@ -36,8 +42,8 @@ void CodedSample::count() {
 PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask,
                    double undefined)
     : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
-      ByRest(Mode.Permutation && hRule(fstMask) == HRule::Hobs), Shuffle(Data, Mode),
-      Estimator(hRule(fstMask), Data.mostAlleles()) {
+      ByAlleles(!Mode.Genotypes && Mode.Permutation && hRule(fstMask) == HRule::Hobs),
+      Shuffle(Data, Mode), Estimator(hRule(fstMask), Data.mostAlleles()) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -46,15 +52,33 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
     for (ShuffleTable& table : Tables) {
         table.resize(Data.mostAlleles());
     }
+    if (Mode.Genotypes && Mode.Permutation && hRule(fstMask) == HRule::Hobs && Data.onlyPairs()) {
+        Rows.emplace(GenotypeRows(Data));
+    }
 }
 
-// The components of a locus in the last deal.
+void PairTest::deal(std::size_t pop1, std::size_t pop2, const CodedSample& sample, LociRange loci) {
+    if (!Mode.Linked && inBytes(sample.locus(loci.Begin))) {
+        Shuffle.dealEntries(sample.locus(loci.Begin), pop1, pop2);
+        return;
+    }
+    Shuffle.deal(pop1, pop2);
+    if (Rows) {
+        Rows->count(sample.rows(), {pop1, pop2}, Shuffle.places(0), Shuffle.places(1), loci);
+    }
+}
+
 std::optional<VarianceComponents> PairTest::components(std::size_t pop1, std::size_t pop2,
                                                        const CodedSample& sample, std::size_t l) {
-    if (ByRest && Shuffle.paired()) {
-        return Estimator.componentsOfDeal(sample.locus(l), sample.table(pop1, l),
-                                          sample.table(pop2, l), Shuffle.places(0),
-                                          Shuffle.places(1));
+    if (Rows) {
+        return Rows->components(l);
+    }
+    if (inBytes(sample.locus(l))) {
+        if (Mode.Linked) {
+            Shuffle.readEntries(sample.locus(l));
+        }
+        return OfAlleles.components(sample.table(pop1, l), sample.table(pop2, l),
+                                    Shuffle.entries(0), Shuffle.entries(1));
     }
     Shuffle.count(sample.locus(l), Tables[0], Tables[1]);
     return Estimator.components(Tables[0], Tables[1]);
@@ -64,15 +88,16 @@ FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMat
     const auto pop1 = static_cast<std::size_t>(i);
     const auto pop2 = static_cast<std::size_t>(j);
     const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
+    const std::size_t loci = Data.loci();
     FSums sums;
-    if (Mode.Linked && Data.loci() > 0) { // without loci there are no slots, either
-        Shuffle.deal(pop1, pop2);
+    if (Mode.Linked && loci > 0) { // without loci there are no slots, either
+        deal(pop1, pop2, sample, {0, loci});
     }
-    for (std::size_t l = 0; l < Data.loci(); ++l) {
+    for (std::size_t l = 0; l < loci; ++l) {
         std::optional<VarianceComponents> v;
         if (hasBoth(l, pop1, pop2)) {
             if (!Mode.Linked) {
-                Shuffle.deal(pop1, pop2);
+                deal(pop1, pop2, sample, {l, l + 1});
             }
             v = components(pop1, pop2, sample, l);
         }

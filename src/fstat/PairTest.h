@@ -6,6 +6,9 @@
 #include "data/allelcount.h"
 #include "data/codeddata.h"
 #include "data/ftriple.h"
+#include "fstat/AlleleEstimator.h"
+#include "fstat/GenotypePair.h"
+#include "fstat/GenotypeRows.h"
 #include "fstat/PairEstimator.h"
 #include "fstat/Shuffle.h"
 #include "fstat/ShuffleTable.h"
@@ -19,11 +22,13 @@ namespace kva {
 
 class Datensatz;
 
-// A data set in codes, with the tables of its populations.
+// A data set in codes, with the tables of its populations and, if wanted, with its individuals as
+// rows.
 class CodedSample {
   public:
-    // Takes a copy of `data` and counts its populations.
-    explicit CodedSample(const CodedData& data);
+    // Takes a copy of `data` and counts its populations. withRows: also reads the rows; every
+    // population has an even number of slots then.
+    CodedSample(const CodedData& data, bool withRows);
 
     // Takes over `data` with each slot read where the sheet sends it, and counts anew. `data` has
     // the same places as that of the constructor.
@@ -35,12 +40,15 @@ class CodedSample {
     const ShuffleTable& table(std::size_t pop, std::size_t l) const {
         return Tables[l * Data.populations() + pop];
     }
+    // The individuals; only with rows.
+    const GenotypeRows& rows() const { return *Rows; }
 
   private:
     void count(); // sets Tables from Data
 
     CodedData Data;                   // as the sheet gave it
     std::vector<ShuffleTable> Tables; // [locus x populations + population]
+    std::optional<GenotypeRows> Rows; // of Data; nothing: not wanted
     std::vector<int32_t> Places;      // room for the slot places of a population
 };
 
@@ -52,11 +60,11 @@ class PairTest {
     // populations counts for no shuffle of the pair, and draws nothing unless loci are linked.
     // undefined: value of a statistic that cannot be computed.
     PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fstMask, double undefined);
-    PairTest(const PairTest&) = delete; // its members point to each other
-    PairTest& operator=(const PairTest&) = delete;
-    ~PairTest() = default;
 
-    // Shuffles populations i < j (from 0) of `sample`, which was made from data(), and gives Fst,
+    // The data set as it was read, in the form that shuffled() wants.
+    CodedSample sample() const { return {Data, Rows.has_value()}; }
+
+    // Shuffles populations i < j (from 0) of `sample`, which was made by sample(), and gives Fst,
     // Fit and Fis of the shuffled pair. Draws from the random stream, one deal for all loci if
     // they are linked, else one for each. locusTable: takes Fst of each locus (row, from 0) in the
     // column of the pair (ConvertPoptoPoint), `undefined` where there is none; null: not.
@@ -74,6 +82,11 @@ class PairTest {
         const std::size_t row = l * Data.populations();
         return HasData[row + pop1] != 0 && HasData[row + pop2] != 0;
     }
+    // Whether the entries of a locus are dealt or read as bytes.
+    bool inBytes(const CodedLocus& locus) const { return ByAlleles && !locus.Entries.empty(); }
+    // Deals out the populations (from 0) for some loci and counts their samples there, if that is
+    // done for all loci at once.
+    void deal(std::size_t pop1, std::size_t pop2, const CodedSample& sample, LociRange loci);
     // The components of a locus in the last deal, all indices from 0; nothing as in
     // pairComponents().
     std::optional<VarianceComponents> components(std::size_t pop1, std::size_t pop2,
@@ -82,11 +95,13 @@ class PairTest {
     CodedData Data;            // not shuffled
     ShuffleMode Mode;          // how a pair is dealt
     double Undefined;          // value of a statistic that cannot be computed
-    bool ByRest;               // the second sample of a deal is what the first leaves over
+    bool ByAlleles;            // single alleles move, so that a second sample is what is left over
     std::vector<char> HasData; // 1: observed gene copies: [locus x populations + population]
-    PairShuffle Shuffle;       // reads Data
+    PairShuffle Shuffle;       // of the places of Data
     PairEstimator Estimator;   // by the H of the flags
+    AlleleEstimator OfAlleles; // where entries are dealt as bytes
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
+    std::optional<GenotypePair> Rows;   // counts the drawn samples by rows; nothing: by Tables
 };
 
 } // namespace kva

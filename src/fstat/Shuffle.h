@@ -27,10 +27,56 @@ struct ShuffleMode {
     static ShuffleMode of(uint32_t fstMask);
 };
 
+// A population that is dealt, in units (slots or pairs): unit u, from 0, stands at place Base + u.
+struct ShuffleSide {
+    std::size_t Base;  // place of unit 0
+    std::size_t Size;  // units of the population
+    std::size_t Dealt; // the first units, which take part; the others stay at home
+};
+
+// Deals of what stands at the places of two populations.
+template <class Item> class PairDeal {
+  public:
+    // mostUnits: of two populations.
+    explicit PairDeal(std::size_t mostUnits) : Items(mostUnits), Draws(mostUnits) {}
+
+    // Deals the items of `row`, which stand there by place, out anew into two samples of the sizes
+    // of both sides. One value of the random stream for each unit that takes part. permutation off:
+    // drawn with replacement.
+    void deal(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b,
+              bool permutation);
+
+    // Sets the sizes of the samples, for items that do not come from a deal.
+    void resize(std::size_t size1, std::size_t size2) {
+        Size1 = size1;
+        Size2 = size2;
+    }
+
+    // Sample 0 or 1, in the order of the deal and what stays at home behind.
+    std::span<Item> sample(std::size_t s) {
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1, Size2);
+    }
+    std::span<const Item> sample(std::size_t s) const {
+        return s == 0 ? std::span(Items).first(Size1) : std::span(Items).subspan(Size1, Size2);
+    }
+
+  private:
+    // Deals with replacement.
+    void drawAgain(std::span<const Item> first, std::span<const Item> second);
+    // Puts what stays at home behind each sample.
+    void insertTails(std::span<const Item> row, const ShuffleSide& a, const ShuffleSide& b);
+
+    std::size_t Size1 = 0;      // of sample 0
+    std::size_t Size2 = 0;      // ... 1
+    std::vector<Item> Items;    // of both samples, and room
+    std::vector<int32_t> Draws; // of a deal: places among what is left, and room
+    OrderedPool<Item> Pool;     // not yet dealt
+};
+
 // Shuffles of two populations.
 class PairShuffle {
   public:
-    // `data`, NOT OWNED, gives the places; it outlives the object.
+    // `data` gives the places and is not kept.
     PairShuffle(const CodedData& data, const ShuffleMode& art);
 
     // Deals the slots of both populations (from 0) out anew into samples of their sizes. One value
@@ -41,37 +87,35 @@ class PairShuffle {
     bool paired() const { return Paired; }
     // The places in `data` of sample 0 or 1 of the last deal, in the order of the deal and the
     // tail that stays at home behind. They stand until the next deal.
-    std::span<const int32_t> places(std::size_t sample) const { return Places[sample]; }
+    std::span<const int32_t> places(std::size_t sample) const { return Places.sample(sample); }
 
     // Counts the samples of the last deal at a locus of `data`, or of a data set with the
     // same places.
     void count(const CodedLocus& locus, ShuffleTable& t1, ShuffleTable& t2) const;
 
+    // --- Single alleles, of a locus with Entries; without Genotypes ------------------------
+
+    // The same as deal(), of the entries of a locus rather than of places.
+    void dealEntries(const CodedLocus& locus, std::size_t pop1, std::size_t pop2);
+    // Reads the entries of a locus at the places of the last deal().
+    void readEntries(const CodedLocus& locus);
+    // The entries of sample 0 or 1 as last dealt or read.
+    std::span<const uint8_t> entries(std::size_t sample) const { return Entries.sample(sample); }
+
   private:
-    // A population that is dealt, in units (slots or pairs): unit u, from 0, stands at place
-    // Base + u.
-    struct Side {
-        int32_t Base;  // place of unit 0
-        int32_t Size;  // units of the population
-        int32_t Dealt; // the first units, which take part; the others stay at home
-    };
-
-    Side slotsOf(std::size_t pop) const; // a population (from 0) in slots
-    Side pairsOf(std::size_t pop) const; // ... in pairs, of an even number of slots
-    // The deal of two populations in units.
-    void dealUnits(const Side& a, const Side& b);
+    // The place behind the last of a population in slots, which reads as missing.
+    int32_t missingPlace(const ShuffleSide& side) const { return Numbers[side.Base + side.Size]; }
     // The deal in pairs of two populations, given in slots, with an odd number in one or both.
-    void dealOddPairs(const Side& a, const Side& b);
-    // Puts the units of a side that stay at home behind those dealt to its sample (0 or 1).
-    void keepTail(std::size_t sample, const Side& side);
+    void dealOddPairs(const ShuffleSide& a, const ShuffleSide& b);
 
-    const CodedData& Data;                      // NOT OWNED
-    ShuffleMode Mode;                           // how slots are dealt
-    bool Paired = false;                        // of the last deal: Places are pair places
-    OrderedPool Pool;                           // units not yet dealt
-    std::vector<float> Draws;                   // values of the random stream for a deal
-    std::vector<int32_t> Units;                 // in the order of the deal
-    std::array<std::vector<int32_t>, 2> Places; // of both samples
+    ShuffleMode Mode;               // how slots are dealt
+    bool Paired = false;            // of the last deal: Places are pair places
+    std::vector<ShuffleSide> Slots; // each population in slots
+    std::vector<ShuffleSide> Pairs; // ... in pairs, without an odd last slot
+    std::vector<int32_t> Numbers;   // each place its own number
+    PairDeal<int32_t> Places;       // of both samples
+    PairDeal<uint8_t> Entries;      // of both samples
+    OrderedPool<int32_t> Pool;      // pairs not yet dealt, where populations are odd
 };
 
 // Shuffles of all populations, without replacement. A flat slot is one of all populations behind
@@ -87,6 +131,14 @@ class GlobalShuffle {
     // the p-values depend on.
     void deal();
 
+    // Whether places are pair places, so that individuals are dealt.
+    bool paired() const { return Paired; }
+    // The places in `data` of the sample of a population (from 0) in the last deal. They stand
+    // until the next deal.
+    std::span<const int32_t> places(std::size_t pop) const {
+        return {Places.data() + Begin[pop], Places.data() + Begin[pop + 1]};
+    }
+
     // Counts the sample of a population (from 0) of the last deal at a locus of `data`; clears the
     // table first.
     void count(const CodedLocus& locus, std::size_t pop, ShuffleTable& table) const;
@@ -98,8 +150,8 @@ class GlobalShuffle {
     // Sets the sources (slot places) of flat slot `last` and of the one before, unless that lies in
     // another population.
     void putPair(int32_t last, int32_t first, int32_t second);
-    // Draws n units into Units, each value of the stream a place among Scale for each unit left.
-    template <int32_t Scale> void dealUnits(int32_t n);
+    // Deals `items` into Units, in the order in which they are drawn; the last goes without.
+    void dealUnits(std::span<const int32_t> items);
 
     bool Genotypes;                 // individuals stay together
     bool Paired = true;             // Places are pair places
@@ -107,9 +159,10 @@ class GlobalShuffle {
     std::vector<int32_t> SlotPlace; // slot place of each flat slot
     std::vector<int32_t> Begin;     // first entry of each population in Places, and the end
     std::vector<int32_t> Places;    // source of each flat slot or pair
-    std::vector<float> Draws;       // values of the random stream for a deal
+    std::vector<int32_t> Numbers;   // of all pairs, from 0
+    std::vector<int32_t> Draws;     // of a deal: places among the units left
     std::vector<int32_t> Units;     // in the order of the deal
-    OrderedPool Pool;               // units not yet dealt
+    OrderedPool<int32_t> Pool;      // units not yet dealt
 };
 
 } // namespace kva

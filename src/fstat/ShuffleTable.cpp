@@ -1,6 +1,8 @@
 #include "fstat/ShuffleTable.h"
 
 #include <algorithm>
+#include <cstring>
+#include <numeric>
 
 namespace kva {
 
@@ -27,7 +29,55 @@ class Counter {
     std::size_t Found;
 };
 
+// --- Entries in bytes ------------------------------------------------------------------
+
+// Four individuals side by side, 16 bits each: their two entries, of which either may come first.
+using FourPairs = uint64_t;
+
+constexpr FourPairs kOnes = 0x0001000100010001; // 1 in each of the 16 bits
+constexpr FourPairs kAllCodes = kCodeBits * (kOnes | kOnes << 8U);
+constexpr std::size_t kMostSteps = 8192; // so that 16 bits hold the total of a sum
+
+// Sums over individuals, four side by side.
+struct FourSums {
+    FourPairs Typed = 0;
+    FourPairs Hetero = 0;
+
+    // Adding kAllCodes sets the highest bit of each byte that is not 0; where the two bytes of a
+    // pair are compared, the lower one counts.
+    void add(FourPairs pairs) {
+        const FourPairs codes = pairs & kAllCodes;
+        const FourPairs filled = codes + kAllCodes;
+        const FourPairs unlike = ((codes ^ codes >> 8U) & kAllCodes) + kAllCodes;
+        Typed += (filled | filled >> 8U) >> 7U & kOnes;
+        Hetero += (filled & filled >> 8U & unlike) >> 7U & kOnes;
+    }
+    static int32_t total(FourPairs fields) { return static_cast<int32_t>(fields * kOnes >> 48U); }
+};
+
 } // namespace
+
+TypedPairs countEights(std::span<const uint8_t> entries) {
+    TypedPairs sum;
+    while (entries.size() >= sizeof(FourPairs)) {
+        const std::size_t steps = std::min(entries.size() / sizeof(FourPairs), kMostSteps);
+        FourSums sums;
+        for (std::size_t k = 0; k < steps; ++k) {
+            FourPairs pairs = 0;
+            std::memcpy(&pairs, &entries[k * sizeof pairs], sizeof pairs);
+            sums.add(pairs);
+        }
+        sum.Typed += 2 * FourSums::total(sums.Typed);
+        sum.Hetero += FourSums::total(sums.Hetero);
+        entries = entries.subspan(steps * sizeof(FourPairs));
+    }
+    return sum;
+}
+
+int32_t countLight(std::span<const uint8_t> entries) {
+    return std::accumulate(entries.begin(), entries.end(), int32_t{0},
+                           [](int32_t sum, uint8_t entry) { return sum + (entry >> 7); });
+}
 
 void ShuffleTable::resize(int32_t alleles) {
     Count.assign(static_cast<std::size_t>(alleles) + 1, 0);
@@ -90,18 +140,6 @@ double ShuffleTable::sumOfSquares() const {
         sum += p * p;
     }
     return sum;
-}
-
-double ShuffleTable::CalcHet() const {
-    if (Sum.Weight <= 2) {
-        return -1.0;
-    }
-    const double C = Sum.Weight;
-    return std::min((C / (C - 2.0)) * (1.0 - sumOfSquares()), 1.0);
-}
-
-double ShuffleTable::CalcHetuk() const {
-    return Sum.Copies == 0 ? -1.0 : std::min(1.0 - sumOfSquares(), 1.0);
 }
 
 } // namespace kva

@@ -15,6 +15,38 @@
 
 namespace kva {
 
+// The fields Typed and Hetero of a tally.
+struct TypedPairs {
+    int32_t Typed = 0;
+    int32_t Hetero = 0;
+};
+
+// Those of the whole eights of entries in bytes (CodedLocus::Entries), of which two in turn are one
+// individual. Eight at a time.
+TypedPairs countEights(std::span<const uint8_t> entries);
+
+// Those of all entries; an odd last one stays open.
+inline TypedPairs countPairs(std::span<const uint8_t> entries) {
+    constexpr std::size_t eight = 8;
+    TypedPairs sum;
+    std::size_t k = 0;
+    if (entries.size() >= eight) {
+        sum = countEights(entries);
+        k = entries.size() / eight * eight;
+    }
+    for (; k + 1 < entries.size(); k += 2) {
+        const uint32_t one = entries[k] & kCodeBits;
+        const uint32_t other = entries[k + 1] & kCodeBits;
+        sum.Typed += (one | other) != kMissingCode ? 2 : 0;
+        sum.Hetero += (one != other ? 1 : 0) & (one * other != kMissingCode ? 1 : 0);
+    }
+    sum.Typed += k < entries.size() ? 1 : 0;
+    return sum;
+}
+
+// How many of the gene copies in entries weigh 1.
+int32_t countLight(std::span<const uint8_t> entries);
+
 // The allele table of one sample at one locus under shuffles; twin of AllelCount. Make
 // room with resize, then clear, add and read any number of times.
 class ShuffleTable {
@@ -46,14 +78,14 @@ class ShuffleTable {
     // --- Statistics, as in AllelCount ------------------------------------------------------
 
     // True as soon as one entry flagged haploid is in the table.
-    bool isHaploid() const { return Sum.Weight < 2 * int64_t{Sum.Copies}; }
+    bool isHaploid() const { return SquaredTally{Sum, 0.0}.isHaploid(); }
     // Observed heterozygosity: heterozygotes per typed individual; -1.0 for too few.
     double CalcHetobs() const { return Sum.CalcHetobs(); }
     // Expected heterozygosity, corrected for the sample size, at most 1.0 (Nei 1978); -1.0 for too
     // few.
-    double CalcHet() const;
+    double CalcHet() const { return SquaredTally{Sum, sumOfSquares()}.CalcHet(); }
     // Expected heterozygosity 1 - sum p^2, uncorrected (Nei 1973); -1.0 for an empty table.
-    double CalcHetuk() const;
+    double CalcHetuk() const { return SquaredTally{Sum, sumOfSquares()}.CalcHetuk(); }
 
     // --- Contents --------------------------------------------------------------------------
 
@@ -65,13 +97,6 @@ class ShuffleTable {
     int32_t count(uint32_t code) const { return Count[code]; }
     // Frequency of an allele; 0.0 if it is not there. The table is not empty.
     double frequency(uint32_t code) const { return double(count(code)) / Sum.Copies; }
-
-    // Enters an allele that is not counted, so that count() is not 0 until the next clear.
-    void mark(uint32_t code) {
-        Order[Found] = code;
-        ++Found;
-        Count[code] = 1;
-    }
 
   private:
     double sumOfSquares() const; // of the frequencies, in the order of alleles()

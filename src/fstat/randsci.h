@@ -22,8 +22,7 @@ void srand2(long seed);
 // sequence of seed 1.
 float rand2();
 
-// The next values of the stream, one for each place: what so many calls of rand2() give, at
-// about half the cost.
+// The next values of the stream, one for each place: what so many calls of rand2() give.
 void rand2Fill(std::span<float> values);
 
 // rand2() x bound in single precision: a uniform value from 0 to below `bound`. One draw.
@@ -45,6 +44,10 @@ inline int32_t indexOf(float value, int32_t n) {
 // A place drawn from n places, from 0: indexOf the next value. One draw. n is at least 1; 0 gives
 // -1.
 int32_t drawIndex(int32_t n);
+
+// The places of a deal: drawn from n places, then from n - 1 and so on: what so many calls of
+// drawIndex() give, at a fraction of the cost. At most n of them.
+void drawIndices(int32_t n, std::span<int32_t> places);
 
 // Turns a flat index `number` over groups of the given sizes into `group` and `rest`, the offset
 // within it, all from 0. Result: 0; or 1 with both at -1 if the sizes run out.

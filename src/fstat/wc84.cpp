@@ -40,15 +40,9 @@ VarianceComponents globalComponents(const GlobalLocus& g, const Sizes& sum) {
     const double H = sum.sumNH / sumN;
     double a = 0.0;
     double b = 0.0;
-    const double* p = g.p.data();
-    for (const double pbar : g.pbar) {
-        double ss = 0.0;
-        for (const GlobalSample& sample : g.samples) {
-            const double deviation = *p - pbar;
-            ss += sample.n * (deviation * deviation);
-            ++p;
-        }
-        const double s2 = ss / nbar / (s - 1.0);
+    for (std::size_t k = 0; k < g.pbar.size(); ++k) {
+        const double pbar = g.pbar[k];
+        const double s2 = g.ss[k] / nbar / (s - 1.0);
         const double x = pbar * (1.0 - pbar) - (s - 1.0) * s2 / s;
         a += nbar * (s2 - x / (nbar - 1.0)) / nc;
         b += nbar * x / (nbar - 1.0);
@@ -80,6 +74,16 @@ FValues FSums::values(double undefined) const {
     }
     const double T = A + B + C;
     return {A / T, 1.0 - C / T, 1.0 - C / (B + C)};
+}
+
+double sumOfDeviations(std::span<const GlobalSample> samples, const double* p, double pbar) {
+    double ss = 0.0;
+    for (const GlobalSample& sample : samples) {
+        const double deviation = *p - pbar;
+        ss += sample.n * (deviation * deviation);
+        ++p;
+    }
+    return ss;
 }
 
 void fillColumn(CMatrix& table, int32_t first, int32_t last, int32_t l, double value) {

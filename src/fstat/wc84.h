@@ -15,6 +15,10 @@
 #include <span>
 #include <vector>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace kva {
 
 // Which heterozygosity stands for H in the estimators; the paper's is the observed one.
@@ -79,7 +83,28 @@ class FSums {
 
 // Alleles that are computed side by side. A list of counts is filled up with zeros to a
 // multiple of it: an allele that neither sample has adds nothing.
-constexpr std::size_t kAlleleStep = 4;
+constexpr std::size_t kAlleleStep = 2;
+
+// Two numbers that are computed side by side, each as if alone.
+using TwoDoubles [[gnu::vector_size(16)]] = double;
+
+// Two counts that stand behind each other.
+inline TwoDoubles twoCounts(const int32_t* counts) {
+#ifdef __SSE2__ // one instruction, which g++ 12 does not find
+    return _mm_cvtepi32_pd(_mm_loadu_si64(counts));
+#else
+    return TwoDoubles{double(counts[0]), double(counts[1])};
+#endif
+}
+
+// Two numbers that stand behind each other.
+inline TwoDoubles loadTwo(const double* numbers) {
+    return TwoDoubles{numbers[0], numbers[1]};
+}
+inline void storeTwo(double* numbers, TwoDoubles two) {
+    numbers[0] = two[0];
+    numbers[1] = two[1];
+}
 
 // One locus of two samples.
 struct PairLocus {
@@ -102,55 +127,74 @@ struct PairSizes {
     double nc; // 2 nA nB / S
 };
 
-// What one allele adds to a and to b but for the terms of H; the counts are its gene copies in the
-// two samples. The result is set, not added.
-inline void alleleTerms(const PairSizes& n, int32_t count1, int32_t count2, double& a, double& b) {
-    const double p1 = count1 / n.n1;
-    const double p2 = count2 / n.n2;
-    const double pbar = (n.nA * p1 + n.nB * p2) / n.S;
-    const double s2 =
+// The sizes of two samples of so many gene copies each, -1 or 0: none. A sample of n gene copies
+// has n / 2 individuals, also if it is haploid. Nothing if a sample is empty or both have 2
+// individuals or fewer together.
+inline std::optional<PairSizes> pairSizes(int32_t copies1, int32_t copies2) {
+    const double nA = copies1 * 0.5;
+    const double nB = copies2 * 0.5;
+    const double S = nA + nB;
+    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0) {
+        return std::nullopt;
+    }
+    return PairSizes{double(copies1), double(copies2), nA, nB, S, 2.0 * nA * nB / S};
+}
+
+// What two alleles add to a and to b but for the terms of H, each by its gene copies in the two
+// samples. The result is set, not added.
+inline void alleleTerms(const PairSizes& n, TwoDoubles count1, TwoDoubles count2, TwoDoubles& a,
+                        TwoDoubles& b) {
+    const TwoDoubles p1 = count1 / n.n1;
+    const TwoDoubles p2 = count2 / n.n2;
+    const TwoDoubles pbar = (n.nA * p1 + n.nB * p2) / n.S;
+    const TwoDoubles s2 =
         2.0 * (n.nA * ((p1 - pbar) * (p1 - pbar)) + n.nB * ((p2 - pbar) * (p2 - pbar))) / n.S;
-    const double x = pbar * (1.0 - pbar) - s2 / 2.0;
+    const TwoDoubles x = pbar * (1.0 - pbar) - s2 / 2.0;
     a = n.S * (s2 - 2.0 * x / (n.S - 2.0)) / (2.0 * n.nc);
     b = n.S * x / (n.S - 2.0);
 }
 
+// The components from the sums a and b of what the alleles add, and from the heterozygosities of
+// the samples, which are not negative.
+inline VarianceComponents withHeterozygosity(const PairSizes& n, double a, double b, double H1,
+                                             double H2) {
+    const double H = (n.nA * H1 + n.nB * H2) / n.S;
+    a += n.S * H / (2.0 * n.nc * (n.S - 2.0));
+    b -= (n.S / (n.S - 2.0) + 1.0) * H / 2.0;
+    return {a, b, H};
+}
+
 // The components of a pair's locus (Weir and Cockerham 1984, two samples), unclamped; c is the mean
-// H weighted by individuals. A sample of n gene copies has n / 2 individuals, also if it is
-// haploid. Nothing if a sample is empty, both have 2 individuals or fewer together, an H is
-// negative or there are no alleles.
+// H weighted by individuals. Nothing without sizes, if an H is negative or there are no alleles.
 inline std::optional<VarianceComponents> pairComponents(const PairLocus& locus) {
-    const double nA = locus.copies1 * 0.5;
-    const double nB = locus.copies2 * 0.5;
-    const double S = nA + nB;
-    if (nA <= 0.0 || nB <= 0.0 || S <= 2.0 || locus.H1 < 0.0 || locus.H2 < 0.0 ||
-        locus.counts1.empty()) {
+    const std::optional<PairSizes> n = pairSizes(locus.copies1, locus.copies2);
+    if (!n || locus.H1 < 0.0 || locus.H2 < 0.0 || locus.counts1.empty()) {
         return std::nullopt;
     }
-    const double nc = 2.0 * nA * nB / S;
-    const PairSizes n{double(locus.copies1), double(locus.copies2), nA, nB, S, nc};
     const int32_t* const counts1 = locus.counts1.data();
     const int32_t* const counts2 = locus.counts2.data();
     double a = 0.0;
     double b = 0.0;
     for (std::size_t k = 0; k < locus.counts1.size(); k += kAlleleStep) {
-        double termA[kAlleleStep];
-        double termB[kAlleleStep];
-        for (std::size_t m = 0; m < kAlleleStep; ++m) {
-            alleleTerms(n, counts1[k + m], counts2[k + m], termA[m], termB[m]);
-        }
-        for (std::size_t m = 0; m < kAlleleStep; ++m) {
-            a += termA[m];
-            b += termB[m];
-        }
+        TwoDoubles termA;
+        TwoDoubles termB;
+        alleleTerms(*n, twoCounts(counts1 + k), twoCounts(counts2 + k), termA, termB);
+        a += termA[0];
+        b += termB[0];
+        a += termA[1];
+        b += termB[1];
     }
-    const double H = (nA * locus.H1 + nB * locus.H2) / S;
-    a += S * H / (2.0 * nc * (S - 2.0));
-    b -= (S / (S - 2.0) + 1.0) * H / 2.0;
-    return VarianceComponents{a, b, H};
+    return withHeterozygosity(*n, a, b, locus.H1, locus.H2);
 }
 
 // --- Many samples ----------------------------------------------------------------------
+
+constexpr int32_t kFewestAlleles = 2; // in the pool of a locus
+
+// Whether a population of so many gene copies counts at a locus.
+inline bool hasIndividual(int32_t copies) {
+    return copies * 0.5 >= 1.0;
+}
 
 // A population that counts at a locus: it has at least one individual there.
 struct GlobalSample {
@@ -159,12 +203,16 @@ struct GlobalSample {
     double hetero; // H by the rule; a negative one is not left out
 };
 
+// What the samples add up to for one allele: the sum over them of n (p - pbar)^2. p: its frequency
+// in each sample; pbar: in the pool.
+double sumOfDeviations(std::span<const GlobalSample> samples, const double* p, double pbar);
+
 // One locus of many samples, with at least two alleles in the pool.
 struct GlobalLocus {
     double Ht;                             // expected heterozygosity of the pool, uncorrected
     std::span<const GlobalSample> samples; // NOT OWNED; the s populations that count
     std::span<const double> pbar;          // NOT OWNED; frequency of each allele in the pool
-    std::span<const double> p;             // NOT OWNED; frequencies, [allele x s + sample]
+    std::span<const double> ss;            // NOT OWNED; sumOfDeviations() of each allele
 };
 
 // Fst, Fit, Fis, Gst, Gst' over all loci.

@@ -35,6 +35,51 @@ TEST(CodedData, InbredEntriesWeighOne) {
     EXPECT_EQ(data.locus(0).Pairs[2].Sum.Weight, 2);
 }
 
+TEST(CodedData, AnEntryInAByteIsItsCodeAndWhetherItIsHaploid) {
+    LoadedRun run(kInbredPop);
+    const CodedData data(*run->Daten);
+    const CodedLocus& locus = data.locus(0);
+    ASSERT_EQ(locus.Entries.size(), locus.Code.size());
+    for (std::size_t place = 0; place < locus.Code.size(); ++place) {
+        const bool light = locus.Code[place] != 0 && locus.Weight[place] == 1;
+        EXPECT_EQ(locus.Entries[place], locus.Code[place] + (light ? 128 : 0)) << place;
+    }
+    EXPECT_GT(locus.Entries[5], 128) << "inbred";
+}
+
+TEST(CodedData, EntriesInBytesEndWith127Alleles) {
+    for (const int alleles : {127, 128}) {
+        Datensatz daten;
+        daten.init(1);
+        daten.AddPopulation("P", 2 * alleles);
+        for (int allele = 0; allele < alleles; ++allele) {
+            daten.AddTier(1, 1, 100 + allele, 100, 0);
+        }
+        const CodedData data(daten);
+        EXPECT_EQ(data.locus(0).Alleles, alleles);
+        if (alleles == 127) {
+            EXPECT_EQ(data.locus(0).Entries[252], 127);
+        } else {
+            EXPECT_TRUE(data.locus(0).Entries.empty());
+        }
+    }
+}
+
+TEST(CodedData, APopulationOfOddSizeHasMoreThanPairs) {
+    for (const bool odd : {false, true}) {
+        Datensatz daten;
+        daten.init(1);
+        daten.AddPopulation("A", 3);
+        daten.AddTier(1, 1, 5, 6, 0);
+        daten.AddPopulation("B", 3);
+        daten.AddTier(1, 2, 5, 5, 0);
+        if (odd) {
+            daten.AddTier(1, 2, 6, 0); // a third slot
+        }
+        EXPECT_NE(CodedData(daten).onlyPairs(), odd);
+    }
+}
+
 TEST(CodedData, ReadThroughASheet) {
     LoadedRun run(kTwoPops);
     const CodedData data(*run->Daten);

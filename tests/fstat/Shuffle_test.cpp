@@ -121,6 +121,44 @@ TEST(PairShuffle, TellsWhetherPairsStayTogether) {
     EXPECT_FALSE(alleles.paired());
 }
 
+TEST(PairShuffle, EntriesAreDealtAsTheirPlaces) {
+    for (const std::vector<int32_t>& sizes : kSizes) {
+        const Datensatz daten = numbered(sizes);
+        const CodedData data(daten);
+        CodedLocus locus = data.locus(0);
+        locus.Entries.clear();
+        for (std::size_t place = 0; place < locus.Code.size(); ++place) {
+            locus.Entries.push_back(static_cast<uint8_t>(place * 7)); // whatever they stand for
+        }
+        for (unsigned flags = 0; flags < 4; ++flags) {
+            SCOPED_TRACE(testing::Message()
+                         << sizes[0] << " and " << sizes[1] << " slots, flags " << flags);
+            PairShuffle shuffle(data, {false, true, (flags & 1U) != 0, (flags & 2U) != 0});
+            srand2(17);
+            shuffle.deal(0, 1);
+            const float next = rand2();
+            shuffle.readEntries(locus);
+            std::array<std::vector<uint8_t>, 2> read;
+            for (std::size_t s = 0; s < 2; ++s) {
+                const auto entries = shuffle.entries(s);
+                ASSERT_EQ(entries.size(), static_cast<std::size_t>(sizes[s]));
+                read[s].assign(entries.begin(), entries.end());
+                for (std::size_t k = 0; k < entries.size(); ++k) {
+                    ASSERT_EQ(entries[k], static_cast<uint8_t>(shuffle.places(s)[k] * 7));
+                }
+            }
+            shuffle.dealEntries(locus, 1, 0); // leaves nothing behind
+            srand2(17);
+            shuffle.dealEntries(locus, 0, 1);
+            EXPECT_EQ(rand2(), next);
+            for (std::size_t s = 0; s < 2; ++s) {
+                const auto entries = shuffle.entries(s);
+                EXPECT_EQ(std::vector<uint8_t>(entries.begin(), entries.end()), read[s]);
+            }
+        }
+    }
+}
+
 TEST(GlobalShuffle, DealsAsMakeMixGlobal) {
     const std::vector<std::vector<int32_t>> sizesOf = {
         {2, 2}, {4, 2, 6},    {3, 3},           {1}, {2},    {1, 1, 1},         {0, 3},

@@ -216,6 +216,75 @@ TEST(DrawIndex, OnePlaceStillDraws) {
     EXPECT_EQ(rand2(), draws[1]);
 }
 
+// --- Many at once --------------------------------------------------------------------------
+
+namespace {
+
+// Numbers of draws: none, whole and broken steps of four, the edges of a block of 256.
+const std::vector<std::size_t> kCounts = {0,  1,   2,   3,   4,   5,   6,   7,    8,
+                                          12, 188, 255, 256, 257, 511, 513, 1409, 5000};
+
+// Draws `count` values one by one from `seed`, after `before` others, and one more.
+std::vector<float> oneByOne(long seed, std::size_t before, std::size_t count) {
+    srand2(seed);
+    std::vector<float> draws = firstDraws(static_cast<int>(before + count + 1));
+    draws.erase(draws.begin(), draws.begin() + static_cast<std::ptrdiff_t>(before));
+    return draws;
+}
+
+} // namespace
+
+TEST(Rand2Fill, GivesTheDrawsOfSoManyCalls) {
+    for (const long seed : {0L, 1L, -5L, kModulus, 1704164645L, 1198190221L}) {
+        for (const std::size_t before : {0U, 1U, 2U, 3U}) {
+            for (const std::size_t count : kCounts) {
+                const std::vector<float> expected = oneByOne(seed, before, count);
+                srand2(seed);
+                firstDraws(static_cast<int>(before));
+                std::vector<float> draws(count);
+                rand2Fill(draws);
+                draws.push_back(rand2());
+                EXPECT_EQ(draws, expected) << seed << ": " << count << " after " << before;
+            }
+        }
+    }
+}
+
+TEST(DrawIndices, ArePlacesAmongFewerAndFewer) {
+    // Above 2^24 the number of places is no longer exact in single precision.
+    constexpr int32_t exact = 1 << 24;
+    for (const long seed : {1L, kModulus, 1198190221L}) {
+        for (const std::size_t count : kCounts) {
+            for (const int32_t n : {static_cast<int32_t>(count), 5000, exact - 1, exact + 300,
+                                    1000000007, std::numeric_limits<int32_t>::max()}) {
+                const std::vector<float> draws = oneByOne(seed, 0, count);
+                std::vector<int32_t> expected;
+                for (std::size_t k = 0; k < count; ++k) {
+                    expected.push_back(indexOf(draws[k], n - static_cast<int32_t>(k)));
+                }
+                srand2(seed);
+                std::vector<int32_t> places(count);
+                drawIndices(n, places);
+                EXPECT_EQ(places, expected) << seed << ": " << count << " from " << n;
+                EXPECT_EQ(rand2(), draws.back());
+            }
+        }
+    }
+}
+
+// The largest values round to the number of places or just below it: the first draw of each seed
+// is 0.99999988.
+TEST(DrawIndices, TheLargestDrawIsTheLastPlace) {
+    for (const long seed : {1198190221L, 646202679L, 1503604379L}) {
+        for (int32_t n = 1; n <= (1 << 23); n = n < 1000 ? n + 1 : 2 * n - 1) {
+            srand2(seed);
+            std::vector<int32_t> place(1);
+            drawIndices(n, place);
+            EXPECT_EQ(place[0], n - 1);
+        }
+    }
+}
+
 // --- Flat numbers to groups --------------------------------------------------------------------
 
 namespace {

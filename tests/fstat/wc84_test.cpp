@@ -122,15 +122,23 @@ TEST(PairComponents, AgreeWithTheEquationsOfThePaper) {
     }
 }
 
+// 3 (0.5 - 0.25)^2 + 2 (0 - 0.25)^2 = 3/16 + 2/16
+TEST(GlobalSamples, DeviationsAreWeightedByIndividuals) {
+    const std::vector<GlobalSample> samples = {{3.0, 0.0, 0.0}, {2.0, 0.0, 0.0}};
+    const std::vector<double> p = {0.5, 0.0};
+    EXPECT_EQ(sumOfDeviations(samples, p.data(), 0.25), 0.3125);
+    EXPECT_EQ(sumOfDeviations({}, p.data(), 0.25), 0.0);
+}
+
 // Both samples fixed for the one allele that the pool has, too: nothing to part.
 TEST(GlobalSums, ALocusThatDoesNotVaryHasNoValue) {
     const std::vector<GlobalSample> samples(2, {2.0, 0.0, 0.0});
     const std::vector<double> pbar = {1.0, 0.0};
-    const std::vector<double> p = {1.0, 1.0, 0.0, 0.0};
+    const std::vector<double> ss = {0.0, 0.0};
     CMatrix locus;
     locus.Resize(FRow::Anzahl, 1);
     GlobalSums sums;
-    sums.add({0.0, samples, pbar, p}, locus, 0, kUndefined);
+    sums.add({0.0, samples, pbar, ss}, locus, 0, kUndefined);
     for (int32_t row = 0; row < FRow::Anzahl; ++row) {
         EXPECT_EQ(locus(row, 0), kUndefined) << row;
     }
