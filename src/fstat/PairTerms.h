@@ -34,7 +34,8 @@ class PairTerms {
     // The page of two samples of so many gene copies each, from 0 to kMostCopies; it stays as long
     // as this object. Computed when it is first asked for.
     const Page& page(int32_t copies1, int32_t copies2) {
-        std::unique_ptr<const Page>& page = Pages.data()[copies1 * kSide + copies2];
+        const int32_t place = copies1 * kSide + copies2;
+        std::unique_ptr<const Page>& page = Pages[static_cast<std::size_t>(place)];
         if (!page) {
             page = compute(copies1, copies2);
         }
