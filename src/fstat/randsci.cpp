@@ -41,6 +41,90 @@ void fillTable() {
     iy = iv[0];
 }
 
+// --- Values by blocks ---------------------------------------------------------------------
+
+constexpr std::size_t kStride = 8;  // steps between a state and the one made from it
+constexpr std::size_t kTurns = 8;   // turns of the shuffle table written out in a row
+constexpr std::size_t kBlock = 512; // values made at once
+constexpr uint32_t kMask = kModulus;
+constexpr int kBits = 31; // kModulus is 2^31 - 1
+
+// What a product of two states leaves modulo 2^31 - 1: the high bits folded onto the low ones,
+// twice, since the first sum may still have 32 bits. No product is a multiple of the modulus.
+constexpr uint32_t reduced(uint64_t product) {
+    const auto sum = static_cast<uint32_t>((product & kMask) + (product >> kBits));
+    return (sum & kMask) + (sum >> kBits);
+}
+
+// The multipliers of 1, 2, ... steps.
+constexpr std::array<uint32_t, kStride> kPowers = [] {
+    std::array<uint32_t, kStride> powers{kMultiplier};
+    for (std::size_t i = 1; i < kStride; ++i) {
+        powers[i] = reduced(uint64_t{powers[i - 1]} * kMultiplier);
+    }
+    return powers;
+}();
+
+// The states of one block, made ahead; the values drawn take their places.
+class StateBlock {
+  public:
+    // The n states that follow on `state`, at most kBlock. Each of them follows on the one a stride
+    // before, so that none waits for its neighbour.
+    void step(uint32_t state, std::size_t n) {
+        for (std::size_t i = 0; i < kStride; ++i) {
+            Items[i] = reduced(uint64_t{state} * kPowers[i]);
+        }
+        for (std::size_t i = kStride; i < n; ++i) {
+            Items[i] = reduced(uint64_t{Items[i - kStride]} * kPowers[kStride - 1]);
+        }
+    }
+
+    // The place that the last value names gives the next one and takes a state. Result: the last
+    // value of n.
+    uint32_t shuffle(uint32_t last, std::size_t n) {
+        std::size_t i = 0;
+        for (; i + kTurns <= n; i += kTurns) {
+            for (std::size_t turn = 0; turn < kTurns; ++turn) {
+                last = exchange(last, Items[i + turn]);
+            }
+        }
+        for (; i < n; ++i) {
+            last = exchange(last, Items[i]);
+        }
+        return last;
+    }
+
+    // The values drawn, scaled, one a place of `values`.
+    void scale(std::span<float> values) const {
+        constexpr auto limit = static_cast<float>(kLimit);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            values[i] = std::min(static_cast<float>(int32_t(Items[i]) * kScale), limit);
+        }
+    }
+
+    uint32_t operator[](std::size_t i) const { return Items[i]; }
+
+  private:
+    static uint32_t exchange(uint32_t last, uint32_t& item) {
+        int32_t& entry = iv[last / kDivisor];
+        const auto drawn = static_cast<uint32_t>(entry);
+        entry = static_cast<int32_t>(item);
+        item = drawn;
+        return drawn;
+    }
+
+    std::array<uint32_t, kBlock> Items;
+};
+
+// The next values of a stream that runs, at most kBlock.
+void fillBlock(std::span<float> values) {
+    StateBlock block;
+    block.step(static_cast<uint32_t>(idom), values.size());
+    idom = static_cast<int32_t>(block[values.size() - 1]);
+    iy = static_cast<int32_t>(block.shuffle(static_cast<uint32_t>(iy), values.size()));
+    block.scale(values);
+}
+
 } // namespace
 
 void srand2(long seed) {
@@ -63,27 +147,18 @@ float rand2() {
     return value > kLimit ? static_cast<float>(kLimit) : value;
 }
 
-// The state stays in registers, and the Lehmer step is the same product modulo 2^31 - 1 by
-// folding the high bits instead of Schrage's division.
+// Values are made by blocks, in three loops of which only the middle one waits for its own last
+// turn: the Lehmer steps, then the places of the shuffle table, then the scaling.
 void rand2Fill(std::span<float> values) {
     while (!values.empty() && (idom <= 0 || iy == 0)) { // the stream is to be started
         values.front() = rand2();
         values = values.subspan(1);
     }
-    constexpr auto limit = static_cast<float>(kLimit);
-    auto state = static_cast<uint64_t>(idom);
-    auto last = static_cast<uint32_t>(iy);
-    for (float& value : values) {
-        state *= kMultiplier;
-        state = (state & kModulus) + (state >> 31U);
-        state = state >= kModulus ? state - kModulus : state;
-        int32_t& entry = iv[last / kDivisor];
-        last = static_cast<uint32_t>(entry);
-        entry = static_cast<int32_t>(state);
-        value = std::min(static_cast<float>(static_cast<int32_t>(last) * kScale), limit);
+    while (!values.empty()) {
+        const std::size_t n = std::min(values.size(), kBlock);
+        fillBlock(values.first(n));
+        values = values.subspan(n);
     }
-    idom = static_cast<int32_t>(state);
-    iy = static_cast<int32_t>(last);
 }
 
 float random2(float bound) {
