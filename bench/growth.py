@@ -59,10 +59,11 @@ PASSES = [
 # What is doubled: populations, individuals of each, loci, alleles. Each is wide where it is
 # doubled, so that what grows too fast is not lost among the rest.
 EXTENTS = [
-    ("populations", (80, 2, 3, 4), (160, 2, 3, 4)),
-    ("individuals", (3, 40, 3, 4), (3, 80, 3, 4)),
-    ("loci", (3, 6, 60, 4), (3, 6, 120, 4)),
-    ("alleles", (3, 100, 3, 30), (3, 100, 3, 60)),
+    ("populations", (80, 2, 3, 4), (160, 2, 3, 4), PASSES),
+    ("populations, many", (500, 2, 3, 4), (1000, 2, 3, 4), PASSES[:2]),
+    ("individuals", (3, 40, 3, 4), (3, 80, 3, 4), PASSES),
+    ("loci", (3, 6, 60, 4), (3, 6, 120, 4), PASSES),
+    ("alleles", (3, 100, 3, 30), (3, 100, 3, 60), PASSES),
 ]
 PLAIN = (4, 10, 5, 6)  # where permutations, replicates or draws are doubled
 
@@ -114,8 +115,8 @@ def grown(counter, step, doubled, small, large):
 
 def all_growths(kva):
     counter = Counter(kva)
-    for doubled, small, large in EXTENTS:
-        for step in PASSES:
+    for doubled, small, large, steps in EXTENTS:
+        for step in steps:
             yield grown(counter, step, doubled, (small, step.n), (large, step.n))
     for step in PASSES:
         if step.repeats:

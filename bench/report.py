@@ -72,7 +72,7 @@ def print_goals(kva, rows):
                     "slip" if now > row.goal else ""), GOAL_WIDTHS)
 
 
-GROWTH_WIDTHS = (11, 27, -12, -6, -5, 8)
+GROWTH_WIDTHS = (17, 27, -12, -6, -5, 8)
 
 
 def print_growth(kva):

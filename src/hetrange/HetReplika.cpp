@@ -135,10 +135,13 @@ void HetTable::addPair(int32_t first, int32_t second, bool randomDiscard) {
 }
 
 void HetTable::addEntry(int32_t place, int32_t haploid) {
-    const int32_t code = Codes.data()[place];
+    const int32_t* const codes = Codes.data();
+    int32_t* const counts = Counts.data();
+    std::size_t* const isNew = New.data();
+    const int32_t code = codes[place];
     Order[Seen] = code;
-    Seen += std::exchange(New.data()[code], 0);
-    ++Counts.data()[code];
+    Seen += std::exchange(isNew[code], 0);
+    ++counts[code];
     HaploidCopies += code != 0 ? haploid : 0;
 }
 
