@@ -1,5 +1,5 @@
 // Cost of the permutation tests per slot visit: one slot of one sample at one locus in one
-// permutation, with the shuffle and the estimate. slot_visits.py counts its instructions.
+// permutation, with the shuffle and the estimate. report.py counts its instructions.
 #include "base/settings.h"
 #include "data/lociclass.h"
 #include "fstat/FstPermutation.h"

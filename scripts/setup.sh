@@ -7,7 +7,7 @@ set -eu
 for need in "$@"; do
     case $need in
     build) set -- "$@" g++=g++ cmake=cmake ninja-build=ninja ;;
-    test) set -- "$@" libgtest-dev libgmock-dev faketime python3=python3 ;;
+    test) set -- "$@" libgtest-dev libgmock-dev faketime valgrind=valgrind python3=python3 ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
     coverage) set -- "$@" gcovr=gcovr ;;
     clang) set -- "$@" clang-14=clang++-14 ;;

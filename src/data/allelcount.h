@@ -58,6 +58,9 @@ class AllelCount {
     // Sorts the rows by allele number, ascending. A table that grows afterwards is unsorted.
     void SortAllele();
 
+    // Whether the rows ascend by allele number for sure.
+    bool isSorted() const { return Sortiert; }
+
     // --- Reading, i counts rows from 0 ---------------------------------------
 
     // Frequency of an allele, 0 to 1: Anzahl / AnzGesamt; -1.0 for an empty table, -3.0 for a

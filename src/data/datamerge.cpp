@@ -115,7 +115,8 @@ int Datensatz::AddLoci(const std::string& name, const std::string* name2, const 
     if (name2 != nullptr) {
         added.SetLociName2(*name2);
     }
-    const LociObj& first = Loci.front();
+    LociObj& first = Loci.front();
+    added.PopNamen = first.PopNamen.share();
     for (int pop = 1; pop <= first.AnzPop; ++pop) {
         const int slots = first.GetAnzDatenChromosome(pop);
         added.AddPopulation(*first.GetPopName(pop), slots);

@@ -16,6 +16,7 @@ constexpr int64_t kBufferSize = int64_t{1} << 19;
 constexpr int64_t kBehind = 2; // bytes held behind a block: the LF of a CR in its last place,
                                // and the first byte of the row that follows
 constexpr int64_t kScanSize = int64_t{1} << 16; // step of the search from the file's end
+constexpr std::size_t kPiece = 512;             // bytes searched at once for the end of a row
 
 bool isEmptyLineByte(char c) {
     return c == ' ' || c == '\r' || c == '\n';
@@ -25,12 +26,20 @@ bool isBlank(std::string_view text) {
     return std::all_of(text.begin(), text.end(), isEmptyLineByte);
 }
 
-// Place of the first CR, LF or NUL from `from` on, or the end of the text.
+// Place of the first CR, LF or NUL from `from` on, or the end of the text. By pieces: where one of
+// them never comes up, it is not sought far behind the others.
 std::size_t findTextEnd(std::string_view text, std::size_t from) {
-    while (from < text.size() && text[from] != '\r' && text[from] != '\n' && text[from] != '\0') {
-        ++from;
+    for (; from < text.size(); from += kPiece) {
+        const std::string_view piece = text.substr(from, kPiece);
+        std::size_t end = piece.size();
+        for (const char byte : {'\n', '\r', '\0'}) {
+            end = std::min(end, piece.substr(0, end).find(byte));
+        }
+        if (end < piece.size()) {
+            return from + end;
+        }
     }
-    return from;
+    return text.size();
 }
 
 } // namespace

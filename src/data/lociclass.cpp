@@ -53,7 +53,7 @@ const std::string& orEmpty(const std::string* name) {
 int LociObj::AddPopulation(const std::string& name, int kapazitaet) {
     DataChromosom.push_back(newBlock(kapazitaet, -1));
     InfoChromosom.push_back(newBlock(kapazitaet, 0));
-    PopNamen.push_back(name);
+    PopNamen.add(name);
     return ++AnzPop;
 }
 
@@ -159,8 +159,8 @@ const std::string* LociObj::GetPopName(int pop) const {
 }
 
 int LociObj::GetPopNummer(const std::string& name) const {
-    const auto found = std::find(PopNamen.begin(), PopNamen.end(), name);
-    return found == PopNamen.end() ? 0 : static_cast<int>(found - PopNamen.begin()) + 1;
+    const std::size_t place = PopNamen.find(name);
+    return place == PopNamen.size() ? 0 : static_cast<int>(place) + 1;
 }
 
 int LociObj::SetLociRepeatMuster(int wert) {
@@ -176,6 +176,10 @@ int Datensatz::init(int anzLoci) {
     AnzLoci = std::max(anzLoci, 0);
     Loci.clear();
     Loci.resize(static_cast<std::size_t>(AnzLoci));
+    PopNames names;
+    for (LociObj& locus : Loci) {
+        locus.PopNamen = names.share();
+    }
     return anzLoci;
 }
 

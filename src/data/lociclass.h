@@ -14,6 +14,7 @@
 #define KVA_DATA_LOCICLASS_H
 
 #include "data/allelcount.h"
+#include "data/popnames.h"
 #include "data/slotmaps.h"
 
 #include <algorithm>
@@ -155,7 +156,7 @@ class LociObj {
     std::vector<SlotBlock> DataChromosom; // allele numbers, one block per population; population
                                           // p is entry p - 1, here and in the next two
     std::vector<SlotBlock> InfoChromosom; // info values, slot for slot beside the data
-    std::vector<std::string> PopNamen;    // population names
+    PopNames PopNamen;                    // population names, shared with the other loci
     std::string LociName;                 // name of the (first) allele column; empty until set
     std::string LociName2;                // name of the second allele column; empty until set
     int32_t LociRepeatMuster = -1;        // repeat unit in base pairs; -1 until set; below 1:

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace kva {
 
@@ -28,27 +29,47 @@ PairTables pairTables(const SampleTables& tab, long idx1, long idx2, std::size_t
             tab[static_cast<std::size_t>(idx2) + 1][l]};
 }
 
+std::size_t rowsOf(const AllelCount& table) {
+    return static_cast<std::size_t>(table.AnzAllele);
+}
+
 // Copies of an allele; 0 where the sample does not have it.
 int32_t copiesOf(const AllelCount& table, int allel) {
     return std::max(table.GetAllelCount(table.GetAllelNummer(allel) - 1), 0);
 }
 
 // Room for the copies of each allele of a locus.
-struct AlleleCounts {
+class AlleleCounts {
+  public:
+    void read(const PairTables& t) {
+        const std::size_t steps = (rowsOf(t.pool) + kAlleleStep - 1) / kAlleleStep;
+        sample1.assign(steps * kAlleleStep, 0);
+        sample2.assign(steps * kAlleleStep, 0);
+        fill(t.pool, t.t1, sample1);
+        fill(t.pool, t.t2, sample2);
+    }
+
     std::vector<int32_t> sample1;
     std::vector<int32_t> sample2;
 
-    void read(const PairTables& t) {
-        sample1.clear();
-        sample2.clear();
-        for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
-            const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
-            sample1.push_back(copiesOf(t.t1, allel));
-            sample2.push_back(copiesOf(t.t2, allel));
-        }
-        while (sample1.size() % kAlleleStep != 0) {
-            sample1.push_back(0);
-            sample2.push_back(0);
+  private:
+    // One walk along both tables where both ascend; else each allele is looked up.
+    static void fill(const AllelCount& pool, const AllelCount& sample,
+                     std::vector<int32_t>& counts) {
+        const bool ascending = pool.isSorted() && sample.isSorted();
+        auto row = sample.Allele.begin();
+        const auto end = row + sample.AnzAllele;
+        auto count = counts.begin();
+        for (const AllelEintrag& allele : std::span(pool.Allele).first(rowsOf(pool))) {
+            if (!ascending) {
+                *count = copiesOf(sample, allele.Nummer);
+            } else {
+                while (row != end && row->Nummer < allele.Nummer) {
+                    ++row;
+                }
+                *count = row != end && row->Nummer == allele.Nummer ? row->Anzahl : 0;
+            }
+            ++count;
         }
     }
 };

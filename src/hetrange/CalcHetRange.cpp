@@ -51,10 +51,23 @@ void writeReplicateCell(ResultFile& sheet, double value) {
     }
 }
 
+// The cell of a number of alleles. Most have one digit, which needs no conversion.
+void writeAllelesCell(ResultFile& sheet, double alleles) {
+    if (alleles < 0 || alleles > 9) {
+        writeTabReal(sheet, alleles);
+        return;
+    }
+    char cell[] = "\t0.000000";
+    cell[1] = static_cast<char>('0' + static_cast<int>(alleles));
+    sheet.text({cell, sizeof cell - 1});
+}
+
 // How the places of a sample are drawn: how many, and how many entries each takes.
 struct DrawShape {
     int32_t Places;
-    int32_t Width;
+    uint32_t Width;
+
+    std::size_t entries() const { return static_cast<std::size_t>(Places) * Width; }
 };
 
 // Entries of population `pop` (from 0); none in data without loci.
@@ -68,32 +81,42 @@ DrawShape drawShape(uint32_t mask, int32_t entries) {
 }
 
 constexpr int32_t kExactFloats = 1 << 24; // up to here a float holds every whole number
+constexpr std::size_t kDrawnAtOnce = 512; // random numbers
 
-// Turns `individuals` indices at the start of a row into the indices of both their entries.
-void spreadPairs(std::span<int32_t> row, std::size_t individuals) {
+// Turns `individuals` indices at the start of a stretch into the indices of both their entries.
+void spreadPairs(std::span<int32_t> stretch, std::size_t individuals) {
     for (std::size_t i = individuals; i-- > 0;) {
-        const int32_t first = row[i] * 2;
-        row[2 * i] = first;
-        row[2 * i + 1] = first + 1;
+        const int32_t first = stretch[i] * 2;
+        stretch[2 * i] = first;
+        stretch[2 * i + 1] = first + 1;
     }
 }
 
-// Draws the places of one row, one random number a place, through `numbers`.
-void drawRow(std::span<int32_t> row, const DrawShape& shape, std::vector<float>& numbers) {
-    numbers.resize(static_cast<std::size_t>(shape.Places));
-    rand2Fill(numbers);
+// Draws indices below n, one random number each.
+void drawIndices(std::span<int32_t> indices, int32_t n) {
     // The products stay below n in single precision; only above 2^24 places is n itself rounded.
-    const auto n = static_cast<float>(shape.Places);
-    for (std::size_t place = 0; place < numbers.size(); ++place) {
-        row[place] = static_cast<int32_t>(numbers[place] * n);
-    }
-    if (shape.Places > kExactFloats) {
-        for (int32_t& place : row.first(numbers.size())) {
-            place = std::min(place, shape.Places - 1);
+    const auto bound = static_cast<float>(n);
+    std::array<float, kDrawnAtOnce> numbers;
+    for (std::size_t begin = 0; begin < indices.size(); begin += kDrawnAtOnce) {
+        const std::size_t count = std::min(kDrawnAtOnce, indices.size() - begin);
+        rand2Fill(std::span(numbers).first(count));
+        for (std::size_t i = 0; i < count; ++i) {
+            indices[begin + i] = static_cast<int32_t>(numbers[i] * bound);
         }
     }
+    if (n > kExactFloats) {
+        for (int32_t& index : indices) {
+            index = std::min(index, n - 1);
+        }
+    }
+}
+
+// Draws the places of a stretch: a row, or rows without a place left out between them.
+void drawStretch(std::span<int32_t> stretch, const DrawShape& shape) {
+    const std::size_t draws = stretch.size() / shape.Width;
+    drawIndices(stretch.first(draws), shape.Places);
     if (shape.Width == 2) {
-        spreadPairs(row, numbers.size());
+        spreadPairs(stretch, draws);
     }
 }
 
@@ -149,7 +172,7 @@ std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTab
     // A place that no draw reaches is missing: the one behind an odd last entry, and among
     // individuals that entry's own. Without draws every place keeps entry 0.
     if (hasBit(run.HetRangeMask, HetRangeBit::Draw)) {
-        stichprobe.MarkPast(shape.Places * shape.Width, entries);
+        stichprobe.MarkPast(shape.entries(), entries);
     }
     std::vector<HetBereich> bereich(tabellen.size());
     for (int replikat = 0; replikat < run.HetRandomisierungen; ++replikat) {
@@ -179,10 +202,8 @@ int drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& stic
         return 0;
     }
     const DrawShape shape = drawShape(run.HetRangeMask, entriesOf(*run.Daten, pop));
-    const int32_t rows = hasBit(run.HetRangeMask, HetRangeBit::Linked) ? 1 : run.AnzLoci;
-    std::vector<float> numbers;
-    for (int32_t row = 0; row < rows; ++row) {
-        drawRow(stichprobe.Row(row), shape, numbers);
+    for (const std::span<int32_t> stretch : stichprobe.Stretches(shape.entries())) {
+        drawStretch(stretch, shape);
     }
     return 0;
 }
@@ -208,7 +229,7 @@ int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichpr
         if (write) {
             writeReplicateCell(sheets.Het, wert.H);
             writeReplicateCell(sheets.Var, wert.V);
-            writeTabReal(sheets.Allele, wert.A);
+            writeAllelesCell(sheets.Allele, wert.A);
         }
         bereich[l].Add(replikat, wert);
         lastH = wert.H;

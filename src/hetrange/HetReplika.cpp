@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace kva {
 
@@ -29,11 +30,20 @@ std::span<const int32_t> HetStichprobe::Row(int32_t row) const {
     return std::span(Indices).subspan(static_cast<std::size_t>(row) * Places, Places);
 }
 
-void HetStichprobe::MarkPast(int32_t first, int32_t missing) {
-    const auto start = std::min(static_cast<std::size_t>(first), Places);
+std::vector<std::span<int32_t>> HetStichprobe::Stretches(std::size_t length) {
+    if (length == Places) {
+        return {std::span(Indices)};
+    }
+    std::vector<std::span<int32_t>> stretches;
     for (std::size_t row = 0; row < Indices.size(); row += Places) {
-        std::fill(Indices.begin() + static_cast<std::ptrdiff_t>(row + start),
-                  Indices.begin() + static_cast<std::ptrdiff_t>(row + Places), missing);
+        stretches.push_back(std::span(Indices).subspan(row, length));
+    }
+    return stretches;
+}
+
+void HetStichprobe::MarkPast(std::size_t first, int32_t missing) {
+    for (std::size_t row = 0; row < Indices.size(); row += Places) {
+        std::ranges::fill(std::span(Indices).subspan(row, Places).subspan(first), missing);
     }
 }
 
@@ -52,38 +62,30 @@ void HetTable::Load(const LociObj& locus, int pop, const AllelCount& alleles) {
     AnyHaploid = flagged > 0;
     AllHaploid = flagged == std::ssize(entries);
     const auto codes = static_cast<std::size_t>(alleles.AnzAllele) + 1;
-    Numbers.assign(codes, 0);
+    Numbers.assign(codes, 0.0);
     for (std::size_t code = 1; code < codes; ++code) {
         Numbers[code] = alleles.Allele[code - 1].Nummer;
     }
     Counts.assign(codes, 0);
+    New.assign(codes, 1);
     Order.assign(codes, 0);
     Seen = 0;
     Clr();
 }
 
 void HetTable::Clr() {
-    for (int32_t i = 0; i < Seen; ++i) {
-        Counts[static_cast<std::size_t>(Order[static_cast<std::size_t>(i)])] = 0;
+    int32_t* const counts = Counts.data();
+    std::size_t* const isNew = New.data();
+    for (const int32_t code : seenCodes()) {
+        counts[code] = 0;
+        isNew[code] = 1;
     }
+    counts[0] = 0;
+    isNew[0] = 0; // what is missing is no allele
     Seen = 0;
     Copies = 0;
     HaploidCopies = 0;
     Chromosomes = 0;
-}
-
-inline void HetTable::addEntry(int32_t code) {
-    if (Counts[static_cast<std::size_t>(code)]++ == 0) {
-        Order[static_cast<std::size_t>(Seen++)] = code;
-    }
-}
-
-void HetTable::addDiscarded(int32_t first, int32_t second) {
-    const int32_t kept = rand2() < 0.5F ? second : first;
-    const int32_t code = Codes[static_cast<std::size_t>(kept)];
-    addEntry(code);
-    addEntry(code);
-    HaploidCopies += code != 0 ? 2 : 0; // both copies take the flag of the first entry
 }
 
 void HetTable::Add(std::span<const int32_t> row, bool randomDiscard) {
@@ -100,54 +102,70 @@ void HetTable::Add(std::span<const int32_t> row, bool randomDiscard) {
     Chromosomes = 2 * Copies - (uniform && AnyHaploid ? Copies : HaploidCopies);
 }
 
-// The hot loop: everything it touches is local.
+// The hot loop: everything it touches is local. A code is put behind the others and stays there if
+// it is the first of its kind, without a branch that would be guessed wrong.
 void HetTable::addUniform(std::span<const int32_t> row) {
     const int32_t* const codes = Codes.data();
     int32_t* const counts = Counts.data();
-    int32_t* next = Order.data() + Seen;
-    for (const int32_t place : row) {
-        const int32_t code = codes[place];
-        if (counts[code]++ == 0) {
-            *next++ = code;
+    std::size_t* const isNew = New.data();
+    int32_t* const order = Order.data();
+    std::size_t seen = Seen;
+    for (std::size_t k = 0; k < row.size(); k += 2) {
+        for (const int32_t place : {row[k], row[k + 1]}) {
+            const int32_t code = codes[place];
+            order[seen] = code;
+            seen += isNew[code];
+            isNew[code] = 0;
+            ++counts[code];
         }
     }
-    Seen = static_cast<int32_t>(next - Order.data());
+    Seen = seen;
 }
 
 void HetTable::addPair(int32_t first, int32_t second, bool randomDiscard) {
-    if (randomDiscard && Haploid[static_cast<std::size_t>(first)] != 0) {
-        addDiscarded(first, second);
-        return;
+    const uint8_t* const haploid = Haploid.data();
+    if (randomDiscard && haploid[first] != 0) {
+        const int32_t kept = rand2() < 0.5F ? second : first;
+        addEntry(kept, haploid[first]); // both copies take the flag of the first entry
+        addEntry(kept, haploid[first]);
+    } else {
+        addEntry(first, haploid[first]);
+        addEntry(second, haploid[second]);
     }
-    for (const int32_t place : {first, second}) {
-        const int32_t code = Codes[static_cast<std::size_t>(place)];
-        addEntry(code);
-        HaploidCopies += code != 0 ? Haploid[static_cast<std::size_t>(place)] : 0;
-    }
+}
+
+void HetTable::addEntry(int32_t place, int32_t haploid) {
+    const int32_t* const codes = Codes.data();
+    int32_t* const counts = Counts.data();
+    std::size_t* const isNew = New.data();
+    const int32_t code = codes[place];
+    Order[Seen] = code;
+    Seen += std::exchange(isNew[code], 0);
+    ++counts[code];
+    HaploidCopies += code != 0 ? haploid : 0;
 }
 
 // Sums over the alleles in the order of their first appearance.
 HetTable::Sums HetTable::sums() const {
+    const int32_t* const counts = Counts.data();
+    const double* const numbers = Numbers.data();
     Sums result;
-    for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
-        if (code != 0) {
-            const auto row = static_cast<std::size_t>(code);
-            const double p = double(Counts[row]) / Copies;
-            result.Squares += p * p;
-            result.Numbers += double(Numbers[row]) * Counts[row];
-        }
+    for (const int32_t code : seenCodes()) {
+        const double n = counts[code];
+        const double p = n / Copies;
+        result.Squares += p * p;
+        result.Numbers += numbers[code] * n;
     }
     return result;
 }
 
 double HetTable::deviations(double mean) const {
+    const int32_t* const counts = Counts.data();
+    const double* const numbers = Numbers.data();
     double sum = 0.0;
-    for (const int32_t code : std::span(Order).first(static_cast<std::size_t>(Seen))) {
-        if (code != 0) {
-            const auto row = static_cast<std::size_t>(code);
-            const double deviation = Numbers[row] - mean;
-            sum += Counts[row] * (deviation * deviation);
-        }
+    for (const int32_t code : seenCodes()) {
+        const double deviation = numbers[code] - mean;
+        sum += counts[code] * (deviation * deviation);
     }
     return sum;
 }
@@ -157,7 +175,7 @@ HetStatistics HetTable::Statistics() const {
     if (Copies == 0) {
         return result;
     }
-    result.A = Seen - (Counts[0] > 0 ? 1 : 0);
+    result.A = static_cast<double>(Seen);
     result.n = Chromosomes / 2;
     if (Chromosomes > 2) {
         const double C = Chromosomes;

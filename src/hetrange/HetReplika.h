@@ -32,9 +32,13 @@ class HetStichprobe {
     std::span<int32_t> Row(int32_t row);
     std::span<const int32_t> Row(int32_t row) const;
 
-    // Sets the places from `first`, from 0, to the end of every row, which no draw reaches, to
-    // `missing`, the index behind the last entry.
-    void MarkPast(int32_t first, int32_t missing);
+    // The first `length` places (at most those of a row) of each row, in order; in one stretch if
+    // those are whole rows.
+    std::vector<std::span<int32_t>> Stretches(std::size_t length);
+
+    // Sets the places from `first`, from 0 and at most the places of a row, to the end of every
+    // row, which no draw reaches, to `missing`, the index behind the last entry.
+    void MarkPast(std::size_t first, int32_t missing);
 
   private:
     std::size_t Places;           // places of a row
@@ -69,14 +73,15 @@ class HetTable {
     HetStatistics Statistics() const;
 
   private:
-    void addEntry(int32_t code); // counts a code, 0 included
-    // Counts the places of a row where no flag matters: none is set, or all are and nothing is
-    // discarded.
+    // Counts the places of a row, an even number of them, where no flag matters: none is set, or
+    // all are and nothing is discarded.
     void addUniform(std::span<const int32_t> row);
     // Counts a pair of entries, by their indices from 0.
     void addPair(int32_t first, int32_t second, bool randomDiscard);
-    // Counts one of two entries twice, with the haploid flag, drawing one random number.
-    void addDiscarded(int32_t first, int32_t second);
+    // Counts an entry under a haploid flag (1 or 0), its own or that of the pair's first entry.
+    void addEntry(int32_t place, int32_t haploid);
+    // The codes of the alleles counted, in order of first appearance.
+    std::span<const int32_t> seenCodes() const { return std::span(Order).first(Seen); }
 
     // What the statistics sum over the alleles.
     struct Sums {
@@ -90,16 +95,17 @@ class HetTable {
     std::vector<int32_t> Codes;   // place of the allele in its table, from 1; 0: missing
     std::vector<uint8_t> Haploid; // flag of the entry: 1 haploid, 0 not
     // Of the population.
-    std::vector<int32_t> Numbers; // allele number by code; entry 0 unused
-    bool AnyHaploid = false;      // an entry is flagged
-    bool AllHaploid = false;      // every entry is flagged
+    std::vector<double> Numbers; // allele number by code; entry 0 unused
+    bool AnyHaploid = false;     // an entry is flagged
+    bool AllHaploid = false;     // every entry is flagged
     // Of the running replicate.
-    std::vector<int32_t> Counts; // gene copies by code; entry 0 takes the missing ones
-    std::vector<int32_t> Order;  // codes in order of first appearance, 0 among them
-    int32_t Seen = 0;            // codes in Order
-    int32_t Copies = 0;          // gene copies counted
-    int32_t HaploidCopies = 0;   // of these, copies that count as haploid; 0 by addUniform()
-    int32_t Chromosomes = 0;     // weighted tally, as AllelCount::AnzChromosomen; 0 while empty
+    std::vector<int32_t> Counts;  // gene copies by code; entry 0 takes the missing ones
+    std::vector<std::size_t> New; // by code: 1 until the first copy, then 0; entry 0 is 0
+    std::vector<int32_t> Order;   // alleles in order of first appearance; 1 entry is to spare
+    std::size_t Seen = 0;         // alleles in Order
+    int32_t Copies = 0;           // gene copies counted
+    int32_t HaploidCopies = 0;    // of these, copies that count as haploid; 0 by addUniform()
+    int32_t Chromosomes = 0;      // weighted tally, as AllelCount::AnzChromosomen; 0 while empty
 };
 
 // Minimum, sum and maximum of one statistic over the replicates.

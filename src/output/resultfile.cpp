@@ -89,16 +89,9 @@ void ResultFile::print(const char* format, ...) {
     va_end(again);
 }
 
-void ResultFile::text(std::string_view words) {
-    while (!words.empty()) {
-        const std::size_t piece = std::min(words.size(), kBufferSize);
-        char* const place = room(piece);
-        if (place == nullptr) {
-            return;
-        }
-        std::memcpy(place, words.data(), piece);
-        Used += piece;
-        words.remove_prefix(piece);
+void ResultFile::longText(std::string_view words) {
+    for (; !words.empty(); words.remove_prefix(std::min(words.size(), kBufferSize))) {
+        piece(words.substr(0, kBufferSize));
     }
 }
 

@@ -46,8 +46,14 @@ class ResultFile {
     // writers below are faster and give the same bytes.
     void print(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-    void text(std::string_view words); // the bytes as they are
-    void character(char c) {           // one byte
+    void text(std::string_view words) { // the bytes as they are
+        if (words.size() <= kBufferSize) {
+            piece(words);
+        } else {
+            longText(words);
+        }
+    }
+    void character(char c) { // one byte
         if (char* const place = room(1)) {
             *place = c;
             ++Used;
@@ -92,6 +98,14 @@ class ResultFile {
         }
         return Buffer.get() + Used;
     }
+
+    // At most kBufferSize bytes, and any number.
+    void piece(std::string_view words) {
+        if (char* const place = room(words.size())) {
+            Used += words.copy(place, words.size());
+        }
+    }
+    void longText(std::string_view words);
 
     // Closes a stream that was not closed by close(), without a look at the result.
     struct Closer {

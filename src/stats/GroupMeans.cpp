@@ -1,9 +1,13 @@
 // Means of the sample statistics over the populations of a group.
+#include "stats/GroupMeans.h"
+
 #include "data/diversity.h"
-#include "data/lociclass.h"
 #include "data/randomdiscard.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <numeric>
 
 namespace kva {
 
@@ -18,27 +22,21 @@ constexpr int kNoPopulationExtreme = -2;
 constexpr int kNoLocusExtreme = -3;
 constexpr int kMinStart = 100000; // wanted: the smallest allele of a group never exceeds it
 
-// What all group operations are asked: a locus in the tables, and the group.
-struct Question {
-    const LociObj& object;
+// The populations of a group (from 1) at a locus (from 1) of the tables.
+struct Members {
     const SampleTables& tab;
     int locus;
-    int gruppe;
+    std::span<const int32_t> populations;
 };
 
-// The one walk over a group: visits the tables of its populations in order.
-template <class Visit> void forEachTable(const Question& of, Visit visit) {
-    for (int pop = 1; pop <= of.object.AnzPop; ++pop) {
-        if (of.object.GetGroupNummer(pop, 0) == of.gruppe) {
-            visit(of.tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(of.locus - 1)]);
-        }
+// Visits the tables of a group's populations in order.
+template <class Visit> void forEachTable(const Members& of, Visit visit) {
+    for (const int32_t pop : of.populations) {
+        visit(of.tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(of.locus - 1)]);
     }
 }
 
-template <class Value> double groupMean(const Question& of, Value value) {
-    if (of.object.AnzPop == 0) {
-        return kNoPopulation;
-    }
+template <class Value> double meanOf(const Members& of, Value value) {
     double sum = 0.0;
     int values = 0;
     forEachTable(of, [&](const AllelCount& table) {
@@ -53,10 +51,7 @@ template <class Value> double groupMean(const Question& of, Value value) {
 
 // The extreme of a field of the tables, from `start` on.
 template <class Choose>
-int groupExtreme(const Question& of, int32_t AllelCount::*field, int32_t start, Choose choose) {
-    if (of.object.AnzPop == 0) {
-        return kNoPopulationExtreme;
-    }
+int extremeOf(const Members& of, int32_t AllelCount::*field, int32_t start, Choose choose) {
     int32_t extreme = start;
     bool found = false;
     forEachTable(of, [&](const AllelCount& table) {
@@ -68,9 +63,68 @@ int groupExtreme(const Question& of, int32_t AllelCount::*field, int32_t start, 
     return found ? extreme : kNoAllele;
 }
 
+int largest(const Members& of) {
+    return extremeOf(of, &AllelCount::MaxAllel, 0,
+                     [](int32_t a, int32_t b) { return std::max(a, b); });
+}
+
+int smallest(const Members& of) {
+    return extremeOf(of, &AllelCount::MinAllel, kMinStart,
+                     [](int32_t a, int32_t b) { return std::min(a, b); });
+}
+
+// --- The statistics of a table ---------------------------------------------------------
+
+double het(const AllelCount& table) {
+    return table.CalcHet();
+}
+double mean(const AllelCount& table) {
+    return table.CalcMean();
+}
+double var(const AllelCount& table) {
+    return table.CalcVar(table.CalcMean());
+}
+double varRD(const AllelCount& table) {
+    return rdVar(table, table.CalcMean());
+}
+
 // No guard for a sample without data: 1 - (-1)/(-1) is 0, and counts.
 double fis(const AllelCount& table) {
     return inbreeding(table.CalcHetobs(), table.CalcHsk(1));
+}
+
+// --- One group by its number ------------------------------------------------------------
+
+// What a group operation is asked: a locus in the tables, and the group.
+struct Question {
+    const LociObj& object;
+    const SampleTables& tab;
+    int locus;
+    int gruppe;
+};
+
+std::vector<int32_t> populationsOf(const Question& of) {
+    std::vector<int32_t> populations;
+    for (int pop = 1; pop <= of.object.AnzPop; ++pop) {
+        if (of.object.GetGroupNummer(pop, 0) == of.gruppe) {
+            populations.push_back(pop);
+        }
+    }
+    return populations;
+}
+
+template <class Value> double groupMean(const Question& of, Value value) {
+    if (of.object.AnzPop == 0) {
+        return kNoPopulation;
+    }
+    return meanOf({of.tab, of.locus, populationsOf(of)}, value);
+}
+
+int groupExtreme(const Question& of, int (*extreme)(const Members&)) {
+    if (of.object.AnzPop == 0) {
+        return kNoPopulationExtreme;
+    }
+    return extreme({of.tab, of.locus, populationsOf(of)});
 }
 
 // A group operation of the locus object, or `noLocus` for a bad locus number.
@@ -84,19 +138,39 @@ Result onLocus(const Datensatz& daten,
 
 } // namespace
 
+// --- All groups ------------------------------------------------------------------------
+
+GroupIndex::GroupIndex(const LociObj& locus) : Pops(static_cast<std::size_t>(locus.AnzPop)) {
+    std::iota(Pops.begin(), Pops.end(), 1);
+    const auto group = [&locus](int32_t pop) { return locus.GetGroupNummer(pop, 0); };
+    std::ranges::stable_sort(Pops, {}, group);
+    std::ranges::transform(Pops, std::back_inserter(Groups), group);
+}
+
+std::span<const int32_t> GroupIndex::populations(int gruppe) const {
+    const auto [first, last] = std::equal_range(Groups.begin(), Groups.end(), gruppe);
+    return {Pops.begin() + (first - Groups.begin()), Pops.begin() + (last - Groups.begin())};
+}
+
+GroupStatistics groupStatistics(const SampleTables& tab, int locus,
+                                std::span<const int32_t> populations) {
+    const Members of{tab, locus, populations};
+    return {meanOf(of, het), meanOf(of, rdHet), meanOf(of, var), meanOf(of, varRD),
+            smallest(of),    meanOf(of, mean),  largest(of)};
+}
+
 // --- LociObj ---------------------------------------------------------------------------
 
 double LociObj::CalcHet(const SampleTables& tab, int locus, int gruppe) const {
-    return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcHet(); });
+    return groupMean({*this, tab, locus, gruppe}, het);
 }
 
 double LociObj::CalcVar(const SampleTables& tab, int locus, int gruppe) const {
-    return groupMean({*this, tab, locus, gruppe},
-                     [](const AllelCount& t) { return t.CalcVar(t.CalcMean()); });
+    return groupMean({*this, tab, locus, gruppe}, var);
 }
 
 double LociObj::CalcMean(const SampleTables& tab, int locus, int gruppe) const {
-    return groupMean({*this, tab, locus, gruppe}, [](const AllelCount& t) { return t.CalcMean(); });
+    return groupMean({*this, tab, locus, gruppe}, mean);
 }
 
 double LociObj::CalcHsk(const SampleTables& tab, int locus, int gruppe, int korrigiert) const {
@@ -117,8 +191,7 @@ double LociObj::CalcRDMean(const SampleTables& tab, int locus, int gruppe) const
 }
 
 double LociObj::CalcRDVar(const SampleTables& tab, int locus, int gruppe) const {
-    return groupMean({*this, tab, locus, gruppe},
-                     [](const AllelCount& t) { return rdVar(t, t.CalcMean()); });
+    return groupMean({*this, tab, locus, gruppe}, varRD);
 }
 
 double LociObj::CalcRDAllele(const SampleTables& tab, int locus, int gruppe) const {
@@ -126,13 +199,11 @@ double LociObj::CalcRDAllele(const SampleTables& tab, int locus, int gruppe) con
 }
 
 int LociObj::CalcMax(const SampleTables& tab, int locus, int gruppe) const {
-    return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MaxAllel, 0,
-                        [](int32_t a, int32_t b) { return std::max(a, b); });
+    return groupExtreme({*this, tab, locus, gruppe}, largest);
 }
 
 int LociObj::CalcMin(const SampleTables& tab, int locus, int gruppe) const {
-    return groupExtreme({*this, tab, locus, gruppe}, &AllelCount::MinAllel, kMinStart,
-                        [](int32_t a, int32_t b) { return std::min(a, b); });
+    return groupExtreme({*this, tab, locus, gruppe}, smallest);
 }
 
 // --- Datensatz: the same on a locus ------------------------------------------------------

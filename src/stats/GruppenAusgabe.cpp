@@ -6,8 +6,13 @@
 //      Grp 01	0.871042	0.790155
 //      Grp 02	0.725000	n.d.
 #include "control/Ausgabe.h"
+#include "stats/GroupMeans.h"
 #include "stats/passes.h"
 #include "stats/statpass.h"
+
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace kva {
 
@@ -75,12 +80,46 @@ constexpr std::array<CellRule<V>, 12> kGroupColumns = {{
     {"MaxRepeat", kReal, [](const V& v) { return inRepeats(v, v.max); }, noRepeatNumber},
 }};
 
-GroupValues groupValues(const Run& run, int l, int g) {
-    const Datensatz& daten = *run.Daten;
-    const SampleTables& tab = run.PopAllele;
-    return {daten.CalcHet(tab, l, g),    daten.CalcRDHetG(tab, l, g),  daten.CalcVar(tab, l, g),
-            daten.CalcRDVarG(tab, l, g), daten.CalcMin(tab, l, g),     daten.CalcMean(tab, l, g),
-            daten.CalcMax(tab, l, g),    daten.GetLociRepeatMuster(l), daten.GetLociRepeatRest(l)};
+// The populations of the groups at all loci. Loci that agree with the first one share its index:
+// all of a file that was read do, merged ones need not.
+class LocusGroups {
+  public:
+    explicit LocusGroups(const Datensatz& daten) {
+        for (const LociObj& locus : daten.Loci) {
+            GroupIndex index(locus);
+            if (Indices.empty() || !(index == Indices.front())) {
+                Indices.push_back(std::move(index));
+                OfLocus.push_back(Indices.size() - 1);
+            } else {
+                OfLocus.push_back(0);
+            }
+        }
+    }
+
+    // The populations of group `g` at locus `l`, from 1.
+    std::span<const int32_t> populations(int l, int g) const {
+        return Indices[OfLocus[static_cast<std::size_t>(l - 1)]].populations(g);
+    }
+
+    // Whether a group comes up, as locus 1 has it.
+    bool has(int g) const { return !Indices.empty() && !Indices.front().populations(g).empty(); }
+
+  private:
+    std::vector<GroupIndex> Indices; // the first locus's, then those that differ from it
+    std::vector<std::size_t> OfLocus;
+};
+
+GroupValues groupValues(const Run& run, int l, std::span<const int32_t> populations) {
+    const GroupStatistics s = groupStatistics(run.PopAllele, l, populations);
+    return {s.het,
+            s.hetRD,
+            s.var,
+            s.varRD,
+            s.min,
+            s.mean,
+            s.max,
+            run.Daten->GetLociRepeatMuster(l),
+            run.Daten->GetLociRepeatRest(l)};
 }
 
 // "%.2d" of a group number: at least two digits.
@@ -97,13 +136,14 @@ ResultFile openGroupSheet(Run& run, int g) {
     return sheet;
 }
 
-void writeGroup(Run& run, std::array<ResultFile, kGroupSheets.size()>& sheets, int g) {
+void writeGroup(Run& run, std::array<ResultFile, kGroupSheets.size()>& sheets,
+                const LocusGroups& groups, int g) {
     for (ResultFile& sheet : sheets) {
         writeLabel(sheet, "Grp " + twoDigits(g));
     }
     ResultFile sum = openGroupSheet(run, g);
     for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
-        const GroupValues values = groupValues(run, l, g);
+        const GroupValues values = groupValues(run, l, groups.populations(l, g));
         for (std::size_t i = 0; i < sheets.size(); ++i) {
             writeCell(sheets[i], kGroupSheets[i], values);
         }
@@ -121,12 +161,13 @@ void writeGroup(Run& run, std::array<ResultFile, kGroupSheets.size()>& sheets, i
 // The walk ends at the first number without a population: groups behind a gap are left out.
 void writeGroups(Run& run) {
     std::array<ResultFile, kGroupSheets.size()> sheets = openSheets(run, kGroupSheets);
+    const LocusGroups groups(*run.Daten);
     for (int g = 1;; ++g) {
         AUSGABE(Message::TestGroup, g);
-        if (run.Daten->TestGroup(g) == 0) {
+        if (!groups.has(g)) {
             break;
         }
-        writeGroup(run, sheets, g);
+        writeGroup(run, sheets, groups, g);
     }
 }
 

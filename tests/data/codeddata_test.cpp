@@ -91,18 +91,3 @@ TEST(CodedData, ReadThroughASheet) {
     EXPECT_EQ(out.locus(0).Pairs[0].First, 2U) << "pairs follow";
     EXPECT_EQ(out.locus(0).Pairs[1].Sum.Typed, 0);
 }
-
-TEST(CodedData, APopulationOfOddSizeHasMoreThanPairs) {
-    for (const bool odd : {false, true}) {
-        Datensatz daten;
-        daten.init(1);
-        daten.AddPopulation("A", 3);
-        daten.AddTier(1, 1, 5, 6, 0);
-        daten.AddPopulation("B", 3);
-        daten.AddTier(1, 2, 5, 5, 0);
-        if (odd) {
-            daten.AddTier(1, 2, 6, 0); // a third slot
-        }
-        EXPECT_NE(CodedData(daten).onlyPairs(), odd);
-    }
-}

@@ -206,3 +206,22 @@ TEST(RowWalk, TellsOfALineEndInTheLastPlaceOfItsBlock) {
     ASSERT_TRUE(walk.next());
     EXPECT_TRUE(walk.endsBlock());
 }
+
+// The search for a row's end goes by pieces of 512 bytes.
+TEST(RowWalk, RowsOfAnyLengthEndAtTheirLineEnd) {
+    for (const std::size_t length : {0U, 1U, 510U, 511U, 512U, 513U, 1023U, 1024U, 1025U, 5000U}) {
+        for (const char* end : {"\n", "\r", "\r\n"}) {
+            const std::string row(length, 'x');
+            const std::string bytes = "\n" + row + end + "next" + end + "last";
+            EXPECT_EQ(rowsOf(bytes).size(), 3U) << length;
+            EXPECT_EQ(rowsOf(bytes).front(), row) << length;
+        }
+    }
+}
+
+// Whichever comes first ends the row, also where the others stand in the same piece.
+TEST(RowWalk, TheFirstOfLineEndsAndNulEndsTheRow) {
+    EXPECT_EQ(rowsOf("\nab\rcd\nef").front(), "ab");
+    EXPECT_EQ(rowsOf("\nab\ncd\ref").front(), "ab");
+    EXPECT_EQ(rowsOf(std::string("\nab\0cd\nef", 9)).front(), "ab");
+}

@@ -300,3 +300,25 @@ TEST(LoggSingle, NothingToCompareIsZero) {
     run->LOGG_SINGLE_WC84(0, 1, f, onlyL2, 1, 0, 1);
     EXPECT_EQ(f[0](0, 1), 0.0);
 }
+
+// Tables in order of first appearance, as the shuffles make them, are looked up allele by allele;
+// tables that ascend are walked along. The pool gives the order of the sums, so it stays.
+TEST(FstPair, SamplesThatAreNotSortedGiveTheSame) {
+    for (const char* text : {kTwoPops, kWithGaps, kFixed, kInbredPop}) {
+        Pairs pairs(text);
+        SampleTables unsorted = pairs.run->PopAllele;
+        for (std::size_t pop = 1; pop < unsorted.size(); ++pop) {
+            for (int locus = 1; locus <= pairs.run->AnzLoci; ++locus) {
+                AllelCount& table = unsorted[pop][static_cast<std::size_t>(locus - 1)];
+                table = AllelCount();
+                pairs.run->Daten->Locus(locus)->AllelCountP(table, static_cast<int>(pop), 0);
+                ASSERT_FALSE(table.isSorted() && table.AnzAllele > 0);
+            }
+        }
+        FTriple f = newFTriple(pairs.run->AnzPop);
+        pairs.run->FST_PAIR_WC84(f, unsorted, pairs.locusTable);
+        for (std::size_t s = 0; s < f.size(); ++s) {
+            EXPECT_EQ(f[s](0, 1), pairs.f[s](0, 1)) << text;
+        }
+    }
+}

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <memory>
+#include <random>
+#include <span>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -74,6 +76,45 @@ TEST_P(Rand2Reference, DrawsAreTheReferencesBitForBit) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Rand2Reference,
                          testing::Values(0, 1, -5, 42, kModulus, 1704164645, 1198190221));
+
+// As many values at once as a random length says, single ones between them.
+TEST(Rand2Fill, GivesTheValuesOfSingleDraws) {
+    for (const long seed : {0L, 1L, -5L, 1704164645L, kModulus}) {
+        std::mt19937 random(3);
+        std::vector<float> filled;
+        srand2(seed);
+        while (filled.size() < 20000) {
+            const std::size_t begin = filled.size();
+            filled.resize(begin + random() % 600);
+            rand2Fill(std::span(filled).subspan(begin));
+            filled.push_back(rand2());
+        }
+        srand2(seed);
+        ASSERT_EQ(filled, firstDraws(static_cast<int>(filled.size()))) << "seed " << seed;
+    }
+}
+
+TEST(Rand2Fill, TakesLengthsAboutThoseOfABlock) {
+    for (const int length : {0, 1, 3, 4, 7, 8, 9, 12, 511, 512, 513, 1023, 1024, 1025}) {
+        std::vector<float> filled(static_cast<std::size_t>(length));
+        srand2(42);
+        rand2Fill(filled);
+        const float next = rand2();
+        srand2(42);
+        ASSERT_EQ(filled, firstDraws(length)) << "length " << length;
+        ASSERT_EQ(next, rand2()) << "length " << length;
+    }
+}
+
+// From this seed the 100th state is 2147483646, which rounds to 1 in single precision.
+TEST(Rand2Fill, LargestValueIsCut) {
+    std::vector<float> filled(200);
+    srand2(81707672);
+    rand2Fill(filled);
+    EXPECT_EQ(std::ranges::count(filled, 0.99999988F), 1);
+    srand2(81707672);
+    EXPECT_EQ(filled, firstDraws(200));
+}
 
 TEST(Rand2, DrawsLieBetweenZeroAndOne) {
     srand2(987654321);

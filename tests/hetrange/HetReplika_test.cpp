@@ -4,6 +4,8 @@
 #include "support/datasets.h"
 #include "support/draws.h"
 
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <numeric>
 #include <random>
@@ -212,6 +214,88 @@ TEST(HetTable, EqualsAnAllelCountOfTheSameEntries) {
     }
 }
 
+// --- Against an AllelCount, entry by entry ---------------------------------------------------
+
+constexpr std::size_t kManyEntries = 300;
+
+// A population at one locus: entries with flags, some of them missing.
+Datensatz randomPopulation(std::mt19937& random) {
+    const auto individuals = random() % 50 == 0 ? kManyEntries / 2 : random() % 13;
+    const auto alleles = random() % 50 == 0 ? 300 : 1 + random() % 70;
+    const auto missing = 2 + random() % 20; // one in so many
+    const auto haploid = random() % 3;      // none, all, some
+    const auto allele = [&] {
+        return random() % missing == 0 ? -1 : static_cast<int>(50 + 2 * (random() % alleles));
+    };
+    Datensatz daten;
+    daten.init(1);
+    daten.AddPopulation("A", static_cast<int32_t>(2 * individuals));
+    for (std::size_t tier = 0; tier < individuals; ++tier) {
+        const int first = allele();
+        const bool flagged = haploid == 1 || (haploid == 2 && random() % 2 == 0);
+        daten.AddTier(1, 1, first, allele(), flagged ? 1 : 0);
+    }
+    return daten;
+}
+
+// The pairs of a row, one after the other, with random discard if it is asked for.
+AllelCount plainCount(const LociObj& locus, std::span<const int32_t> row, bool randomDiscard) {
+    const auto missing = static_cast<int32_t>(locus.DataSlots(1).size());
+    const auto entry = [&](int32_t place) {
+        return place == missing ? -1 : locus.GetDataChromosom(1, place);
+    };
+    const auto flag = [&](int32_t place) {
+        return place == missing ? 0 : static_cast<int>(locus.isHaploid(1, place));
+    };
+    AllelCount count;
+    for (std::size_t k = 0; k + 1 < row.size(); k += 2) {
+        std::array<int, 2> alleles{entry(row[k]), entry(row[k + 1])};
+        std::array<int, 2> flags{flag(row[k]), flag(row[k + 1])};
+        if (randomDiscard && flags[0] != 0) {
+            const std::size_t kept = rand2() < 0.5F ? 1 : 0;
+            alleles[1 - kept] = alleles[kept];
+            flags[1] = flags[0];
+        }
+        count.AddAllel(alleles[0], flags[0]);
+        count.AddAllel(alleles[1], flags[1]);
+    }
+    return count;
+}
+
+// Doubles are compared as they are, not nearly.
+TEST(HetTable, EqualsThePlainCountOnManyPopulations) {
+    std::mt19937 random(11);
+    ResultFile none;
+    for (int population = 0; population < 1500; ++population) {
+        const Datensatz daten = randomPopulation(random);
+        const LociObj& locus = daten.Loci[0];
+        const std::size_t entries = locus.DataSlots(1).size();
+        AllelCount alleles;
+        locus.AllelCountP(alleles, 1, 0);
+        alleles.SortAllele();
+        HetTable table;
+        table.Load(locus, 1, alleles);
+        for (int replicate = 0; replicate < 3; ++replicate) {
+            std::vector<int32_t> row(random() % 4 == 0 ? random() % kManyEntries : entries);
+            std::ranges::generate(row,
+                                  [&] { return static_cast<int32_t>(random() % (entries + 1)); });
+            const bool randomDiscard = random() % 2 == 0;
+            table.Clr();
+            srand2(population + 1);
+            table.Add(row, randomDiscard);
+            const HetStatistics wert = table.Statistics();
+            srand2(population + 1);
+            const AllelCount plain = plainCount(locus, row, randomDiscard);
+            ASSERT_EQ(wert.H, plain.CalcHet()) << "population " << population;
+            ASSERT_EQ(wert.V, plain.CalcVar(plain.CalcMean())) << "population " << population;
+            ASSERT_EQ(wert.A, plain.AnzAllele < 1 ? -1.0 : plain.AnzAllele) << population;
+            ASSERT_EQ(wert.n, plain.AnzChromosomen / 2) << "population " << population;
+        }
+    }
+}
+
+// --- The places ------------------------------------------------------------------------------
+
 TEST(HetStichprobe, PlacesStartAtEntryZero) {
     const HetStichprobe sample(2, 3);
     for (int row = 0; row < 2; ++row) {
@@ -226,6 +310,21 @@ TEST(HetStichprobe, MarksThePlacesThatNoDrawReaches) {
         EXPECT_EQ(sample.Row(row)[2], 0);
         EXPECT_EQ(sample.Row(row)[3], 9);
     }
+}
+
+// Row by row where places are left out, all at once where none is.
+TEST(HetStichprobe, StretchesCoverTheFirstPlacesOfEachRow) {
+    HetStichprobe sample(3, 4);
+    const auto parts = sample.Stretches(3);
+    ASSERT_EQ(parts.size(), 3U);
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(parts[static_cast<std::size_t>(row)].data(), sample.Row(row).data());
+        EXPECT_EQ(parts[static_cast<std::size_t>(row)].size(), 3U);
+    }
+    const auto whole = sample.Stretches(4);
+    ASSERT_EQ(whole.size(), 1U);
+    EXPECT_EQ(whole[0].data(), sample.Row(0).data());
+    EXPECT_EQ(whole[0].size(), 12U);
 }
 
 } // namespace

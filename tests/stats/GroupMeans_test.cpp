@@ -1,8 +1,12 @@
 // Means over the populations of a group.
+#include "stats/GroupMeans.h"
+
 #include "stats/statsupport.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
+#include <vector>
 
 using namespace kva;
 
@@ -225,4 +229,91 @@ TEST_F(GroupMeans, RandomDiscardStartsNoReplicates) {
     EXPECT_DOUBLE_EQ(daten.CalcRDHetG(tables, 1, 1), 1.0);
     EXPECT_DOUBLE_EQ(daten.CalcRDVarG(tables, 1, 1), 2.0);
     EXPECT_EQ(tables[1][0].RDDurchlauf, 0);
+}
+
+// --- All groups at once ----------------------------------------------------------------
+
+namespace {
+
+// A locus of 0 to 12 populations in groups from -1 to 4, some of them without individuals, and
+// tables of them.
+SampleTables randomLocus(std::mt19937& random, LociObj& locus) {
+    SampleTables tables(1, LocusTables(1));
+    const auto populations = static_cast<int>(random() % 13);
+    for (int pop = 1; pop <= populations; ++pop) {
+        const auto individuals = static_cast<int>(random() % 4);
+        const auto group = static_cast<int32_t>(random() % 6) - 1;
+        locus.AddPopulation("P", 2 * individuals);
+        for (int tier = 0; tier < individuals; ++tier) {
+            const auto allele = [&] { return static_cast<int>(100 + 2 * (random() % 5)) - 2; };
+            const int first = allele();
+            locus.AddTier(pop, first, allele(), infoValue(group, random() % 3 == 0));
+        }
+        AllelCount table;
+        locus.AllelCountP(table, pop, 0);
+        table.SortAllele();
+        tables.push_back({table});
+    }
+    return tables;
+}
+
+// The populations of a group, found by asking each.
+std::vector<int32_t> scanned(const LociObj& locus, int group) {
+    std::vector<int32_t> populations;
+    for (int pop = 1; pop <= locus.AnzPop; ++pop) {
+        if (locus.GetGroupNummer(pop, 0) == group) {
+            populations.push_back(pop);
+        }
+    }
+    return populations;
+}
+
+} // namespace
+
+TEST(GroupIndex, HoldsThePopulationsOfEachGroupInOrder) {
+    std::mt19937 random(5);
+    for (int set = 0; set < 1000; ++set) {
+        LociObj locus;
+        randomLocus(random, locus);
+        const GroupIndex index(locus);
+        for (int group = -2; group <= 6; ++group) {
+            const auto populations = index.populations(group);
+            ASSERT_EQ(std::vector<int32_t>(populations.begin(), populations.end()),
+                      scanned(locus, group))
+                << "set " << set << ", group " << group;
+        }
+    }
+}
+
+// Bit for bit what the operations for a single group give.
+TEST(GroupIndex, StatisticsEqualThoseOfEachGroupAlone) {
+    std::mt19937 random(6);
+    for (int set = 0; set < 1000; ++set) {
+        LociObj locus;
+        const SampleTables tables = randomLocus(random, locus);
+        const GroupIndex index(locus);
+        for (int group = -1; locus.AnzPop > 0 && group <= 5; ++group) {
+            const GroupStatistics all = groupStatistics(tables, 1, index.populations(group));
+            ASSERT_EQ(all.het, locus.CalcHet(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.hetRD, locus.CalcRDHet(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.var, locus.CalcVar(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.varRD, locus.CalcRDVar(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.min, locus.CalcMin(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.mean, locus.CalcMean(tables, 1, group)) << "set " << set;
+            ASSERT_EQ(all.max, locus.CalcMax(tables, 1, group)) << "set " << set;
+        }
+    }
+}
+
+TEST(GroupIndex, LociDifferOnlyByTheirGroups) {
+    Datensatz daten;
+    daten.init(2);
+    for (const char* name : {"A", "B"}) {
+        const int pop = daten.AddPopulation(name, 2);
+        daten.AddTier(1, pop, 100, 102, infoValue(1, false));
+        daten.AddTier(2, pop, 104, 104, infoValue(1, false));
+    }
+    EXPECT_TRUE(GroupIndex(daten.Loci[0]) == GroupIndex(daten.Loci[1]));
+    daten.Loci[1].SetInfoChromosom(2, 0, infoValue(2, false));
+    EXPECT_FALSE(GroupIndex(daten.Loci[0]) == GroupIndex(daten.Loci[1]));
 }

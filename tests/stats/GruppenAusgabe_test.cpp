@@ -308,3 +308,15 @@ TEST(GruppenAusgabe, DataSetWithoutLociGivesHeads) {
     EXPECT_EQ(run->GruppenAusgabe(), 0);
     EXPECT_EQ(run.resultFile("Group_data/Vargroup.xls"), "\t\n\t\n");
 }
+
+// C is in group 1 at the second locus alone: there the group holds A (8/6 x 5/8), B (8/6 x 3/8) and
+// C (4/2 x 1/2), mean 7/9, and group 2 nobody. L1: A and B 8/6 x 3/8 each, C 0.
+TEST(GruppenAusgabe, LociMayDifferInTheirGroups) {
+    LoadedRun run(kTwoGroups);
+    run.counted();
+    run->Daten->Loci[1].SetInfoChromosom(3, 0, 1, 0);
+    const StdoutCapture swallowed;
+    EXPECT_EQ(run->GruppenAusgabe(), 0);
+    EXPECT_EQ(run.resultFile("Group_data/Hetexpgroup.xls"),
+              groupSheet("0.500000 0.777778", "0.000000 n.d."));
+}
