@@ -9,7 +9,7 @@ int AnalyseDataObj::LinkResultNew() {
         return 1;
     }
     (void)chdir(StartPfad.c_str()); // InitPath tells of a folder that cannot be made
-    (void)InitPath();               // its failure stands in FolderMissing
+    InitPath();                     // its failure stands in FolderMissing
     return 0;
 }
 
@@ -21,37 +21,37 @@ int AnalyseDataObj::WriteOutput(long bootstraps, long permutations) {
         LogDatei = OpenResult("KVA.log", "ab"); // what cannot be appended to cannot be made anew
     }
     if (LogDatei.isOpen()) {
-        (void)WriteDataLog(bootstraps, permutations);
+        WriteDataLog(bootstraps, permutations);
     }
-    (void)CountAllels();
-    (void)Uebersicht();
-    (void)GenErrorReport();
-    (void)TABAusgabe();
-    (void)GruppenAusgabe();
-    (void)MakeGenePop();
-    (void)MakeNextFormates();
-    (void)MakeIMFormat();
+    CountAllels();
+    Uebersicht();
+    GenErrorReport();
+    TABAusgabe();
+    GruppenAusgabe();
+    MakeGenePop();
+    MakeNextFormates();
+    MakeIMFormat();
     if (bootstraps == 0) {
         PopDistMask = 0;
     }
     if (hasBit(GeneralMask, GeneralBit::PopDistances) && PopDistMask != 0) {
-        (void)CalcDistancesPop(bootstraps);
+        CalcDistancesPop(bootstraps);
     }
     if (hasBit(GeneralMask, GeneralBit::IndDistances) && IndDistMask != 0) {
-        (void)CalcDistancesInd(bootstraps);
+        CalcDistancesInd(bootstraps);
     }
     if (hasBit(GeneralMask, GeneralBit::FStatistics) && FstMask != 0) {
-        (void)CalcDistancesSpecial(permutations);
+        CalcDistancesSpecial(permutations);
     }
     if (hasBit(GeneralMask, GeneralBit::HetRange)) {
-        (void)CalcHetRange();
+        CalcHetRange();
     }
     return 0;
 }
 
 int AnalyseDataObj::ReadDataFile(std::FILE* stream) {
-    (void)InitPath();          // its failure stands in FolderMissing
-    (void)GetDataFile(stream); // what it refuses stays without individuals
+    InitPath();          // its failure stands in FolderMissing
+    GetDataFile(stream); // what it refuses stays without individuals
     return 0;
 }
 

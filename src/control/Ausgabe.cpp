@@ -189,7 +189,7 @@ void print(const MessageRow& message, const char* argument) {
             std::cout << argument;
             break;
         default:
-            std::cout << message.Texts[static_cast<std::size_t>(*place - '1')];
+            std::cout << message.Texts[*place - '1'];
         }
     }
     std::cout << std::flush;

@@ -207,17 +207,17 @@ void toggleHardyWeinberg(CMenuAllg& menu) {
 }
 
 void showVersions(CMenuAllg& menu) {
-    (void)menu.WriteInformation(Info::Versions);
+    menu.WriteInformation(Info::Versions);
 }
 
 void showData(CMenuAllg& menu) {
     if (menu.DatenObjekt) {
-        (void)menu.WriteInformation(Info::Daten);
+        menu.WriteInformation(Info::Daten);
     }
 }
 
 void run(CMenuAllg& menu) {
-    (void)menu.DoWork(0);
+    menu.DoWork(0);
 }
 
 constexpr uint32_t kAllDistances = GeneralBit::PopDistances | GeneralBit::FStatistics;
@@ -336,9 +336,9 @@ int CMenuAllg::Run(int arg) {
     std::cout << "KVA can now also handle command line arguments!" << std::endl
               << "If you are interested in this function" << std::endl
               << "please read the documentation!" << std::endl;
-    (void)WriteHeader(0);
+    WriteHeader(0);
     do {
-        (void)WriteMenu(0);
+        WriteMenu(0);
     } while (AnalyseCommand(0) != 0);
     std::cout << std::endl << "Program halted" << std::flush;
     return 0;
@@ -380,12 +380,12 @@ int CMenuAllg::DoWork(int /*arg*/) {
     InputFile daten; // open until the run is over
     if (DatenObjekt) {
         // Wanted: a failed open before this is not guarded; the passes tell that nothing is there.
-        (void)DatenObjekt->LinkResultNew();
+        DatenObjekt->LinkResultNew();
     } else if (!loadChosen(*this, daten)) {
         return 0;
     }
     if (DatenObjekt) {
-        (void)WriteInformation(Info::Daten);
+        WriteInformation(Info::Daten);
         StartRun(*DatenObjekt, *this, *this);
     }
     std::cout << std::endl;

@@ -347,7 +347,7 @@ constexpr const char* kHelp =
 void showVersions(CMenuAllg& menu) {
     int a = 0;
     int b = 0;
-    (void)menu.GetVersion(a, b, 0);
+    menu.GetVersion(a, b, 0);
     std::cout << "\n     Menu-Maker Version:" << a << "." << b
               << "\n     KVAnalyzer-Code-Version:" << kVersion << std::endl;
 }
@@ -366,7 +366,7 @@ void showData(const AnalyseDataObj& run) {
 // Any key leads back.
 void showHelp() {
     std::cout << '\n' << kRule << '\n' << kHelp << std::flush;
-    (void)CMenuAllg::GetTaste();
+    CMenuAllg::GetTaste();
 }
 
 } // namespace
@@ -390,7 +390,7 @@ int CMenuAllg::WriteMenu(int arg) {
     const auto* screen = std::ranges::find(kScreens, MenuNummer, &Screen::Nummer);
     if (screen != std::end(kScreens)) {
         std::cout << screen->Opening;
-        (void)WriteInformation(screen->Lead);
+        WriteInformation(screen->Lead);
         writeLines(screen->Zeilen, *this);
     }
     writeLines(kEnd, *this);

@@ -379,13 +379,13 @@ bool CCommandZeileKVA::readOptions(int argc, char** argv) {
         option = argument;
     }
     // Wanted: a wrong last option goes unremarked, and the run takes place.
-    (void)AnalyseCommando(option.c_str());
+    AnalyseCommando(option.c_str());
     return true;
 }
 
 bool CCommandZeileKVA::load(InputFile& daten) {
     if (DatenObjekt) {
-        (void)DatenObjekt->LinkResultNew();
+        DatenObjekt->LinkResultNew();
         return !DatenObjekt->FolderMissing;
     }
     DatenObjekt = std::make_unique<AnalyseDataObj>();

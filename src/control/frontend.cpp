@@ -52,12 +52,12 @@ LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std
     if (refusal == 1 || refusal == 2) {
         throw std::bad_alloc(); // no room to read into: the program's end, not an empty data set
     }
-    (void)run.ReadDataFile(daten.get());
+    run.ReadDataFile(daten.get());
     if (run.FolderMissing) {
         return LoadResult::NoFolder;
     }
     if (im) {
-        (void)run.ReadIMInfo(im.get()); // a refusal leaves the loci without values
+        run.ReadIMInfo(im.get()); // a refusal leaves the loci without values
     } else if (!imName.empty()) {
         imMissing(imName);
     }
@@ -66,7 +66,7 @@ LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std
 
 void StartRun(AnalyseDataObj& run, const AnalyseSettings& masks, const ScalarSettings& scalars) {
     run.TakeSettings(masks, scalars);
-    (void)run.WriteOutput(scalars.Bootstraps, scalars.Permutationen); // always 0
+    run.WriteOutput(scalars.Bootstraps, scalars.Permutationen); // always 0
 }
 
 int32_t NearestInt32(long value) {

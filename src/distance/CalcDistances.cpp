@@ -56,7 +56,7 @@ long runPass(Run& run, const DistanceKind& kind, long bootstraps, long (*engine)
         run.Bootstraps = static_cast<int32_t>(std::clamp(bootstraps, -kMost, kMost));
         if (hasBit(run.PopDistMask, DistBit::Engine)) {
             AUSGABE(Message::DistanceBegin, kind.Announcement);
-            (void)engine(run); // without a selected measure there is nothing to tell
+            engine(run); // without a selected measure there is nothing to tell
             AUSGABE(Message::DistanceEnd);
         }
         return 0;
@@ -77,14 +77,14 @@ long individualDistances(Run& run, long bootstraps) {
         return 2;
     }
     if (run.Daten && run.IndAllele.empty()) { // its marks stand in front of the pass's own messages
-        (void)tablesReady(run);
-        (void)countIndividualAlleles(run);
+        tablesReady(run);
+        countIndividualAlleles(run);
     }
     return runPass(run, kIndividuals, bootstraps, writeIndividualMatrices);
 }
 
 long writePopulationMatrices(Run& run) {
-    (void)tablesReady(run);
+    tablesReady(run);
     // Entry 0 of the tables is the pool.
     Samples samples = prepareSamples(run.PopAllele, 1, static_cast<std::size_t>(run.AnzPop),
                                      poolOf(run), repeatLengths(run, true), kPopulations.Rules);

@@ -56,7 +56,7 @@ std::vector<std::string> populationLabels(const Datensatz& daten, int32_t popula
 
 std::vector<std::string> individualLabels(const Datensatz& daten, int32_t individuals) {
     std::vector<std::string> labels;
-    labels.reserve(static_cast<std::size_t>(individuals));
+    labels.reserve(individuals);
     int pop = 1;
     int number = 1;
     for (int32_t row = 0; row < individuals; ++row) {

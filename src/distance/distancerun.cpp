@@ -75,7 +75,7 @@ void DistanceRun::createFiles() {
         }
         ResultFile matrix = openMatrix(measure, "wb+");
         if (nexus()) {
-            (void)StartNexus(matrix, measure.Bit, static_cast<int>(Labels.size()), measure.Index);
+            StartNexus(matrix, measure.Bit, static_cast<int>(Labels.size()), measure.Index);
         }
     }
 }

@@ -22,7 +22,7 @@ double identityOf(const AllelCount& table, const std::vector<AlleleShare>& share
 // Appends the shares of a sample; tables are sorted, so they stand in the pool's order.
 void addShares(LocusSamples& locus, const AllelCount& table, const AllelCount& pool) {
     for (int32_t row = 0; row < table.AnzAllele; ++row) {
-        const int place = pool.GetAllelNummer(table.Allele[static_cast<std::size_t>(row)].Nummer);
+        const int place = pool.GetAllelNummer(table.Allele[row].Nummer);
         if (place > 0) {
             locus.Shares.push_back({table.GetFrequenz(row), static_cast<std::size_t>(place) - 1});
         }

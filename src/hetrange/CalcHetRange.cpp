@@ -160,7 +160,7 @@ long writeHeterozygosityRanges(Run& run) {
 std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen) {
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
         tabellen[l].Load(run.Daten->Loci[l], pop + 1,
-                         run.PopAllele[static_cast<std::size_t>(pop) + 1][l]);
+                         run.PopAllele[pop + 1][l]);
     }
     HetReplicateSheets sheets = openReplicateSheets(run, pop);
     AUSGABE(Message::HetRangeMark, ".");

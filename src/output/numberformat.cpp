@@ -68,7 +68,7 @@ constexpr auto kDirectWays = directWays(std::make_index_sequence<kMaxPrecision>(
 // Result: the place behind the text.
 char* writeText(char* buffer, double value, int precision) {
     if (precision > 0) {
-        const DirectWay& direct = kDirectWays[static_cast<std::size_t>(precision) - 1];
+        const DirectWay& direct = kDirectWays[precision - 1];
         if (std::abs(value) * direct.Power < kFixedPointLimit) {
             return direct.Write(buffer, value);
         }

@@ -52,7 +52,7 @@ PassFolder::PassFolder(ResultFolder& folder, const FolderRule& rule) : Root(fold
 PassFolder::~PassFolder() {
     Root.CurrentFolder.clear();
     if (Status == 0 && !Stays) {
-        (void)Root.EnterQuietly(); // the next pass begins with the same step, and tells
+        Root.EnterQuietly(); // the next pass begins with the same step, and tells
     }
 }
 

@@ -83,7 +83,7 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     DateiKurzName = DataPath.substr(DataPath.rfind('/') + 1);
     ResultPfad = folder;
     CurrentFolder.clear();
-    (void)LogDatei.close(); // its failure was told
+    LogDatei.close(); // its failure was told
     LogDatei = OpenResult("KVA.log", "wb");
     return 0;
 }
