@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -13,6 +13,7 @@ for need in "$@"; do
     clang) set -- "$@" clang-14=clang++-14 ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
+    peers) set -- "$@" r-base-core r-cran-adegenet phylip python3=python3 ;;
     *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;
     esac
     shift
