@@ -60,4 +60,11 @@ int runInFrame(Run& run, const PassFrame& frame, const std::function<int()>& wor
     return result;
 }
 
+int runInFrame(Run& run, const PassFrame& frame, void (*work)(Run&)) {
+    return runInFrame(run, frame, [&run, work] {
+        work(run);
+        return 0;
+    });
+}
+
 } // namespace kva

@@ -31,6 +31,9 @@ struct PassFrame {
 // entered is told on the console.
 int runInFrame(Run& run, const PassFrame& frame, const std::function<int()>& work);
 
+// The same of work on the run that always goes on.
+int runInFrame(Run& run, const PassFrame& frame, void (*work)(Run&));
+
 } // namespace kva
 
 #endif

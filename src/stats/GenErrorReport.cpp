@@ -100,10 +100,7 @@ long writeErrorReport(Run& run) {
     constexpr PassFrame kFrame{.BeginInFolder = Message::ErrorReportBegin,
                                .End = Message::ErrorReportEnd,
                                .LogText = "Generate Errorreport..."};
-    return runInFrame(run, kFrame, [&run] {
-        writeReport(run);
-        return 0;
-    });
+    return runInFrame(run, kFrame, writeReport);
 }
 
 } // namespace kva

@@ -180,10 +180,7 @@ int writeGroupData(Run& run) {
                                .End = Message::GroupsEnd,
                                .LogText = "Make Group results...",
                                .StaysInFolder = true};
-    return runInFrame(run, kFrame, [&run] {
-        writeGroups(run);
-        return 0;
-    });
+    return runInFrame(run, kFrame, writeGroups);
 }
 
 } // namespace kva

@@ -145,10 +145,7 @@ int writeSummary(Run& run) {
     constexpr PassFrame kFrame{.BeginInFolder = Message::SummaryBegin,
                                .End = Message::SummaryEnd,
                                .LogText = "Create tabular result files..."};
-    return runInFrame(run, kFrame, [&run] {
-        writeSheet(run);
-        return 0;
-    });
+    return runInFrame(run, kFrame, writeSheet);
 }
 
 } // namespace kva
