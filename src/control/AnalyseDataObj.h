@@ -22,7 +22,8 @@
 
 namespace kva {
 
-// The operations of a group stand in the order of the functions in its header.
+// The operations of a group stand in the order of the functions in its header. One whose pass
+// always goes on gives 0.
 class AnalyseDataObj : public Run {
   public:
     // --- Run control: AnalyseDataObj.cpp -------------------------------------------------
@@ -60,9 +61,9 @@ class AnalyseDataObj : public Run {
     // comes before calcGST; the other passes count first if need be. Uebersicht draws random
     // numbers for inbred samples.
     int CountAllels() { return countAlleles(*this); }
-    int CountIAllels() { return countIndividualAlleles(*this); }
+    int CountIAllels() { return countIndividualAlleles(*this), 0; }
     int Uebersicht() { return writeOverview(*this); }
-    int calcGST() { return writeGst(*this); }
+    int calcGST() { return writeGst(*this), 0; }
     long GenErrorReport() { return writeErrorReport(*this); }
     int TABAusgabe() { return writeSummary(*this); }
     int GruppenAusgabe() { return writeGroupData(*this); }
@@ -83,42 +84,42 @@ class AnalyseDataObj : public Run {
     // seed the random stream and draw from it, CreateNewDataSheetMix draws.
     int CalcDistancesSpecial(long permutationen) { return fStatistics(*this, permutationen); }
     int FST_ALLG() { return pairwiseFst(*this); }
-    int FST_ALLGGLOBAL() { return globalFst(*this); }
+    int FST_ALLGGLOBAL() { return globalFst(*this), 0; }
     int FST_SINGLE_WC84(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
                         long idx2, ResultFile* locusFile, CMatrix& locusTable) const {
-        return estimatePair(*this, i, j, f, tab, nLoci, idx1, idx2, locusFile, locusTable);
+        return estimatePair(*this, i, j, f, tab, nLoci, idx1, idx2, locusFile, locusTable), 0;
     }
     int FST_PAIR_WC84(FTriple& f, const SampleTables& tab, CMatrix& locusTable) {
         return estimatePairs(*this, f, tab, locusTable);
     }
     static int LOGG_SINGLE_WC84(long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
                                 long idx1, long idx2) {
-        return logLikelihoodRatio(i, j, f, tab, nLoci, idx1, idx2);
+        return logLikelihoodRatio(i, j, f, tab, nLoci, idx1, idx2), 0;
     }
     int FST_P_WC84(FTriple& p, const FTriple& f, const SampleTables& tab,
                    CMatrix& locusTable) const {
-        return testPairs(*this, p, f, tab, locusTable);
+        return testPairs(*this, p, f, tab, locusTable), 0;
     }
     int FST_RD_WC84(FTriple& p, FTriple& f, const SampleTables& tab, CMatrix& untergrenze,
                     CMatrix& obergrenze, CMatrix& locusTable) const {
-        return testThinnedPairs(*this, p, f, tab, untergrenze, obergrenze, locusTable);
+        return testThinnedPairs(*this, p, f, tab, untergrenze, obergrenze, locusTable), 0;
     }
-    int CreateNewDataSheetMix(SlotSheet& sheet) const { return drawThinnedSheet(*this, sheet); }
+    int CreateNewDataSheetMix(SlotSheet& sheet) const { return drawThinnedSheet(*this, sheet), 0; }
     int FST_GLOBAL_WC84(double& fst, double& fit, double& fis, double& gst, double& gstStrich,
                         CMatrix& locus, const SampleTables& tab, int nLoci, int nPop) const {
         return estimateGlobal(*this, fst, fit, fis, gst, gstStrich, locus, tab, nLoci, nPop);
     }
     int FST_GLOBAL_P_WC84(double fst, double gst, double gstStrich, const CMatrix& locus,
                           double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) const {
-        return testGlobal(*this, fst, gst, gstStrich, locus, pFst, pGst, pGstStrich, pLocus);
+        return testGlobal(*this, fst, gst, gstStrich, locus, pFst, pGst, pGstStrich, pLocus), 0;
     }
-    int F_BETA_ALLG() { return fBeta(*this); }
+    int F_BETA_ALLG() { return fBeta(*this), 0; }
     int F_HELPER(CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) const {
-        return betaReferences(*this, betaN, betaW, betaQ);
+        return betaReferences(*this, betaN, betaW, betaQ), 0;
     }
     int F_Betai_SINGLE(int i, CMatrix& beta, const CMatrix& betaN, const CMatrix& betaW,
                        const CMatrix& betaQ, bool mittel) const {
-        return betaOfPopulation(*this, i, beta, betaN, betaW, betaQ, mittel);
+        return betaOfPopulation(*this, i, beta, betaN, betaW, betaQ, mittel), 0;
     }
     int F_Betaij_SINGLE(int i, int j, CMatrix& beta, const CMatrix& betaN, const CMatrix& betaW,
                         const CMatrix& betaQ, bool mittel) const {
@@ -130,9 +131,9 @@ class AnalyseDataObj : public Run {
     // The pass, which works in "Resampling_data"; its loop over populations (from 0); the draw and
     // the evaluation of one replicate (from 0). All but the evaluation draw random numbers.
     long CalcHetRange() { return heterozygosityRange(*this); }
-    long MakeHetRangeAnalyse() { return writeHeterozygosityRanges(*this); }
+    long MakeHetRangeAnalyse() { return writeHeterozygosityRanges(*this), 0; }
     int MakeHetReplika(int replikat, int pop, HetStichprobe& stichprobe) const {
-        return drawReplicate(*this, replikat, pop, stichprobe);
+        return drawReplicate(*this, replikat, pop, stichprobe), 0;
     }
     int AnalyseHetReplika(int replikat, const HetStichprobe& stichprobe,
                           std::vector<HetBereich>& bereich, std::vector<HetTable>& tabellen,
@@ -147,11 +148,11 @@ class AnalyseDataObj : public Run {
     // the file given or the current folder. i, j, locus: from 0.
     long MakeGenePop() { return writeGenepop(*this); }
     long MakeNextFormates() { return writeOtherFormats(*this); }
-    long WriteArlequinHeader(ResultFile& f) const { return writeArlequinHead(*this, f); }
+    long WriteArlequinHeader(ResultFile& f) const { return writeArlequinHead(*this, f), 0; }
     static long WriteArlequinPopStart(ResultFile& f, int n, const std::string& name) {
-        return beginArlequinSample(f, n, name);
+        return beginArlequinSample(f, n, name), 0;
     }
-    static long WriteArlequinPopEnd(ResultFile& f) { return endArlequinSample(f); }
+    static long WriteArlequinPopEnd(ResultFile& f) { return endArlequinSample(f), 0; }
     long WriteArlequinEnde(ResultFile& f) const { return writeArlequinStructure(*this, f); }
     long ReadIMInfo(std::FILE* stream) { return readIMInfo(*this, stream); }
     long MakeIMFormat() { return writeIMFormat(*this); }

@@ -102,20 +102,20 @@ int writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite) 
     const Datensatz& data = *run.Daten;
     migrate.print(" %d %d . File %s converted from KVAnalyzer\n", run.AnzPop, run.AnzLoci,
                   run.DateiKurzName.c_str());
-    (void)writeArlequinHead(run, arlequin);
+    writeArlequinHead(run, arlequin);
     Texts texts;
     for (int pop = 0; pop < data.GetPopAnzahl(); ++pop) {
         const std::string& name = orEmpty(data.GetPopName(pop + 1));
         const int individuals = data.GetIndividuals(pop + 1);
         migrate.print("%d %s\n", individuals, name.c_str());
-        (void)beginArlequinSample(arlequin, individuals, name);
+        beginArlequinSample(arlequin, individuals, name);
         for (int ind = 0; ind < individuals; ++ind) {
             data.MakeMigrateLine(pop, ind, repeatMass, texts.Migrate, texts.Arlequin1,
                                  texts.Arlequin2, schrittweite);
             writeMigrateRow(migrate, pop, ind, texts.Migrate);
             writeArlequinRows(arlequin, name, ind, texts);
         }
-        (void)endArlequinSample(arlequin);
+        endArlequinSample(arlequin);
     }
     (void)writeArlequinStructure(run, arlequin); // -1 tells only that there are no groups
     return 0;

@@ -32,11 +32,11 @@ long writeOtherFormats(Run& run);
 // Arlequin.cpp: the frame of the Arlequin project, written to `f` in this order: the profile with
 // the number of populations; for each population the head of its sample (`n`: individuals; its
 // name), behind which its individuals follow, and the foot; the structure of the groups 1, 2 and so
-// on up to the first that no population has. 0; the structure gives -1, and writes nothing, if no
+// on up to the first that no population has. The structure gives 0; -1, and writes nothing, if no
 // population is in group 1.
-long writeArlequinHead(const Run& run, ResultFile& f);
-long beginArlequinSample(ResultFile& f, int n, const std::string& name);
-long endArlequinSample(ResultFile& f);
+void writeArlequinHead(const Run& run, ResultFile& f);
+void beginArlequinSample(ResultFile& f, int n, const std::string& name);
+void endArlequinSample(ResultFile& f);
 long writeArlequinStructure(const Run& run, ResultFile& f);
 
 // IMInfo.cpp: reads inheritance scalars and mutation rates from an open IM information file into

@@ -102,7 +102,7 @@ BetaReference betaReference(const SampleTables& tab, std::size_t l) {
 
 } // namespace
 
-int betaReferences(const Run& run, CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) {
+void betaReferences(const Run& run, CMatrix& betaN, CMatrix& betaW, CMatrix& betaQ) {
     for (CMatrix* matrix : {&betaN, &betaW, &betaQ}) {
         matrix->Resize(run.AnzLoci, 1);
     }
@@ -112,11 +112,10 @@ int betaReferences(const Run& run, CMatrix& betaN, CMatrix& betaW, CMatrix& beta
         betaW(l, 0) = reference.W;
         betaQ(l, 0) = reference.Q;
     }
-    return 0;
 }
 
-int betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& /*betaN*/,
-                     const CMatrix& betaW, const CMatrix& betaQ, bool mittel) {
+void betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& /*betaN*/,
+                      const CMatrix& betaW, const CMatrix& betaQ, bool mittel) {
     BetaSums sums;
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
         const AllelCount& t =
@@ -128,7 +127,6 @@ int betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& /*beta
         sums.add(n / (n - 1.0) * within(t) * betaW(l, 0), betaQ(l, 0));
     }
     beta(i, i) = sums.nenner == 0.0 ? run.DistFehlerwert : sums.beta(mittel);
-    return 0;
 }
 
 int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& /*betaN*/,
@@ -157,22 +155,21 @@ int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& /*bet
     return 0;
 }
 
-int fBeta(Run& run) {
+void fBeta(Run& run) {
     AUSGABE(Message::BetaBegin);
     CMatrix beta;
     CMatrix betaN;
     CMatrix betaW;
     CMatrix betaQ;
     beta.Resize(run.AnzPop, run.AnzPop);
-    (void)betaReferences(run, betaN, betaW, betaQ);
+    betaReferences(run, betaN, betaW, betaQ);
     for (int i = 0; i < run.AnzPop; ++i) {
-        (void)betaOfPopulation(run, i, beta, betaN, betaW, betaQ, false);
+        betaOfPopulation(run, i, beta, betaN, betaW, betaQ, false);
         for (int j = i + 1; j < run.AnzPop; ++j) {
             (void)betaOfPair(run, i, j, beta, betaN, betaW, betaQ, false);
         }
     }
     writeBetaSheets(run, beta);
-    return 0;
 }
 
 } // namespace kva

@@ -48,7 +48,7 @@ int lostFile() {
 int testAndWritePairs(Run& run, FTriple& f, CMatrix& locusTable) {
     FTriple p = newFTriple(run.AnzPop);
     if ((run.FstMask & kThinningBits) == 0) {
-        (void)testPairs(run, p, f, run.PopAllele, locusTable);
+        testPairs(run, p, f, run.PopAllele, locusTable);
     } else {
         CMatrix untergrenze;
         CMatrix obergrenze;
@@ -56,7 +56,7 @@ int testAndWritePairs(Run& run, FTriple& f, CMatrix& locusTable) {
             untergrenze.Resize(run.AnzPop, run.AnzPop);
             obergrenze.Resize(run.AnzPop, run.AnzPop);
         }
-        (void)testThinnedPairs(run, p, f, run.PopAllele, untergrenze, obergrenze, locusTable);
+        testThinnedPairs(run, p, f, run.PopAllele, untergrenze, obergrenze, locusTable);
         if (!writeFstMeans(run, f, untergrenze, obergrenze)) {
             return lostFile();
         }
@@ -70,10 +70,10 @@ void runParts(Run& run) {
         (void)pairwiseFst(run);
     }
     if (hasBit(run.FstMask, FstBit::Global)) {
-        (void)globalFst(run);
+        globalFst(run);
     }
     if (hasBit(run.FstMask, FstBit::Beta)) {
-        (void)fBeta(run);
+        fBeta(run);
     }
 }
 
@@ -120,7 +120,7 @@ int pairwiseFst(Run& run) {
     return run.Permutationen > 0 ? testAndWritePairs(run, f, locusTable) : 0;
 }
 
-int globalFst(Run& run) {
+void globalFst(Run& run) {
     announce(run.FstMask, Message::GlobalBegin);
     GlobalResult global{};
     const int32_t columns = run.AnzLoci;
@@ -132,8 +132,7 @@ int globalFst(Run& run) {
                          run.AnzLoci, run.AnzPop);
     if (run.Permutationen > 0) {
         auto& [pFst, pGst, pGstStrich] = global.pValues;
-        (void)testGlobal(run, fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich,
-                         global.pLocus);
+        testGlobal(run, fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich, global.pLocus);
     }
     writeGlobalFst(run, global);
     if ((run.FstMask & kLocusTableBits) != 0) {
@@ -143,7 +142,6 @@ int globalFst(Run& run) {
         }
     }
     AUSGABE(Message::GlobalEnd);
-    return 0;
 }
 
 } // namespace kva

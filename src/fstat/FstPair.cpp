@@ -116,8 +116,8 @@ double likelihoodRatio(const PairTables& t) {
 
 } // namespace
 
-int estimatePair(const Run& run, long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
-                 long idx1, long idx2, ResultFile* locusFile, CMatrix& locusTable) {
+void estimatePair(const Run& run, long i, long j, FTriple& f, const SampleTables& tab, long nLoci,
+                  long idx1, long idx2, ResultFile* locusFile, CMatrix& locusTable) {
     const HRule rule = hRule(run.FstMask);
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     const bool toFile = locusFile != nullptr && hasBit(run.FstMask, FstBit::PerLocus);
@@ -141,7 +141,6 @@ int estimatePair(const Run& run, long i, long j, FTriple& f, const SampleTables&
         }
     }
     storePair(f, i, j, sums.values(run.DistFehlerwert));
-    return 0;
 }
 
 int estimatePairs(Run& run, FTriple& f, const SampleTables& tab, CMatrix& locusTable) {
@@ -165,15 +164,15 @@ int estimatePairs(Run& run, FTriple& f, const SampleTables& tab, CMatrix& locusT
         for (int j = i + 1; j < run.AnzPop; ++j) {
             sheet.text(orEmpty(run.Daten->GetPopName(i + 1)) + "\t" +
                        orEmpty(run.Daten->GetPopName(j + 1)));
-            (void)estimatePair(run, i, j, f, tab, run.AnzLoci, i, j, &sheet, locusTable);
+            estimatePair(run, i, j, f, tab, run.AnzLoci, i, j, &sheet, locusTable);
             sheet.character('\n');
         }
     }
     return 0;
 }
 
-int logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
-                       long idx2) {
+void logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, long nLoci, long idx1,
+                        long idx2) {
     double G = 0.0;
     for (long l = 0; l < nLoci; ++l) {
         const PairTables t = pairTables(tab, idx1, idx2, static_cast<std::size_t>(l));
@@ -182,7 +181,6 @@ int logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, long
         }
     }
     storePair(f, i, j, {2.0 * G, 2.0 * G, 2.0 * G});
-    return 0;
 }
 
 } // namespace kva

@@ -34,8 +34,8 @@ double pairNumber(int32_t n) {
 
 // --- The test --------------------------------------------------------------------------
 
-int testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
-              CMatrix& locusTable) {
+void testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
+               CMatrix& locusTable) {
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
     const CodedSample sample = test.sample();
@@ -58,7 +58,6 @@ int testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& 
     forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
         hitsToPValues(p, i, j, pairNumber(run.AnzPop), run.Permutationen);
     });
-    return 0;
 }
 
 } // namespace kva

@@ -167,7 +167,7 @@ std::size_t announceTails(const Run& run) {
 
 } // namespace
 
-int drawThinnedSheet(const Run& run, SlotSheet& sheet) {
+void drawThinnedSheet(const Run& run, SlotSheet& sheet) {
     const bool linked = hasBit(run.FstMask, FstBit::Linked);
     Thinning thinning(run.FstMask, run.JackknifeAnteil);
     for (std::size_t l = 0; l < sheet.size(); ++l) {
@@ -179,11 +179,10 @@ int drawThinnedSheet(const Run& run, SlotSheet& sheet) {
             thinning.thin(run.Daten->Loci[l], static_cast<int>(pop) + 1, sheet[l][pop]);
         }
     }
-    return 0;
 }
 
-int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables& tab,
-                     CMatrix& untergrenze, CMatrix& obergrenze, CMatrix& locusTable) {
+void testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables& tab,
+                      CMatrix& untergrenze, CMatrix& obergrenze, CMatrix& locusTable) {
     const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
     const bool limits = hasBit(run.FstMask, FstBit::Confidence);
     DiscardSums sums(run, p, f, limits ? announceTails(run) : 0);
@@ -196,7 +195,7 @@ int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables&
         if (k % kPairSeedEvery == 0) {
             InternStartRDGen();
         }
-        (void)drawThinnedSheet(run, sheet);
+        drawThinnedSheet(run, sheet);
         thinned.readThrough(test.data(), sheet);
         CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
         std::size_t pair = 0;
@@ -214,7 +213,6 @@ int testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables&
         ++pair;
         sums.finish(i, j);
     });
-    return 0;
 }
 
 } // namespace kva

@@ -240,8 +240,8 @@ int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double
     return 0;
 }
 
-int testGlobal(const Run& run, double fst, double gst, double gstStrich, const CMatrix& locus,
-               double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) {
+void testGlobal(const Run& run, double fst, double gst, double gstStrich, const CMatrix& locus,
+                double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) {
     GlobalTest test(*run.Daten, run.FstMask, run.DistFehlerwert);
     CMatrix permutedLocus;
     permutedLocus.Resize(FRow::Anzahl, run.AnzLoci);
@@ -269,7 +269,6 @@ int testGlobal(const Run& run, double fst, double gst, double gstStrich, const C
                 ofLocus[static_cast<std::size_t>(l)].of[s].pValue(run.DistFehlerwert);
         }
     }
-    return 0;
 }
 
 } // namespace kva

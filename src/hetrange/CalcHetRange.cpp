@@ -133,7 +133,7 @@ long heterozygosityRange(Run& run) {
     });
 }
 
-long writeHeterozygosityRanges(Run& run) {
+void writeHeterozygosityRanges(Run& run) {
     std::vector<HetTable> tabellen(static_cast<std::size_t>(run.AnzLoci));
     std::array<ResultFile, kRangeSheets.size()> sheets;
     for (std::size_t s = 0; s < sheets.size(); ++s) {
@@ -154,13 +154,11 @@ long writeHeterozygosityRanges(Run& run) {
             sheets[s].character('\n');
         }
     }
-    return 0;
 }
 
 std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen) {
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
-        tabellen[l].Load(run.Daten->Loci[l], pop + 1,
-                         run.PopAllele[pop + 1][l]);
+        tabellen[l].Load(run.Daten->Loci[l], pop + 1, run.PopAllele[pop + 1][l]);
     }
     HetReplicateSheets sheets = openReplicateSheets(run, pop);
     AUSGABE(Message::HetRangeMark, ".");
@@ -197,15 +195,14 @@ HetReplicateSheets openReplicateSheets(Run& run, int pop) {
     return sheets;
 }
 
-int drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& stichprobe) {
+void drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& stichprobe) {
     if (!hasBit(run.HetRangeMask, HetRangeBit::Draw)) {
-        return 0;
+        return;
     }
     const DrawShape shape = drawShape(run.HetRangeMask, entriesOf(*run.Daten, pop));
     for (const std::span<int32_t> stretch : stichprobe.Stretches(shape.entries())) {
         drawStretch(stretch, shape);
     }
-    return 0;
 }
 
 int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,

@@ -19,8 +19,8 @@ long heterozygosityRange(Run& run);
 
 // All populations, the nine sheets: "HetRangeMin.xls", "HetRangeMean.xls", "HetRangeMax.xls" and
 // those of "VarRange..." and "AlleleRange...", a row a population and a column a locus, in the
-// current folder; "n.d." where no replicate counted for H. PopAllele must be there. 0.
-long writeHeterozygosityRanges(Run& run);
+// current folder; "n.d." where no replicate counted for H. PopAllele must be there.
+void writeHeterozygosityRanges(Run& run);
 
 // Resamples population `pop` (from 0), HetRandomisierungen times. `tabellen`: an entry per locus,
 // loaded here. Result: an entry per locus, from 0. Writes the replicate sheets if they are asked
@@ -35,8 +35,8 @@ HetReplicateSheets openReplicateSheets(Run& run, int pop);
 // Draws the sample of one replicate for a population (from 0): row by row, a random number per
 // entry, or with HetRangeBit::Individuals per pair of entries, as many as the population has. A
 // place that this does not reach stays as it was, all of them without HetRangeBit::Draw. `replikat`
-// is not read. 0.
-int drawReplicate(const Run& run, int replikat, int pop, HetStichprobe& stichprobe);
+// is not read.
+void drawReplicate(const Run& run, int replikat, int pop, HetStichprobe& stichprobe);
 
 // Computes the statistics of replicate `replikat` (from 0; from 1 in the sheets), replaces an H of
 // 0 or about 1 with HetRangeBit::CorrectZero, writes them as a row to the open replicate sheets and

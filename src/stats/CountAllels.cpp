@@ -149,11 +149,11 @@ bool tablesReady(Run& run) {
     return !run.PopAllele.empty();
 }
 
-int countIndividualAlleles(Run& run) {
+void countIndividualAlleles(Run& run) {
     run.IndAllele.clear();
     run.AnzInd = 0;
     if (!run.Daten) {
-        return 0;
+        return;
     }
     int slots = 0;
     for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
@@ -167,7 +167,6 @@ int countIndividualAlleles(Run& run) {
     });
     run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd), LocusTables(run.Daten->Loci.size()));
     run.LogEntry("Count Allels per Individual ...");
-    return 0;
 }
 
 } // namespace kva

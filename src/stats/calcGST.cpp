@@ -147,7 +147,7 @@ void writeMean(ResultFile& sheet, const char* label, bool there, double ratio, d
 
 } // namespace
 
-int writeGst(Run& run) {
+void writeGst(Run& run) {
     AUSGABE(Message::GstBegin);
     ResultFile sheet = run.OpenResult("GST.xls", "wb");
     writeLociHead(sheet, *run.Daten, run.DatenFormat);
@@ -164,7 +164,6 @@ int writeGst(Run& run) {
     sheet.close();
     run.LogEntry("     Calculated Gst");
     AUSGABE(Message::GstEnd);
-    return 0;
 }
 
 } // namespace kva

@@ -20,8 +20,8 @@ int countAlleles(Run& run);
 bool tablesReady(Run& run);
 
 // CountAllels.cpp: builds IndAllele, a table per individual and locus, and sets AnzInd to half the
-// data entries. No files, no change of folder. Both are emptied without a data set. 0.
-int countIndividualAlleles(Run& run);
+// data entries. No files, no change of folder. Both are emptied without a data set.
+void countIndividualAlleles(Run& run);
 
 // Uebersicht.cpp: the twenty sheets of "Single_data", a row for the pool and for each population
 // and a column for each locus, then writeGst(). Runs the random-discard replicates of the tables
@@ -30,8 +30,8 @@ int writeOverview(Run& run);
 
 // calcGST.cpp: "GST.xls", Gst and Gst' by locus and over loci (Nei 1973; Hedrick 2005; Hamrick and
 // Godt 1990), into the current folder, where the process stays. Data set and PopAllele must be
-// there. 0.
-int writeGst(Run& run);
+// there.
+void writeGst(Run& run);
 
 // GenErrorReport.cpp: "Errorreport.txt" in the result folder: unlikely gaps, in base pairs, between
 // the alleles of each locus in the pool, and unlikely lengths.
