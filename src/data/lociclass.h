@@ -317,8 +317,9 @@ class Datensatz {
 
     // --- Format conversion (formats) ------------------------------------------------------
 
-    // The lines of one individual for the Genepop export (formats/GenePop.cpp), built in one walk:
-    // the Genepop line is the result, the others go where `lines` says. `pop` counts from 1,
+    // The lines of one individual for the Genepop export (formats/plain/GenePopLine.cpp), built in
+    // one walk; the plain reading, which only the tests reach: the program writes the rows of
+    // formats/GenepopRows.h. The Genepop line is the result, the others go where `lines` says. `pop` counts from 1,
     // `ind` from 0; `pool` is entry 0 of PopAllele. An individual flagged haploid with both
     // alleles, or none, at a locus draws one random number there, whatever is wanted.
     // From locus `ersterLocus` to `letzterLocus`, from 1; to the last one if that is not a locus
