@@ -1,8 +1,8 @@
 """The rows of the report: what is measured on which data, and the goal of each.
 
 A row's figure is what the second size costs more than the first, over the units between them, so
-that all that is done once in a run falls out. A row without sizes counts whole runs in millions
-of instructions.
+that all that is done once in a run falls out. A row with words to add counts what a run with them
+costs more than one without. A row of neither counts whole runs in millions of instructions.
 """
 
 import dataclasses
@@ -23,6 +23,7 @@ class Row:
     unit: str
     units: Callable[[DataSet], float]  # units per n
     goal: Optional[float] = None  # no goal: the figure is only held to the stored one
+    added: str = ""  # words of the second run's options, where there are no sizes
     wall: bool = False  # nanoseconds of wall time instead of instructions
 
 
@@ -39,6 +40,7 @@ PAIR_SLOT = "slot of a pair"  # one gene copy's place at a locus, in a pair, in 
 SLOT = "slot"  # one gene copy's place at a locus, in a permutation
 POP_TERM = "pair x locus x allele x measure"
 IND_TERM = "pair x drawn locus"
+CELL = "cell, with its value"  # a pair's sum over the loci is shared by two cells
 ENTRY = "drawn entry"
 RUN = "million in a run"
 
@@ -57,6 +59,10 @@ def population_terms(data):
 
 def individual_terms(data):
     return data.individual_pairs * data.loci
+
+
+def matrix_cells(data):
+    return 2 * data.individuals**2  # of two replicates
 
 
 def million(_):
@@ -80,6 +86,7 @@ GOALS = [
         population_terms, 2.5),
     Row("individual distances", BREEDS, "-dist i %s n={n}" % NINE, (2, 3), IND_TERM,
         individual_terms, 40),
+    Row("matrix cell", BREEDS, "-dist i n=2 CAS", (), CELL, matrix_cells, 60, added=" POSA"),
     Row("heterozygosity range", BREEDS, "-hetrange n={n}", (10, 30), ENTRY, slots, 45),
     Row("heterozygosity range, small samples", of(15, 9, 30), "-hetrange n={n}", (10, 50), ENTRY,
         slots, 60),

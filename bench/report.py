@@ -41,6 +41,9 @@ FIGURES_HEAD = """; Instructions per unit on small data, by the rows SHORT of go
 def figure(kva, row):
     data = row.data()
     cost = counting.nanoseconds if row.wall else lambda *run: counting.counted(*run)[0]
+    if row.added:
+        few, many = (cost(kva, data, row.options + words) for words in ("", row.added))
+        return (many - few) / row.units(data)
     if not row.sizes:
         return cost(kva, data, row.options) / row.units(data)
     few, many = (cost(kva, data, row.options.format(n=n)) for n in row.sizes)

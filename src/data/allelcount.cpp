@@ -2,6 +2,7 @@
 
 #include "control/Ausgabe.h"
 #include "data/diversity.h"
+#include "data/lociclass.h"
 #include "fstat/randsci.h"
 #include "output/resultfile.h"
 
@@ -90,6 +91,51 @@ void AllelCount::AddAllel(int allel, int haploid) {
     ++Allele[static_cast<std::size_t>(row)].Anzahl;
     ++AnzGesamt;
     AnzChromosomen += weight;
+}
+
+void AllelCount::countIndividual(int first, int second) {
+    if (first < 0 && second < 0) {
+        return;
+    }
+    AnzTypisiert += 2;
+    if (first >= 0 && second >= 0 && first != second) {
+        ++AnzHetero;
+    }
+}
+
+void AllelCount::addCopy(int allel, int32_t weight, RowHints& hints) {
+    if (allel < 0) {
+        return;
+    }
+    int32_t& row = hints[static_cast<uint32_t>(allel) % hints.size()];
+    if (row >= AnzAllele || Allele[static_cast<std::size_t>(row)].Nummer != allel) {
+        row = findRow(allel);
+        if (row < 0) {
+            row = AnzAllele;
+            addRow(allel, weight);
+            return;
+        }
+    }
+    ++Allele[static_cast<std::size_t>(row)].Anzahl;
+    ++AnzGesamt;
+    AnzChromosomen += weight;
+}
+
+void AllelCount::AddAllele(std::span<const int32_t> allele, std::span<const int32_t> infos) {
+    std::size_t i = 0;
+    if (AnzTypisiert % 2 != 0 && !allele.empty()) { // closes the open individual
+        AddAllel(allele[0], infoHaploid(infos[0]));
+        i = 1;
+    }
+    RowHints hints{};
+    for (; i + 1 < allele.size(); i += 2) {
+        countIndividual(allele[i], allele[i + 1]);
+        addCopy(allele[i], 2 - infoHaploid(infos[i]), hints);
+        addCopy(allele[i + 1], 2 - infoHaploid(infos[i + 1]), hints);
+    }
+    if (i < allele.size()) {
+        AddAllel(allele[i], infoHaploid(infos[i]));
+    }
 }
 
 void AllelCount::addRow(int allel, int32_t weight) {

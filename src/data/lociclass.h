@@ -317,13 +317,14 @@ class Datensatz {
 
     // --- Format conversion (formats) ------------------------------------------------------
 
-    // The lines of one individual for the Genepop export (formats/GenePop.cpp), built in one walk:
-    // the Genepop line is the result, the others go where `lines` says. `pop` counts from 1,
-    // `ind` from 0; `pool` is entry 0 of PopAllele. An individual flagged haploid with both
-    // alleles, or none, at a locus draws one random number there, whatever is wanted.
-    // From locus `ersterLocus` to `letzterLocus`, from 1; to the last one if that is not a locus
-    // or lies in front: (1, 0) means all. Empty, with the lines as they were, if there is no such
-    // population or no locus.
+    // The lines of one individual for the Genepop export (formats/plain/GenePopLine.cpp), built in
+    // one walk; the plain reading, which only the tests reach: the program writes the rows of
+    // formats/GenepopRows.h. The Genepop line is the result, the others go where `lines` says.
+    // `pop` counts from 1, `ind` from 0; `pool` is entry 0 of PopAllele. An individual flagged
+    // haploid with both alleles, or none, at a locus draws one random number there, whatever is
+    // wanted. From locus `ersterLocus` to `letzterLocus`, from 1; to the last one if that is not a
+    // locus or lies in front: (1, 0) means all. Empty, with the lines as they were, if there is no
+    // such population or no locus.
     std::string MakeGenePopLine(int pop, int ind, int ersterLocus, int letzterLocus,
                                 const LocusTables& pool, const GenepopLines& lines) const;
 

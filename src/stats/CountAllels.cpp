@@ -65,12 +65,8 @@ LocusTables countSample(const Datensatz& daten, int pop) {
 } // namespace
 
 void LociObj::feed(AllelCount& tabelle, int pop) const {
-    const std::span<const int32_t> alleles = DataSlots(pop);
-    const std::span<const int32_t> infos = InfoSlots(pop);
     // Missing alleles go in, too: they keep the two entries of an individual together.
-    for (std::size_t i = 0; i < alleles.size(); ++i) {
-        tabelle.AddAllel(alleles[i], infoHaploid(infos[i]));
-    }
+    tabelle.AddAllele(DataSlots(pop), InfoSlots(pop));
 }
 
 int LociObj::AllelCountP(AllelCount& tabelle, int pop, int flag) const {

@@ -1,5 +1,6 @@
 #include "data/allelcount.h"
 
+#include "data/lociclass.h"
 #include "fstat/randsci.h"
 #include "support/draws.h"
 #include "support/support.h"
@@ -12,6 +13,7 @@
 #include <initializer_list>
 #include <random>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -778,6 +780,56 @@ TEST(AllelCountProperty, IndexAndBisectionEqualAPlainScan) {
             ASSERT_EQ(table.GetAllelNummer(wanted), plain.place(wanted)) << "seed " << seed;
         }
         ASSERT_EQ(rowsOf(table), plain.rows) << "seed " << seed;
+    }
+}
+
+namespace {
+
+// A table's rows and all that counting sets.
+auto countedFields(const AllelCount& table) {
+    return std::tuple(rowsOf(table), table.AnzGesamt, table.AnzChromosomen, table.AnzHetero,
+                      table.AnzTypisiert, table.OffenesAllel, table.MinAllel, table.MaxAllel,
+                      table.isSorted());
+}
+
+// Entries of one call, with numbers that often have the last six bits in common.
+struct Entries {
+    Entries(std::mt19937& random, int numbers) {
+        const auto below = [&random](int bound) {
+            return std::uniform_int_distribution<int>(0, bound - 1)(random);
+        };
+        const int step = below(2) == 0 ? 1 : 16;
+        for (int count = below(40); count > 0; --count) {
+            alleles.push_back(below(6) == 0 ? -1 - below(3) : step * below(numbers));
+            infos.push_back(infoValue(below(5) - 2, below(3) == 0));
+        }
+    }
+
+    std::vector<int32_t> alleles;
+    std::vector<int32_t> infos;
+};
+
+} // namespace
+
+// Calls with odd and even numbers of entries into a table that is sorted now and then.
+TEST(AllelCountProperty, ManyEntriesCountLikeOneAfterTheOther) {
+    for (unsigned seed = 1; seed <= 1000; ++seed) {
+        std::mt19937 random(seed);
+        const int numbers = seed % 10 == 0 ? 300 : 1 + static_cast<int>(seed % 9);
+        AllelCount together;
+        AllelCount single;
+        for (int call = 0; call < 6; ++call) {
+            const Entries entries(random, numbers);
+            together.AddAllele(entries.alleles, entries.infos);
+            for (std::size_t i = 0; i < entries.alleles.size(); ++i) {
+                single.AddAllel(entries.alleles[i], infoHaploid(entries.infos[i]));
+            }
+            ASSERT_EQ(countedFields(together), countedFields(single)) << "seed " << seed;
+            if (call == 3) {
+                together.SortAllele();
+                single.SortAllele();
+            }
+        }
     }
 }
 
