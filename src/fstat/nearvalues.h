@@ -61,6 +61,18 @@ inline FourCounts firstCounts(std::size_t n) {
     return fourCounts(&bits[4 - n]);
 }
 
+// The sum of the squares of the counts from `begin` on; there are three more behind `end`.
+inline int32_t sumOfSquares(const int32_t* counts, std::size_t begin, std::size_t end) {
+    FourCounts sum = {};
+    for (; begin + 4 <= end; begin += 4) {
+        const FourCounts four = fourCounts(counts + begin);
+        sum += products(four, four);
+    }
+    const FourCounts last = fourCounts(counts + begin) & firstCounts(end - begin);
+    sum += products(last, last);
+    return totals(sum, sum)[0];
+}
+
 // --- Two samples -----------------------------------------------------------------------
 
 // Sums over the alleles of two samples, with c1 and c gene copies in the first one and in both.
@@ -187,6 +199,46 @@ class NearSums {
     double B = 0.0;   // sum of b
     double C = 0.0;   // sum of c
     int32_t Loci = 0; // added
+};
+
+// --- All populations -------------------------------------------------------------------
+
+// What the samples of all populations add up to at a locus. A sample of less than one individual
+// has no gene copy.
+struct NearLocus {
+    double s = 0.0;       // samples with an individual
+    double sumN = 0.0;    // individuals
+    double sumN2 = 0.0;   // squares
+    double sumHs = 0.0;   // expected heterozygosities, uncorrected
+    double sumNH = 0.0;   // H, weighted by individuals
+    double squares = 0.0; // over the alleles: squares of the gene copies, over those of the sample
+};
+
+// Fst, Gst and Gst'.
+using TestedValues = std::array<double, 3>;
+
+// Near sums over loci for many samples, as GlobalSums.
+class NearGlobalSums {
+  public:
+    // Adds a locus and gives its near values; nothing if a divisor is small. Ht: expected
+    // heterozygosity of the pool, uncorrected.
+    std::optional<TestedValues> add(const NearLocus& g, double Ht);
+    // Those over all loci given; nothing if one could not be added, either.
+    std::optional<TestedValues> values() const {
+        return All ? valuesOf(F, TotHs, TotHt, TotHmax, Loci) : std::nullopt;
+    }
+
+  private:
+    // From components and heterozygosities that are summed over so many loci.
+    static std::optional<TestedValues> valuesOf(const VarianceComponents& v, double hs, double Ht,
+                                                double hmax, int32_t loci);
+
+    VarianceComponents F = {}; // sums of the components
+    double TotHs = 0.0;        // ... and of the heterozygosities, as in GlobalSums
+    double TotHt = 0.0;
+    double TotHmax = 0.0;
+    int32_t Loci = 0; // added
+    bool All = true;  // no locus is left out
 };
 
 } // namespace kva

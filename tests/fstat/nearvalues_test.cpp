@@ -78,3 +78,54 @@ TEST(NearValues, SmallDivisorsDoNotTell) {
     twoLoci.add({1.0, 0.0, 0.0});
     EXPECT_FALSE(twoLoci.reached(observed));
 }
+
+// --- All populations -------------------------------------------------------------------
+
+namespace {
+
+// Two samples of two individuals with 3 and 1 copies of an allele and 1 and 3 of another, one of
+// two individuals heterozygous in each: Hs = 1 - (9 + 1)/16 = 0.375, squares 2 (9 + 1)/4.
+//     sum of n (p - pbar)^2 = 4 x 2/16 = 0.5; s2 = 0.5/2 = 0.25; x = 0.5 - 0.25/2 = 0.375; nc = 2
+//     a = 2 (0.25 - 0.375)/2 + 2 x 0.5/(4) = 0.125; b = 2 x 0.375 - 0.5 (4/2 + 1)/2 = 0; c = 0.5
+//     Fst = 0.125/0.625; Gst = 1 - 0.375/0.5; largest Ht = (1 + 0.375)/2 = 0.6875
+//     Gst' = 0.25/(1 - 0.375/0.6875) = 0.55
+constexpr NearLocus kTwoSamples = {2.0, 4.0, 8.0, 0.75, 2.0, 5.0};
+constexpr double kHtOfTwoSamples = 0.5;
+
+} // namespace
+
+TEST(NearGlobalSums, TwoSamplesByHand) {
+    NearGlobalSums sums;
+    const std::optional<TestedValues> locus = sums.add(kTwoSamples, kHtOfTwoSamples);
+    (void)sums.add(kTwoSamples, kHtOfTwoSamples);
+    const std::optional<TestedValues> all = sums.values(); // of two like loci: the same
+    ASSERT_TRUE(locus && all);
+    for (const TestedValues& values : {*locus, *all}) {
+        EXPECT_DOUBLE_EQ(values[0], 0.2);
+        EXPECT_DOUBLE_EQ(values[1], 0.25);
+        EXPECT_DOUBLE_EQ(values[2], 0.55);
+    }
+}
+
+TEST(NearGlobalSums, SmallDivisorsGiveNothing) {
+    NearLocus single = kTwoSamples;
+    single.s = 1.0;
+    NearLocus oneEach = kTwoSamples;
+    oneEach.sumN = 2.0;
+    for (const NearLocus& locus : {single, oneEach}) {
+        NearGlobalSums sums;
+        EXPECT_TRUE(sums.add(kTwoSamples, kHtOfTwoSamples));
+        EXPECT_FALSE(sums.add(locus, kHtOfTwoSamples));
+        EXPECT_FALSE(sums.values()) << "a locus is left out";
+    }
+    NearGlobalSums flat;
+    EXPECT_FALSE(flat.add(kTwoSamples, 0.005));
+    NearGlobalSums apart; // Hs above the largest Ht that it allows: 1 - 0.995 is small
+    NearLocus diverse = kTwoSamples;
+    diverse.sumHs = 1.99;
+    EXPECT_FALSE(apart.add(diverse, kHtOfTwoSamples));
+}
+
+TEST(NearGlobalSums, WithoutLociThereIsNothing) {
+    EXPECT_FALSE(NearGlobalSums().values());
+}
