@@ -36,9 +36,6 @@ class GenotypePair {
     // The first half of count(): the gene copies without the order of their appearance.
     void draw(const GenotypeRows& rows, std::array<std::size_t, 2> pops,
               std::span<const int32_t> places1, LociRange loci);
-    // The second half, which components() needs.
-    void order(std::array<std::size_t, 2> pops, std::span<const int32_t> places1,
-               std::span<const int32_t> places2, LociRange loci);
     // As components() but for rounding, with draw() alone; samples have at most kMostNear gene
     // copies.
     std::optional<VarianceComponents> nearComponents(std::size_t l);
@@ -56,6 +53,9 @@ class GenotypePair {
         uint32_t End;   // behind the last
     };
 
+    // The second half of count(), which components() needs.
+    void order(std::array<std::size_t, 2> pops, std::span<const int32_t> places1,
+               std::span<const int32_t> places2, LociRange loci);
     // Sums up the terms of small samples, allele by allele as noted.
     void sumTerms(std::span<const FreshAlleles> notes, LociRange range);
     // Lists the counts of large samples, whose terms components() computes.

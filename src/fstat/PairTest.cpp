@@ -43,7 +43,7 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
                    double undefined)
     : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
       ByAlleles(!Mode.Genotypes && Mode.Permutation && hRule(fstMask) == HRule::Hobs),
-      Shuffle(Data, Mode), Estimator(hRule(fstMask), Data.mostAlleles()) {
+      Shuffle(Data, Mode), Estimator(hRule(fstMask), Data.mostAlleles()), Known(Data) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -139,11 +139,17 @@ Reached PairTest::reached(int32_t i, int32_t j, const CodedSample& sample,
     }
     const LociRange loci = {0, Data.loci()};
     Shuffle.deal(pop1, pop2);
-    Rows->draw(sample.rows(), {pop1, pop2}, Shuffle.places(0), loci);
-    if (const std::optional<Reached> told = nearSums(pop1, pop2).reached(observed)) {
-        return *told;
+    KnownDeal unkept;
+    KnownDeal* const found = Known.find(pop1, pop2, Shuffle.places(0));
+    KnownDeal& deal = found != nullptr ? *found : unkept;
+    if (!deal.Known) {
+        Rows->draw(sample.rows(), {pop1, pop2}, Shuffle.places(0), loci);
+        deal = {true, nearSums(pop1, pop2).reached(observed)};
     }
-    Rows->order({pop1, pop2}, Shuffle.places(0), Shuffle.places(1), loci);
+    if (deal.Told) {
+        return *deal.Told;
+    }
+    Rows->count(sample.rows(), {pop1, pop2}, Shuffle.places(0), Shuffle.places(1), loci);
     return reachedBy(sumLoci(pop1, pop2, sample, nullptr), observed);
 }
 

@@ -9,6 +9,7 @@
 #include "fstat/AlleleEstimator.h"
 #include "fstat/GenotypePair.h"
 #include "fstat/GenotypeRows.h"
+#include "fstat/KnownDeals.h"
 #include "fstat/PairEstimator.h"
 #include "fstat/Shuffle.h"
 #include "fstat/ShuffleTable.h"
@@ -73,7 +74,8 @@ class PairTest {
     FValues shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
     // Whether the three values of shuffled() reach observed ones, with the same draws. By near
-    // values, where these tell.
+    // values, where these tell. For a pair, `sample` and the observed values are the same in every
+    // call.
     Reached reached(int32_t i, int32_t j, const CodedSample& sample, const FValues& observed);
 
     // The pair as `sample` has it, not shuffled.
@@ -119,6 +121,7 @@ class PairTest {
     AlleleEstimator OfAlleles; // where entries are dealt as bytes
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
     std::optional<GenotypePair> Rows;   // counts the drawn samples by rows; nothing: by Tables
+    KnownDeals Known;                   // by reached()
 };
 
 } // namespace kva

@@ -138,7 +138,7 @@ TEST(GenotypePair, NearComponentsAreTheExactOnesButForRounding) {
             for (std::size_t l = 0; l < data.loci(); ++l) {
                 near.push_back(pair.nearComponents(l));
             }
-            pair.order({0, j}, deal.Sample1, deal.Sample2, rows.allLoci());
+            pair.count(rows, {0, j}, deal.Sample1, deal.Sample2, rows.allLoci());
             for (std::size_t l = 0; l < data.loci(); ++l) {
                 expectNear(near[l], pair.components(l));
             }
