@@ -11,7 +11,7 @@ KnownDeals::KnownDeals(const CodedData& data) : Deals(data.populations() * data.
 KnownDeal* KnownDeals::find(std::size_t pop1, std::size_t pop2, std::span<const int32_t> places) {
     const Side& first = Sides[pop1];
     const Side& second = Sides[pop2];
-    const auto individuals = static_cast<std::size_t>(first.Size + second.Size);
+    const auto individuals = static_cast<uint32_t>(first.Size + second.Size);
     if (individuals > kMostIndividuals) {
         return nullptr;
     }

@@ -68,8 +68,10 @@ inline int32_t sumOfSquares(const int32_t* counts, std::size_t begin, std::size_
         const FourCounts four = fourCounts(counts + begin);
         sum += products(four, four);
     }
-    const FourCounts last = fourCounts(counts + begin) & firstCounts(end - begin);
-    sum += products(last, last);
+    if (begin < end) {
+        const FourCounts last = fourCounts(counts + begin) & firstCounts(end - begin);
+        sum += products(last, last);
+    }
     return totals(sum, sum)[0];
 }
 
@@ -102,17 +104,15 @@ class PairSquares {
 class NearFactors {
   public:
     NearFactors() = default;
-    explicit NearFactors(const PairSizes& n) {
-        const double toS2 = n.nc / n.S;
+    explicit NearFactors(const PairSizes& n)
+        : One(ofS2AndX(n, 0.0, 1.0)), OfH{n.S / (2.0 * n.nc * (n.S - 2.0)),
+                                          (n.S / (n.S - 2.0) + 1.0) * -0.5},
+          H1(2.0 * n.nA / n.S), H2(2.0 * n.nB / n.S) {
         const double sum = 1.0 / n.n1 + 1.0 / n.n2;
-        const TwoDoubles ofS2 = ofS2AndX(n, 1.0, -0.5);
-        One = ofS2AndX(n, 0.0, 1.0);
-        OfDrawn = ofS2 * (toS2 * sum * sum);
-        OfMixed = ofS2 * (toS2 * -2.0 * sum / n.n2);
-        OfAll = ofS2 * (toS2 / (n.n2 * n.n2)) - One / (4.0 * n.S * n.S);
-        OfH = TwoDoubles{n.S / (2.0 * n.nc * (n.S - 2.0)), (n.S / (n.S - 2.0) + 1.0) * -0.5};
-        H1 = 2.0 * n.nA / n.S;
-        H2 = 2.0 * n.nB / n.S;
+        const TwoDoubles ofDifferences = ofS2AndX(n, 1.0, -0.5) * (n.nc / n.S);
+        OfDrawn = ofDifferences * (sum * sum);
+        OfMixed = ofDifferences * (-2.0 * sum / n.n2);
+        OfAll = ofDifferences / (n.n2 * n.n2) - One / (4.0 * n.S * n.S);
     }
 
     // Both samples have an observed heterozygosity.
@@ -132,12 +132,12 @@ class NearFactors {
 
     // What is added to a and b: of itself, and for each of a sum.
     TwoDoubles One = {};
+    TwoDoubles OfH = {};
     TwoDoubles OfDrawn = {}; // c1^2
     TwoDoubles OfMixed = {}; // c1 c
     TwoDoubles OfAll = {};   // c^2
-    TwoDoubles OfH = {};
-    double H1 = 0.0; // for heterozygotes per entry of sample 1
-    double H2 = 0.0; // ... of sample 2
+    double H1 = 0.0;         // for heterozygotes per entry of sample 1
+    double H2 = 0.0;         // ... of sample 2
 };
 
 // --- Comparing -------------------------------------------------------------------------
@@ -155,7 +155,7 @@ inline Reached reachedBy(const FValues& permuted, const FValues& observed) {
 }
 
 // How far a near value has to be from an observed one, for each and for each unit of it. Rounding
-// is far below: with at most kMostNear gene copies a component is off by 1e-10 at most.
+// is far below: with at most kMostNear gene copies a component is off by less than 1e-9.
 constexpr double kNearMargin = 1e-7;
 // The smallest divisor, for each locus, of a near value.
 constexpr double kLeastDivisor = 1e-2;

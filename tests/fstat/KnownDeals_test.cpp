@@ -14,8 +14,13 @@ namespace {
 CodedData populations(const std::vector<int>& sizes) {
     Datensatz daten;
     daten.init(1);
+    int pop = 0;
     for (const int size : sizes) {
         daten.AddPopulation("P", 2 * size);
+        ++pop;
+        for (int tier = 0; tier < size; ++tier) {
+            daten.AddTier(1, pop, -1, -1, 0);
+        }
     }
     return CodedData(daten);
 }
