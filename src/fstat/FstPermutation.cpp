@@ -11,10 +11,9 @@
 
 namespace kva {
 
-void countHits(FTriple& hits, int32_t i, int32_t j, const FValues& observed,
-               const FValues& permuted) {
+void countHits(FTriple& hits, int32_t i, int32_t j, const Reached& reached) {
     for (std::size_t s = 0; s < hits.size(); ++s) {
-        if (observed[s] <= permuted[s]) { // a tie counts for the permutation
+        if (reached[s]) {
             hits[s](i, j) += 1.0;
         }
     }
@@ -52,7 +51,9 @@ void testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables&
         CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
         forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
             const FValues observed = {f[0](i, j), f[1](i, j), f[2](i, j)};
-            countHits(p, i, j, observed, test.shuffled(i, j, sample, table));
+            countHits(p, i, j,
+                      table == nullptr ? test.reached(i, j, sample, observed)
+                                       : reachedBy(test.shuffled(i, j, sample, table), observed));
         });
     }
     forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {

@@ -4,6 +4,7 @@
 #define KVA_FSTAT_FSTPERMUTATION_H
 
 #include "data/ftriple.h"
+#include "fstat/nearvalues.h"
 
 #include <cstdint>
 
@@ -23,9 +24,8 @@ template <class Visitor> void forEachPair(int32_t n, Visitor&& visit) {
 }
 
 // Adds 1 to the hits of each statistic, at (i, j) of its matrix, whose observed value the permuted
-// one reaches; a tie counts, a nan on either side does not.
-void countHits(FTriple& hits, int32_t i, int32_t j, const FValues& observed,
-               const FValues& permuted);
+// one reaches.
+void countHits(FTriple& hits, int32_t i, int32_t j, const Reached& reached);
 
 // Turns the hits of a pair i < j, at (i, j), out of n permutations into p-values: the plain one at
 // (i, j), the one multiplied by the number of pairs (Bonferroni) at (j, i), which can exceed 1. No

@@ -132,7 +132,7 @@ class DiscardSums {
         if (!Tails.empty()) {
             Tails[pair].add(TailsOfPermuted ? permuted[0] : test[0]);
         }
-        countHits(P, i, j, test, permuted);
+        countHits(P, i, j, reachedBy(permuted, test));
     }
 
     // Turns the sums of a pair into means and p-values.

@@ -1,5 +1,7 @@
 #include "fstat/GenotypePair.h"
 
+#include "fstat/nearvalues.h"
+
 #include <algorithm>
 
 namespace kva {
@@ -11,11 +13,22 @@ GenotypePair::GenotypePair(const GenotypeRows& rows)
 void GenotypePair::count(const GenotypeRows& rows, std::array<std::size_t, 2> pops,
                          std::span<const int32_t> places1, std::span<const int32_t> places2,
                          LociRange loci) {
+    draw(rows, pops, places1, loci);
+    order(pops, places1, places2, loci);
+}
+
+void GenotypePair::draw(const GenotypeRows& rows, std::array<std::size_t, 2> pops,
+                        std::span<const int32_t> places1, LociRange loci) {
     Rows = &rows;
     Whole1 = rows.whole(pops[0]);
     Whole2 = rows.whole(pops[1]);
-    Small = 2 * std::max(places1.size(), places2.size()) <= PairTerms::kMostCopies;
     rows.sum(places1, loci, Drawn.data());
+}
+
+void GenotypePair::order(std::array<std::size_t, 2> pops, std::span<const int32_t> places1,
+                         std::span<const int32_t> places2, LociRange loci) {
+    const GenotypeRows& rows = *Rows;
+    Small = 2 * std::max(places1.size(), places2.size()) <= PairTerms::kMostCopies;
     rows.setAll(loci, Open.data());
     for (std::size_t word = rows.beginWord(loci); word < rows.endWord(loci); ++word) {
         Open[word] &= rows.present(pops[0])[word] | rows.present(pops[1])[word];
@@ -98,6 +111,44 @@ std::optional<VarianceComponents> GenotypePair::components(std::size_t l) {
     return pairComponents({sample1.Copies, sample2.Copies, H1, H2,
                            std::span(Counts1).subspan(list.Begin, length),
                            std::span(Counts2).subspan(list.Begin, length)});
+}
+
+// --- Near values -----------------------------------------------------------------------
+
+PairSquares GenotypePair::squares(std::size_t l) const {
+    const int32_t* const drawn = Drawn.data();
+    const int32_t* const whole1 = Whole1;
+    const int32_t* const whole2 = Whole2;
+    const std::size_t end = Rows->tallyColumn(l + 1);
+    PairSquares sum;
+    std::size_t column = Rows->firstColumn(l);
+    for (; column + 4 <= end; column += 4) {
+        sum.add(fourCounts(drawn + column),
+                fourCounts(whole1 + column) + fourCounts(whole2 + column));
+    }
+    if (column < end) {
+        const FourCounts mask = firstCounts(end - column);
+        sum.add(fourCounts(drawn + column) & mask,
+                (fourCounts(whole1 + column) + fourCounts(whole2 + column)) & mask);
+    }
+    return sum;
+}
+
+std::optional<VarianceComponents> GenotypePair::nearComponents(std::size_t l) {
+    const Tally sample1 = Rows->tally(Drawn.data(), l);
+    const Tally sample2 = rest(l, sample1);
+    if (std::min(sample1.Weight, sample2.Weight) <= 1 ||
+        std::min(sample1.Typed, sample2.Typed) <= 1) {
+        return std::nullopt;
+    }
+    if (std::max(sample1.Copies, sample2.Copies) > PairTerms::kMostCopies) {
+        const std::optional<PairSizes> sizes = pairSizes(sample1.Copies, sample2.Copies);
+        return sizes ? std::optional(NearFactors(*sizes).components(sample1, sample2, squares(l)))
+                     : std::nullopt;
+    }
+    const PairTerms::Page& page = Terms.page(sample1.Copies, sample2.Copies);
+    return page.Sizes ? std::optional(page.Near.components(sample1, sample2, squares(l)))
+                      : std::nullopt;
 }
 
 } // namespace kva

@@ -31,6 +31,15 @@ class GenotypePair {
     // The components at one of the loci last counted; nothing as in pairComponents().
     std::optional<VarianceComponents> components(std::size_t l);
 
+    // --- Near values -----------------------------------------------------------------------
+
+    // The first half of count(): the gene copies without the order of their appearance.
+    void draw(const GenotypeRows& rows, std::array<std::size_t, 2> pops,
+              std::span<const int32_t> places1, LociRange loci);
+    // As components() but for rounding, with draw() alone; samples have at most kMostNear gene
+    // copies.
+    std::optional<VarianceComponents> nearComponents(std::size_t l);
+
   private:
     // The alleles of a locus of small samples.
     struct TermSum {
@@ -44,10 +53,15 @@ class GenotypePair {
         uint32_t End;   // behind the last
     };
 
+    // The second half of count(), which components() needs.
+    void order(std::array<std::size_t, 2> pops, std::span<const int32_t> places1,
+               std::span<const int32_t> places2, LociRange loci);
     // Sums up the terms of small samples, allele by allele as noted.
     void sumTerms(std::span<const FreshAlleles> notes, LociRange range);
     // Lists the counts of large samples, whose terms components() computes.
     void listCounts(std::span<const FreshAlleles> notes, LociRange range);
+    // Sums over the alleles of a locus.
+    PairSquares squares(std::size_t l) const;
     // What the first sample leaves over of both populations.
     Tally rest(std::size_t l, const Tally& drawn) const;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 namespace kva {
 
@@ -10,7 +11,11 @@ GenotypePool::GenotypePool(const CodedData& data, HRule rule)
       PoolSquares(Rows.columns()), Drawn(Rows.columns()), Squares(Rows.columns()),
       SumOfSquares(Rows.loci()), Open(Rows.words()), Notes(Rows.alleleNumber() + 1),
       All(Rows.words()), Loci(Rows.loci()), Samples(Rows.loci() * Populations),
-      Deviations(Rows.columns()), PoolOpen(Rows.words()), PoolNotes(Notes), Order(Rows.columns()) {
+      Deviations(Rows.columns()), PoolOpen(Rows.words()), PoolNotes(Notes), Order(Rows.columns()),
+      Near(Rows.loci()) {
+    for (std::size_t pop = 0; pop < Populations; ++pop) {
+        MostSlots = std::max(MostSlots, data.slots(pop));
+    }
     readPool();
 }
 
@@ -19,10 +24,16 @@ void GenotypePool::readPool() {
     for (std::size_t pop = 0; pop < Populations; ++pop) {
         std::transform(sums.begin(), sums.end(), Rows.whole(pop), sums.begin(), std::plus<>());
     }
+    PoolHt.assign(Rows.loci(), 1.0);
+    FewestCopies = std::numeric_limits<int32_t>::max();
+    for (std::size_t l = 0; l < Rows.loci(); ++l) {
+        FewestCopies = std::min(FewestCopies, Rows.tally(sums.data(), l).Copies);
+    }
     for (std::size_t bit = 0; bit < Rows.alleleNumber(); ++bit) {
         const auto [column, l] = Rows.alleles()[bit];
         Pbar[column] = double(sums[column]) / Rows.tally(sums.data(), l).Copies;
         PoolSquares[column] = Pbar[column] * Pbar[column];
+        PoolHt[l] -= PoolSquares[column];
     }
 }
 
@@ -122,6 +133,52 @@ std::optional<GlobalLocus> GenotypePool::locus(std::size_t l) {
     const double Ht = std::min(1.0 - squares, 1.0);
     return GlobalLocus{Ht, std::span(Samples).subspan(l * Populations, Loci[l].Samples),
                        OrderedPbar, OrderedSs};
+}
+
+// --- Near values -----------------------------------------------------------------------
+
+bool GenotypePool::canBeNear() const {
+    constexpr std::size_t most = 1000; // populations, so that rounding stays small
+    return Rows.loci() > 0 && Populations >= 2 && Populations <= most && MostSlots <= kMostNear &&
+           static_cast<std::size_t>(FewestCopies) > Populations;
+}
+
+std::optional<double> GenotypePool::nearHt(std::size_t l) const {
+    const bool varies = Rows.firstBit(l + 1) - Rows.firstBit(l) >= kFewestAlleles;
+    return varies ? std::optional(PoolHt[l]) : std::nullopt;
+}
+
+bool GenotypePool::countNear(const GlobalShuffle& shuffle) {
+    std::fill(Near.begin(), Near.end(), NearLocus{});
+    for (std::size_t pop = 0; pop < Populations; ++pop) {
+        Rows.sum(shuffle.places(pop), Rows.allLoci(), Drawn.data());
+        for (std::size_t l = 0; l < Rows.loci(); ++l) {
+            if (!addNear(l)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool GenotypePool::addNear(std::size_t l) {
+    const Tally tally = Rows.tally(Drawn.data(), l);
+    if (!hasIndividual(tally.Copies)) {
+        return tally.Copies == 0;
+    }
+    const double squares = sumOfSquares(Drawn.data(), Rows.firstColumn(l), Rows.tallyColumn(l + 1));
+    const double copies = tally.Copies;
+    const double n = copies * 0.5;
+    const double share = squares / copies;
+    const SquaredTally t{tally, share / copies};
+    NearLocus& sum = Near[l];
+    sum.s += 1.0;
+    sum.sumN += n;
+    sum.sumN2 += n * n;
+    sum.sumHs += 1.0 - t.SumOfSquares;
+    sum.sumNH += n * sampleH(Rule, t);
+    sum.squares += share;
+    return true;
 }
 
 } // namespace kva

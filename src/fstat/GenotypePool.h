@@ -6,6 +6,7 @@
 
 #include "fstat/GenotypeRows.h"
 #include "fstat/Shuffle.h"
+#include "fstat/nearvalues.h"
 #include "fstat/wc84.h"
 
 #include <cstdint>
@@ -27,7 +28,22 @@ class GenotypePool {
     // the next call of an operation.
     std::optional<GlobalLocus> locus(std::size_t l);
 
+    // --- Near values -----------------------------------------------------------------------
+
+    // Whether near values can stand for those of a deal: there are populations, not too large, and
+    // at each locus one has an individual in any deal.
+    bool canBeNear() const;
+    // Counts the samples of a deal at all loci, without the order in which the alleles appear.
+    // Result: false if a sample has half an individual, and then nothing is counted.
+    bool countNear(const GlobalShuffle& shuffle);
+    // A locus of countNear().
+    const NearLocus& nearLocus(std::size_t l) const { return Near[l]; }
+    // Ht of the pool but for rounding; nothing for a locus that does not vary.
+    std::optional<double> nearHt(std::size_t l) const;
+
   private:
+    // Adds the sample at hand to a locus of countNear(); false as there.
+    bool addNear(std::size_t l);
     // A locus in the last deal.
     struct Locus {
         uint32_t Samples; // that count
@@ -48,6 +64,9 @@ class GenotypePool {
     GenotypeRows Rows;
     HRule Rule;
     std::size_t Populations;
+    int32_t MostSlots = 0;           // of a population
+    int32_t FewestCopies = 0;        // in the pool of a locus
+    std::vector<double> PoolHt;      // expected heterozygosity, but for rounding, by locus
     std::vector<double> Pbar;        // frequency in the pool, by column
     std::vector<double> PoolSquares; // ... its square
     // The sample at hand.
@@ -66,6 +85,7 @@ class GenotypePool {
     std::vector<FreshAlleles> PoolNotes; // where they appear in a sample; one to spare
     std::vector<uint32_t> Order;         // columns of the alleles of a locus as they appear, from
                                          // its first column on
+    std::vector<NearLocus> Near;         // by locus
     // The locus asked for, in that order.
     std::vector<double> OrderedPbar;
     std::vector<double> OrderedSs;

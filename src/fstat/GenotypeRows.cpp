@@ -25,7 +25,7 @@ GenotypeRows::GenotypeRows(const CodedData& data) {
         next.Bit += alleles;
     }
     Loci.push_back(next);
-    Chunks = next.Column / kChunk + 1; // so that one column at least is to spare
+    Chunks = (next.Column + 2) / kChunk + 1; // so that three columns at least are to spare
     Words = (next.Bit + 63) / 64;
     ByteStep = static_cast<std::ptrdiff_t>(Chunks);
     BitStep = static_cast<std::ptrdiff_t>(1 + 2 * Words);

@@ -54,7 +54,7 @@ class GenotypeRows {
 
     std::size_t loci() const { return Loci.size() - 1; }
     std::size_t alleleNumber() const { return Alleles.size(); } // of all loci
-    std::size_t columns() const { return Chunks * kChunk; }     // with one at least to spare
+    std::size_t columns() const { return Chunks * kChunk; }     // with three at least to spare
     std::size_t words() const { return Words; }                 // of the bits
     LociRange allLoci() const { return {0, loci()}; }
     // The first column of a locus, that of its tally.

@@ -81,6 +81,41 @@ GlobalValues globalValues(const SampleTables& tab, CMatrix& locus, int nLoci, in
     return sums.values(undefined);
 }
 
+// --- Counting the test -----------------------------------------------------------------
+
+// Hits of one statistic among its valid permutations.
+struct Treffer {
+    int32_t hits = 0;
+    int32_t valid = 0;
+
+    // The p-value; no hit counts as one.
+    double pValue(double undefined) const {
+        return valid < 1 ? undefined : double(std::max(hits, 1)) / valid;
+    }
+};
+
+// Hits of Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid together.
+struct HitSet {
+    std::array<Treffer, 3> of;
+
+    void count(const TestedValues& observed, const TestedValues& permuted, double undefined) {
+        for (std::size_t s = 0; s < of.size(); ++s) {
+            if (permuted[std::min(s, std::size_t{1})] != undefined) {
+                ++of[s].valid;
+                of[s].hits += observed[s] <= permuted[s] ? 1 : 0; // a tie counts as a hit
+            }
+        }
+    }
+};
+
+TestedValues testedValues(const GlobalValues& values) {
+    return {values.f[0], values.gst, values.gstStrich};
+}
+
+TestedValues testedValues(const CMatrix& locus, int32_t l) {
+    return {locus(FRow::Fst, l), locus(FRow::Gst, l), locus(FRow::GstStrich, l)};
+}
+
 // --- From shuffled tables --------------------------------------------------------------
 
 // The statistics of one shuffle of all populations; twin of Datensatz::CountMixGlobal
@@ -100,10 +135,43 @@ class GlobalTest {
         }
     }
 
-    // locus: five rows; keeps what a locus without a value there held.
-    GlobalValues shuffled(CMatrix& locus) {
+    // Deals for all loci, where near values can tell what they hold. Else values() deals.
+    bool dealNear() {
+        if (!Linked || !Rows || !Rows->canBeNear()) {
+            return false;
+        }
+        Shuffle.deal();
+        return true;
+    }
+
+    // Counts the hits of what dealNear() dealt, by near values where these tell and by exact ones
+    // where not; false if there are no near ones. locus: as in values().
+    bool countNear(const TestedValues& observed, std::span<const TestedValues> observedLoci,
+                   CMatrix& locus, HitSet& all, std::span<HitSet> ofLocus) {
+        if (!Rows->countNear(Shuffle)) {
+            return false;
+        }
+        NearGlobalSums sums;
+        for (std::size_t l = 0; l < Data.loci(); ++l) {
+            if (const std::optional<double> Ht = Rows->nearHt(l)) {
+                const std::optional<TestedValues> near = sums.add(Rows->nearLocus(l), *Ht);
+                const bool told = tells(near, observedLoci[l]);
+                ofLocus[l].count(observedLoci[l], told ? *near : exactLocus(l, locus), Undefined);
+            }
+        }
+        const std::optional<TestedValues> near = sums.values();
+        const bool told = tells(near, observed);
+        all.count(observed, told ? *near : testedValues(values(locus, true)), Undefined);
+        return true;
+    }
+
+    // The values of a deal: of the last one if it is `dealt`. locus: five rows; keeps what a locus
+    // without a value there held.
+    GlobalValues values(CMatrix& locus, bool dealt) {
         GlobalSums sums;
-        if (Linked) {
+        if (dealt) {
+            Rows->count(Shuffle, {0, Data.loci()});
+        } else if (Linked) {
             deal({0, Data.loci()});
         }
         for (std::size_t l = 0; l < Data.loci(); ++l) {
@@ -173,6 +241,20 @@ class GlobalTest {
         }
     }
 
+    // The exact values of a locus that varies, in the last deal.
+    TestedValues exactLocus(std::size_t l, CMatrix& locus) {
+        Rows->count(Shuffle, {l, l + 1});
+        const auto column = static_cast<int32_t>(l);
+        GlobalSums().add(*Rows->locus(l), locus, column, Undefined);
+        return testedValues(locus, column);
+    }
+
+    // Whether near values are far from observed ones.
+    static bool tells(const std::optional<TestedValues>& near, const TestedValues& observed) {
+        return near && isFar((*near)[0], observed[0]) && isFar((*near)[1], observed[1]) &&
+               isFar((*near)[2], observed[2]);
+    }
+
     CodedData Data;
     bool Linked;
     HRule Rule;
@@ -184,42 +266,6 @@ class GlobalTest {
     std::vector<std::size_t> RowOf;   // place of each allele code in the pool
     LocusFigures Figures;
 };
-
-// --- Counting the test -----------------------------------------------------------------
-
-// Hits of one statistic among its valid permutations.
-struct Treffer {
-    int32_t hits = 0;
-    int32_t valid = 0;
-
-    // The p-value; no hit counts as one.
-    double pValue(double undefined) const {
-        return valid < 1 ? undefined : double(std::max(hits, 1)) / valid;
-    }
-};
-
-// Hits of Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid together.
-struct HitSet {
-    std::array<Treffer, 3> of;
-
-    void count(const std::array<double, 3>& observed, const std::array<double, 3>& permuted,
-               double undefined) {
-        for (std::size_t s = 0; s < of.size(); ++s) {
-            if (permuted[std::min(s, std::size_t{1})] != undefined) {
-                ++of[s].valid;
-                of[s].hits += observed[s] <= permuted[s] ? 1 : 0; // a tie counts as a hit
-            }
-        }
-    }
-};
-
-std::array<double, 3> testedValues(const GlobalValues& values) {
-    return {values.f[0], values.gst, values.gstStrich};
-}
-
-std::array<double, 3> testedValues(const CMatrix& locus, int32_t l) {
-    return {locus(FRow::Fst, l), locus(FRow::Gst, l), locus(FRow::GstStrich, l)};
-}
 
 } // namespace
 
@@ -247,17 +293,27 @@ void testGlobal(const Run& run, double fst, double gst, double gstStrich, const 
     permutedLocus.Resize(FRow::Anzahl, run.AnzLoci);
     permutedLocus.Fill(run.AnzPop < kFewestPops ? run.DistFehlerwert : 0.0);
     HitSet all;
-    std::vector<HitSet> ofLocus(static_cast<std::size_t>(run.AnzLoci));
+    const TestedValues observed = {fst, gst, gstStrich};
+    std::vector<TestedValues> observedLoci;
+    for (int32_t l = 0; l < run.AnzLoci; ++l) {
+        observedLoci.push_back(testedValues(locus, l));
+    }
+    std::vector<HitSet> ofLocus(observedLoci.size());
     for (int32_t k = 0; k < run.Permutationen; ++k) {
         AUSGABE(Message::GlobalReplica, k);
         if (k % kSeedEvery == 0) {
             InternStartRDGen();
         }
-        const GlobalValues permuted = test.shuffled(permutedLocus);
-        all.count({fst, gst, gstStrich}, testedValues(permuted), run.DistFehlerwert);
+        const bool dealt = test.dealNear();
+        if (dealt && test.countNear(observed, observedLoci, permutedLocus, all, ofLocus)) {
+            continue;
+        }
+        const GlobalValues permuted = test.values(permutedLocus, dealt);
+        all.count(observed, testedValues(permuted), run.DistFehlerwert);
         for (int32_t l = 0; l < run.AnzLoci; ++l) {
-            ofLocus[static_cast<std::size_t>(l)].count(
-                testedValues(locus, l), testedValues(permutedLocus, l), run.DistFehlerwert);
+            const auto place = static_cast<std::size_t>(l);
+            ofLocus[place].count(observedLoci[place], testedValues(permutedLocus, l),
+                                 run.DistFehlerwert);
         }
     }
     pFst = all.of[0].pValue(run.DistFehlerwert);

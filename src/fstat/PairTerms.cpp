@@ -6,6 +6,9 @@ std::unique_ptr<const PairTerms::Page> PairTerms::compute(int32_t copies1, int32
     auto page = std::make_unique<Page>();
     page->Sizes = pairSizes(copies1, copies2);
     page->Step = copies2;
+    if (page->Sizes) {
+        page->Near = NearFactors(*page->Sizes);
+    }
     for (int32_t c1 = 0; c1 <= copies1; ++c1) {
         for (int32_t c2 = 0; c2 <= copies2; ++c2) {
             TwoDoubles a = {};

@@ -3,6 +3,7 @@
 #ifndef KVA_FSTAT_PAIRTERMS_H
 #define KVA_FSTAT_PAIRTERMS_H
 
+#include "fstat/nearvalues.h"
 #include "fstat/wc84.h"
 
 #include <cstddef>
@@ -27,6 +28,7 @@ class PairTerms {
         std::optional<PairSizes> Sizes; // nothing: there are no components, and all terms are 0
         int32_t Step;                   // gene copies of sample 2
         std::vector<Term> Terms;        // [copies in sample 1 x Step + copies in both]
+        NearFactors Near;               // only with sizes
     };
 
     PairTerms() : Pages(std::size_t{kSide} * kSide) {}

@@ -43,7 +43,7 @@ PairTest::PairTest(const Datensatz& daten, const SampleTables& tab, uint32_t fst
                    double undefined)
     : Data(daten), Mode(ShuffleMode::of(fstMask)), Undefined(undefined),
       ByAlleles(!Mode.Genotypes && Mode.Permutation && hRule(fstMask) == HRule::Hobs),
-      Shuffle(Data, Mode), Estimator(hRule(fstMask), Data.mostAlleles()) {
+      Shuffle(Data, Mode), Estimator(hRule(fstMask), Data.mostAlleles()), Known(Data) {
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 1; pop < tab.size(); ++pop) {
             HasData.push_back(tab[pop][l].AnzGesamt > 0 ? 1 : 0);
@@ -87,13 +87,18 @@ std::optional<VarianceComponents> PairTest::components(std::size_t pop1, std::si
 FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable) {
     const auto pop1 = static_cast<std::size_t>(i);
     const auto pop2 = static_cast<std::size_t>(j);
-    const int32_t column = ConvertPoptoPoint(i, j, static_cast<int>(Data.populations()));
-    const std::size_t loci = Data.loci();
-    FSums sums;
-    if (Mode.Linked && loci > 0) { // without loci there are no slots, either
-        deal(pop1, pop2, sample, {0, loci});
+    if (Mode.Linked && Data.loci() > 0) { // without loci there are no slots, either
+        deal(pop1, pop2, sample, {0, Data.loci()});
     }
-    for (std::size_t l = 0; l < loci; ++l) {
+    return sumLoci(pop1, pop2, sample, locusTable);
+}
+
+FValues PairTest::sumLoci(std::size_t pop1, std::size_t pop2, const CodedSample& sample,
+                          CMatrix* locusTable) {
+    const int32_t column = ConvertPoptoPoint(static_cast<int>(pop1), static_cast<int>(pop2),
+                                             static_cast<int>(Data.populations()));
+    FSums sums;
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
         std::optional<VarianceComponents> v;
         if (hasBoth(l, pop1, pop2)) {
             if (!Mode.Linked) {
@@ -110,6 +115,42 @@ FValues PairTest::shuffled(int32_t i, int32_t j, const CodedSample& sample, CMat
         }
     }
     return sums.values(Undefined);
+}
+
+NearSums PairTest::nearSums(std::size_t pop1, std::size_t pop2) {
+    NearSums sums;
+    for (std::size_t l = 0; l < Data.loci(); ++l) {
+        if (!hasBoth(l, pop1, pop2)) {
+            continue;
+        }
+        if (const std::optional<VarianceComponents> v = Rows->nearComponents(l)) {
+            sums.add(*v);
+        }
+    }
+    return sums;
+}
+
+Reached PairTest::reached(int32_t i, int32_t j, const CodedSample& sample,
+                          const FValues& observed) {
+    const auto pop1 = static_cast<std::size_t>(i);
+    const auto pop2 = static_cast<std::size_t>(j);
+    if (!canBeNear(pop1, pop2)) {
+        return reachedBy(shuffled(i, j, sample, nullptr), observed);
+    }
+    const LociRange loci = {0, Data.loci()};
+    Shuffle.deal(pop1, pop2);
+    KnownDeal unkept;
+    KnownDeal* const found = Known.find(pop1, pop2, Shuffle.places(0));
+    KnownDeal& deal = found != nullptr ? *found : unkept;
+    if (!deal.Known) {
+        Rows->draw(sample.rows(), {pop1, pop2}, Shuffle.places(0), loci);
+        deal = {true, nearSums(pop1, pop2).reached(observed)};
+    }
+    if (deal.Told) {
+        return *deal.Told;
+    }
+    Rows->count(sample.rows(), {pop1, pop2}, Shuffle.places(0), Shuffle.places(1), loci);
+    return reachedBy(sumLoci(pop1, pop2, sample, nullptr), observed);
 }
 
 FValues PairTest::unshuffled(int32_t i, int32_t j, const CodedSample& sample) {

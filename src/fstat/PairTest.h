@@ -9,10 +9,13 @@
 #include "fstat/AlleleEstimator.h"
 #include "fstat/GenotypePair.h"
 #include "fstat/GenotypeRows.h"
+#include "fstat/KnownDeals.h"
 #include "fstat/PairEstimator.h"
 #include "fstat/Shuffle.h"
 #include "fstat/ShuffleTable.h"
+#include "fstat/nearvalues.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -70,6 +73,11 @@ class PairTest {
     // column of the pair (ConvertPoptoPoint), `undefined` where there is none; null: not.
     FValues shuffled(int32_t i, int32_t j, const CodedSample& sample, CMatrix* locusTable);
 
+    // Whether the three values of shuffled() reach observed ones, with the same draws. By near
+    // values, where these tell. For a pair, `sample` and the observed values are the same in every
+    // call.
+    Reached reached(int32_t i, int32_t j, const CodedSample& sample, const FValues& observed);
+
     // The pair as `sample` has it, not shuffled.
     FValues unshuffled(int32_t i, int32_t j, const CodedSample& sample);
 
@@ -84,6 +92,17 @@ class PairTest {
     }
     // Whether the entries of a locus are dealt or read as bytes.
     bool inBytes(const CodedLocus& locus) const { return ByAlleles && !locus.Entries.empty(); }
+    // Whether populations (from 0) are dealt for all loci at once and small enough for near values.
+    bool canBeNear(std::size_t pop1, std::size_t pop2) const {
+        return Rows && Mode.Linked && Data.loci() > 0 &&
+               std::max(Data.slots(pop1), Data.slots(pop2)) <= kMostNear;
+    }
+    // The values of the last deal where loci are linked, else of a deal for each locus. locusTable
+    // as in shuffled().
+    FValues sumLoci(std::size_t pop1, std::size_t pop2, const CodedSample& sample,
+                    CMatrix* locusTable);
+    // The sums of near components over loci in the last deal.
+    NearSums nearSums(std::size_t pop1, std::size_t pop2);
     // Deals out the populations (from 0) for some loci and counts their samples there, if that is
     // done for all loci at once.
     void deal(std::size_t pop1, std::size_t pop2, const CodedSample& sample, LociRange loci);
@@ -102,6 +121,7 @@ class PairTest {
     AlleleEstimator OfAlleles; // where entries are dealt as bytes
     std::array<ShuffleTable, 2> Tables; // of the drawn samples
     std::optional<GenotypePair> Rows;   // counts the drawn samples by rows; nothing: by Tables
+    KnownDeals Known;                   // by reached()
 };
 
 } // namespace kva

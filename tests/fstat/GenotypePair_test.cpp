@@ -52,6 +52,18 @@ void expectAsCounted(const Datensatz& daten, const CodedData& data, const Deal& 
     expectSameBits(pair.components(l), plainComponents(pool, t1, t2));
 }
 
+// Rounding apart, which grows with the size of what is summed: 2000 gene copies at most.
+void expectNear(const std::optional<VarianceComponents>& near,
+                const std::optional<VarianceComponents>& exact) {
+    constexpr double tolerance = 1e-10;
+    ASSERT_EQ(near.has_value(), exact.has_value());
+    if (exact) {
+        EXPECT_NEAR(near->a, exact->a, tolerance);
+        EXPECT_NEAR(near->b, exact->b, tolerance);
+        EXPECT_NEAR(near->c, exact->c, tolerance);
+    }
+}
+
 } // namespace
 
 TEST(GenotypePair, ADealOfAllLociIsAsCountedSlotBySlot) {
@@ -110,4 +122,26 @@ TEST(GenotypePair, RowsReadAnewReplaceThoseBefore) {
     rows.read(data);
     pair.count(rows, {0, 1}, deal.Sample1, deal.Sample2, rows.allLoci());
     expectAsCounted(daten, data, deal, pair, 0);
+}
+
+TEST(GenotypePair, NearComponentsAreTheExactOnesButForRounding) {
+    for (uint32_t seed = 0; seed < kSeeds; ++seed) {
+        SCOPED_TRACE(seed);
+        const CodedData data(randomGenotypes(seed));
+        const GenotypeRows rows(data);
+        GenotypePair pair(rows);
+        std::mt19937 stream(seed);
+        for (std::size_t j = 1; j < data.populations(); ++j) {
+            const Deal deal(data, {0, j}, stream);
+            pair.draw(rows, {0, j}, deal.Sample1, rows.allLoci());
+            std::vector<std::optional<VarianceComponents>> near;
+            for (std::size_t l = 0; l < data.loci(); ++l) {
+                near.push_back(pair.nearComponents(l));
+            }
+            pair.count(rows, {0, j}, deal.Sample1, deal.Sample2, rows.allLoci());
+            for (std::size_t l = 0; l < data.loci(); ++l) {
+                expectNear(near[l], pair.components(l));
+            }
+        }
+    }
 }

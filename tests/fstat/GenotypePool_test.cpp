@@ -69,6 +69,30 @@ void expectAsCounted(const std::optional<GlobalLocus>& fast, const PlainLocus& p
     }
 }
 
+// The near values of a locus beside the exact ones: rounding apart, of which the small divisors
+// that the near values bear, 0.01 and more, make at most a hundredfold.
+bool expectNear(GenotypePool& pool, const GlobalShuffle& shuffle, std::size_t l) {
+    constexpr double tolerance = 1e-9;
+    const std::optional<double> Ht = pool.nearHt(l);
+    const std::optional<TestedValues> near =
+        Ht ? NearGlobalSums().add(pool.nearLocus(l), *Ht) : std::nullopt;
+    pool.count(shuffle, {l, l + 1});
+    const std::optional<GlobalLocus> exact = pool.locus(l);
+    EXPECT_EQ(Ht.has_value(), exact.has_value());
+    if (!near || !exact) {
+        return false;
+    }
+    EXPECT_NEAR(*Ht, exact->Ht, tolerance);
+    CMatrix table;
+    table.Resize(FRow::Anzahl, 1);
+    GlobalSums().add(*exact, table, 0, -1.0);
+    const std::array<int32_t, 3> rows = {FRow::Fst, FRow::Gst, FRow::GstStrich};
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        EXPECT_NEAR((*near)[k], table(rows[k], 0), tolerance) << k;
+    }
+    return true;
+}
+
 } // namespace
 
 TEST(GenotypePool, DealsAreAsCountedSlotBySlot) {
@@ -90,4 +114,24 @@ TEST(GenotypePool, DealsAreAsCountedSlotBySlot) {
         pool.count(shuffle, {last, last + 1});
         expectAsCounted(pool.locus(last), PlainLocus(daten, data, shuffle, last), rule);
     }
+}
+
+TEST(GenotypePool, NearValuesAreTheExactOnesButForRounding) {
+    int32_t told = 0;
+    for (uint32_t seed = 0; seed < kSeeds; ++seed) {
+        SCOPED_TRACE(seed);
+        const CodedData data(randomGenotypes(seed));
+        const HRule rule = std::array{HRule::Hobs, HRule::Hexp, HRule::Auto}[seed % 3];
+        GenotypePool pool(data, rule);
+        GlobalShuffle shuffle(data, true);
+        srand2(1 + static_cast<long>(seed));
+        shuffle.deal();
+        if (!pool.canBeNear() || !pool.countNear(shuffle)) {
+            continue;
+        }
+        for (std::size_t l = 0; l < data.loci(); ++l) {
+            told += expectNear(pool, shuffle, l) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(told, 500) << "too few loci to mean anything";
 }
