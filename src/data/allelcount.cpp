@@ -32,7 +32,7 @@ AllelCount::AllelCount() : Allele(kStartRows), Kapazitaet(kStartRows) {}
 
 void AllelCount::init(int kapazitaet) {
     Kapazitaet = std::max(kapazitaet, 1);
-    Allele.assign(static_cast<std::size_t>(Kapazitaet), AllelEintrag{});
+    Allele.assign(Kapazitaet, AllelEintrag{});
     reset();
 }
 
@@ -88,7 +88,7 @@ void AllelCount::AddAllel(int allel, int haploid) {
         addRow(allel, weight);
         return;
     }
-    ++Allele[static_cast<std::size_t>(row)].Anzahl;
+    ++Allele[row].Anzahl;
     ++AnzGesamt;
     AnzChromosomen += weight;
 }
@@ -108,7 +108,7 @@ void AllelCount::addCopy(int allel, int32_t weight, RowHints& hints) {
         return;
     }
     int32_t& row = hints[static_cast<uint32_t>(allel) % hints.size()];
-    if (row >= AnzAllele || Allele[static_cast<std::size_t>(row)].Nummer != allel) {
+    if (row >= AnzAllele || Allele[row].Nummer != allel) {
         row = findRow(allel);
         if (row < 0) {
             row = AnzAllele;
@@ -116,7 +116,7 @@ void AllelCount::addCopy(int allel, int32_t weight, RowHints& hints) {
             return;
         }
     }
-    ++Allele[static_cast<std::size_t>(row)].Anzahl;
+    ++Allele[row].Anzahl;
     ++AnzGesamt;
     AnzChromosomen += weight;
 }
@@ -145,14 +145,14 @@ void AllelCount::addRow(int allel, int32_t weight) {
         MinAllel = allel;
         MaxAllel = allel;
     }
-    Allele[static_cast<std::size_t>(AnzAllele)] = {allel, 1};
+    Allele[AnzAllele] = {allel, 1};
     ++AnzAllele;
     ++AnzGesamt;
     AnzChromosomen += weight;
     // One free row always stands behind the last.
     if (AnzAllele == Kapazitaet) {
         Kapazitaet += kGrowth;
-        Allele.resize(static_cast<std::size_t>(Kapazitaet));
+        Allele.resize(Kapazitaet);
     }
     MinAllel = std::min(MinAllel, allel);
     MaxAllel = std::max(MaxAllel, allel);
@@ -168,7 +168,7 @@ void AllelCount::indexLastRow() {
         return;
     }
     for (int32_t row = Platz.empty() ? 0 : AnzAllele - 1; row < AnzAllele; ++row) {
-        Platz[Allele[static_cast<std::size_t>(row)].Nummer] = row;
+        Platz[Allele[row].Nummer] = row;
     }
 }
 
@@ -209,7 +209,7 @@ double AllelCount::GetFrequenz(int i) const {
     if (i >= AnzAllele) {
         return -2.0;
     }
-    return double(Allele[static_cast<std::size_t>(i)].Anzahl) / AnzGesamt;
+    return double(Allele[i].Anzahl) / AnzGesamt;
 }
 
 int AllelCount::GetAllelCount(int i) const {
@@ -222,7 +222,7 @@ int AllelCount::GetAllelCount(int i) const {
     if (i > AnzAllele) { // wanted: the free row behind the last reads 0, for walks to AnzAllele
         return -2;
     }
-    return Allele[static_cast<std::size_t>(i)].Anzahl;
+    return Allele[i].Anzahl;
 }
 
 int AllelCount::GetAllelNummer(int nummer) const {
@@ -240,7 +240,7 @@ int AllelCount::rdCount(const std::vector<AllelEintrag>& rows, int i) const {
         return -2;
     }
     const bool there = i >= 0 && i < std::ssize(rows);
-    return there ? rows[static_cast<std::size_t>(i)].Anzahl : 0;
+    return there ? rows[i].Anzahl : 0;
 }
 
 double AllelCount::rdFrequency(const std::vector<AllelEintrag>& rows, int i) const {
@@ -266,9 +266,9 @@ void AllelCount::AllelZahl(ResultFile& f, int i) const {
         f.text("\t\t");
         return;
     }
-    f.integer(Allele[static_cast<std::size_t>(i)].Nummer);
+    f.integer(Allele[i].Nummer);
     f.character('\t');
-    f.integer(Allele[static_cast<std::size_t>(i)].Anzahl);
+    f.integer(Allele[i].Anzahl);
     f.character('\t');
 }
 
@@ -277,7 +277,7 @@ void AllelCount::AllelFreq(ResultFile& f, int i) const {
         f.text("\t\t");
         return;
     }
-    f.integer(Allele[static_cast<std::size_t>(i)].Nummer);
+    f.integer(Allele[i].Nummer);
     f.character('\t');
     f.fixed(GetFrequenz(i));
     f.character('\t');
@@ -325,7 +325,7 @@ double AllelCount::CalcMean() const {
     }
     double sum = 0.0;
     for (int32_t i = 0; i < AnzAllele; ++i) {
-        const AllelEintrag& row = Allele[static_cast<std::size_t>(i)];
+        const AllelEintrag& row = Allele[i];
         sum += double(row.Nummer) * row.Anzahl;
     }
     return sum / AnzGesamt;
@@ -337,7 +337,7 @@ double AllelCount::CalcVar(double mean) const {
     }
     double sum = 0.0;
     for (int32_t i = 0; i < AnzAllele; ++i) {
-        const AllelEintrag& row = Allele[static_cast<std::size_t>(i)];
+        const AllelEintrag& row = Allele[i];
         const double deviation = row.Nummer - mean;
         sum += row.Anzahl * (deviation * deviation);
     }
@@ -373,7 +373,7 @@ void AllelCount::AddHaploidSet(int allel1, int allel2) {
     ++RDGroesse;
     const int32_t row = findRow(chosen);
     if (row >= 0 && static_cast<std::size_t>(row) < RDAktuell.size()) {
-        ++RDAktuell[static_cast<std::size_t>(row)].Anzahl;
+        ++RDAktuell[row].Anzahl;
     }
 }
 

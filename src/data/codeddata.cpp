@@ -79,9 +79,9 @@ CodedData::CodedData(const Datensatz& daten) : Loci(daten.Loci.size()) {
         const std::vector<int32_t> alleles = allelesOf(daten.Loci[l]);
         CodedLocus& locus = Loci[l];
         locus.Alleles = static_cast<int32_t>(alleles.size());
-        locus.Code.reserve(static_cast<std::size_t>(slotPlaces));
-        locus.Weight.reserve(static_cast<std::size_t>(slotPlaces));
-        locus.Pairs.resize(static_cast<std::size_t>(pairPlaces));
+        locus.Code.reserve(slotPlaces);
+        locus.Weight.reserve(slotPlaces);
+        locus.Pairs.resize(pairPlaces);
         for (std::size_t pop = 0; pop < populations(); ++pop) {
             for (int32_t slot = 0; slot <= slots(pop); ++slot) { // with the one behind the last
                 const int number = static_cast<int>(pop) + 1;

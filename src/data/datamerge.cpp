@@ -145,7 +145,7 @@ int Datensatz::AddNewDatensatz(const Datensatz* neu) {
     for (int locus = 1; locus <= neu->AnzLoci; ++locus) {
         const std::string name = orEmpty(neu->GetLociName(locus));
         if (known.count(name) == 0) {
-            (void)AddLoci(name, neu->GetLociName2(locus), neu, locus); // both have loci
+            AddLoci(name, neu->GetLociName2(locus), neu, locus); // both have loci
         }
     }
     int largest = 0;

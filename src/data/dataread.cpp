@@ -74,7 +74,7 @@ class NumberAhead {
         }
         const int64_t end = offset + static_cast<int64_t>(text.size());
         while (!Complete && Next < end) {
-            take(text[static_cast<std::size_t>(Next - offset)]);
+            take(text[Next - offset]);
         }
         return Number.value();
     }
@@ -114,7 +114,7 @@ std::string takeName(std::string_view& rest) {
 // The text behind the head columns.
 std::string_view lociCells(std::string_view row) {
     for (int column = 0; column < kHeadColumns; ++column) {
-        (void)takeCell(row);
+        takeCell(row);
     }
     return row;
 }
@@ -322,7 +322,7 @@ class PopulationCount {
     // Adds the population of the last row to the data set, with room for two slots to spare.
     void finish() {
         if (Rows > 0) {
-            (void)Daten.AddPopulation(Name, toSlots(Rows, Columns, 2));
+            Daten.AddPopulation(Name, toSlots(Rows, Columns, 2));
         }
         Largest = std::max(Largest, Rows);
         Rows = 0;
@@ -473,16 +473,16 @@ void readLengths(Datensatz& daten, int columns, std::string_view row,
     for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
         (void)(daten.*store)(locus, takeNumber(cell, end));
         if (columns == 2) {
-            (void)takeNumber(cell, end);
+            takeNumber(cell, end);
         }
     }
 }
 
 void readNames(Datensatz& daten, int columns, std::string_view cells) {
     for (int locus = 1; locus <= daten.AnzLoci; ++locus) {
-        (void)daten.SetLociName(locus, takeName(cells));
+        daten.SetLociName(locus, takeName(cells));
         if (columns == 2) {
-            (void)daten.SetLociName2(locus, takeName(cells));
+            daten.SetLociName2(locus, takeName(cells));
         }
     }
 }
@@ -559,7 +559,7 @@ int32_t takeNumber(const char*& cell, const char* rowEnd) {
 int GetOneCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int pop) {
     const char* const end = rowEnd(zeile);
     for (int locus = 1; locus <= anzLoci; ++locus) {
-        (void)daten->AddTier(locus, pop, takeNumber(zeile, end), info);
+        daten->AddTier(locus, pop, takeNumber(zeile, end), info);
     }
     return 0;
 }
@@ -568,7 +568,7 @@ int GetTwoCData(Datensatz* daten, long anzLoci, const char* zeile, int info, int
     const char* const end = rowEnd(zeile);
     for (int locus = 1; locus <= anzLoci; ++locus) {
         const int32_t first = takeNumber(zeile, end);
-        (void)daten->AddTier(locus, pop, first, takeNumber(zeile, end), info);
+        daten->AddTier(locus, pop, first, takeNumber(zeile, end), info);
     }
     return 0;
 }
@@ -594,7 +594,7 @@ int LoadedData::CheckDataFile(std::FILE* stream) {
     const Refusal refusal = findShape(*this, window);
     DataBytes = window.size();
     if (refusal.status != 0) {
-        (void)Daten->init(0);
+        Daten->init(0);
         tell(DateiName, refusal);
     } else {
         tellFailure(DateiName, window);

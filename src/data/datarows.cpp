@@ -93,7 +93,7 @@ int64_t DataWindow::findContentEnd(int64_t size) {
             }
             return size; // what cannot be read here is left to the walk
         }
-        while (end > from && isEmptyLineByte(Buffer[static_cast<std::size_t>(end - from - 1)])) {
+        while (end > from && isEmptyLineByte(Buffer[end - from - 1])) {
             --end;
         }
         if (end > from) {
@@ -129,7 +129,7 @@ void DataWindow::slide(int64_t offset) {
 
 char DataWindow::byteAt(int64_t offset) const {
     const int64_t place = offset - Start;
-    return place >= 0 && place < Held ? Buffer[static_cast<std::size_t>(place)] : '\0';
+    return place >= 0 && place < Held ? Buffer[place] : '\0';
 }
 
 // --- Rows ------------------------------------------------------------------

@@ -29,10 +29,10 @@ class LoadedData {
     // row, finding and expectation, and Daten stays without loci. The stream stays the caller's.
     int CheckDataFile(std::FILE* stream);
 
-    // Second pass, from the file's start (throws std::bad_alloc without memory for it): fills the loci, names and lengths, with a mark on the
-    // console for each row. 0; -1 null stream, a refused file, not the file of the first pass, or
-    // rows that may be too long (rowTooLong); -3 for three header rows but a KopfSpalten
-    // other than 3.
+    // Second pass, from the file's start (throws std::bad_alloc without memory for it): fills the
+    // loci, names and lengths, with a mark on the console for each row. 0; -1 null stream, a
+    // refused file, not the file of the first pass, or rows that may be too long (rowTooLong); -3
+    // for three header rows but a KopfSpalten other than 3.
     int GetDataFile(std::FILE* stream);
 
     // --- Access, merge and save: datamerge.cpp --------------------------------------------------

@@ -21,23 +21,23 @@ SlotBlock newBlock(int capacity, int32_t filler) {
 }
 
 void append(SlotBlock& block, int32_t value) {
-    block.Slots[static_cast<std::size_t>(block.Belegt)] = value;
+    block.Slots[block.Belegt] = value;
     ++block.Belegt;
 }
 
 int32_t& slot(std::vector<SlotBlock>& blocks, int pop, int i) {
-    return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
+    return blocks[pop - 1].Slots[i];
 }
 
 int32_t slot(const std::vector<SlotBlock>& blocks, int pop, int i) {
-    return blocks[static_cast<std::size_t>(pop - 1)].Slots[static_cast<std::size_t>(i)];
+    return blocks[pop - 1].Slots[i];
 }
 
 std::span<const int32_t> usedSlots(const std::vector<SlotBlock>& blocks, int pop) {
     if (pop < 1 || pop > static_cast<int>(blocks.size())) {
         return {};
     }
-    const SlotBlock& block = blocks[static_cast<std::size_t>(pop - 1)];
+    const SlotBlock& block = blocks[pop - 1];
     return {block.Slots.data(), static_cast<std::size_t>(block.Belegt)};
 }
 
@@ -61,12 +61,12 @@ int LociObj::AddTier(int pop, int allel, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    SlotBlock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& data = DataChromosom[pop - 1];
     if (data.Belegt >= data.Kapazitaet) {
         return kBlockFull;
     }
     append(data, allel);
-    append(InfoChromosom[static_cast<std::size_t>(pop - 1)], info);
+    append(InfoChromosom[pop - 1], info);
     return 0;
 }
 
@@ -74,11 +74,11 @@ int LociObj::AddTier(int pop, int allel1, int allel2, int info) {
     if (pop < 1 || pop > AnzPop) {
         return kNoPlace;
     }
-    SlotBlock& data = DataChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& data = DataChromosom[pop - 1];
     if (data.Belegt + 1 >= data.Kapazitaet) {
         return kBlockFull;
     }
-    SlotBlock& infos = InfoChromosom[static_cast<std::size_t>(pop - 1)];
+    SlotBlock& infos = InfoChromosom[pop - 1];
     append(data, allel1);
     append(data, allel2);
     append(infos, info);
@@ -89,8 +89,7 @@ int LociObj::AddTier(int pop, int allel1, int allel2, int info) {
 // --- LociObj: slots ------------------------------------------------------------------
 
 bool LociObj::hasSlot(int pop, int i) const {
-    return pop >= 1 && pop <= AnzPop && i >= 0 &&
-           i <= DataChromosom[static_cast<std::size_t>(pop - 1)].Belegt;
+    return pop >= 1 && pop <= AnzPop && i >= 0 && i <= DataChromosom[pop - 1].Belegt;
 }
 
 int LociObj::GetDataChromosom(int pop, int i) const {
@@ -131,8 +130,7 @@ int LociObj::TestGroup(int gruppe) const {
 }
 
 int LociObj::GetAnzDatenChromosome(int pop) const {
-    return pop >= 1 && pop <= AnzPop ? DataChromosom[static_cast<std::size_t>(pop - 1)].Belegt
-                                     : kNoSlot;
+    return pop >= 1 && pop <= AnzPop ? DataChromosom[pop - 1].Belegt : kNoSlot;
 }
 
 std::span<const int32_t> LociObj::DataSlots(int pop) const {
@@ -155,7 +153,7 @@ void LociObj::SetLociName2(const std::string& name) {
 }
 
 const std::string* LociObj::GetPopName(int pop) const {
-    return pop >= 1 && pop <= AnzPop ? &PopNamen[static_cast<std::size_t>(pop - 1)] : nullptr;
+    return pop >= 1 && pop <= AnzPop ? &PopNamen[pop - 1] : nullptr;
 }
 
 int LociObj::GetPopNummer(const std::string& name) const {
@@ -175,7 +173,7 @@ int LociObj::SetLociRepeatRest(int wert) {
 int Datensatz::init(int anzLoci) {
     AnzLoci = std::max(anzLoci, 0);
     Loci.clear();
-    Loci.resize(static_cast<std::size_t>(AnzLoci));
+    Loci.resize(AnzLoci);
     PopNames names;
     for (LociObj& locus : Loci) {
         locus.PopNamen = names.share();
@@ -205,11 +203,11 @@ int Datensatz::AddTier(int locus, int pop, int allel1, int allel2, int info) {
 }
 
 const LociObj* Datensatz::Locus(int locus) const {
-    return locus >= 1 && locus <= AnzLoci ? &Loci[static_cast<std::size_t>(locus - 1)] : nullptr;
+    return locus >= 1 && locus <= AnzLoci ? &Loci[locus - 1] : nullptr;
 }
 
 LociObj* Datensatz::Locus(int locus) {
-    return locus >= 1 && locus <= AnzLoci ? &Loci[static_cast<std::size_t>(locus - 1)] : nullptr;
+    return locus >= 1 && locus <= AnzLoci ? &Loci[locus - 1] : nullptr;
 }
 
 // --- Datensatz: shape and names --------------------------------------------------------------

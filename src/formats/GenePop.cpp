@@ -44,7 +44,7 @@ bool openFiles(Run& run, Files& files) {
         !open(files.TwoColumns, data + "_2C_RD")) {
         return false;
     }
-    (void)open(files.Structure, data + ".struct");
+    open(files.Structure, data + ".struct");
     return open(files.OneColumn, data + "_1C_RD");
 }
 

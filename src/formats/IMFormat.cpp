@@ -29,7 +29,7 @@ namespace {
 
 // The tables of population i, counted from 0.
 const LocusTables& tablesOf(const Run& run, int i) {
-    return run.PopAllele[static_cast<std::size_t>(i) + 1];
+    return run.PopAllele[i + 1];
 }
 
 bool isCommon(const AllelCount& a, const AllelCount& b) {
@@ -105,8 +105,7 @@ bool writePair(Run& run, int i, int j, const std::vector<int32_t>& schrittweite)
         return false;
     }
     for (int locus = 0; locus < run.Daten->AnzLoci; ++locus) {
-        (void)writeIMLocus(run, file, i, j, locus, nameI, nameJ,
-                           schrittweite[static_cast<std::size_t>(locus)]);
+        writeIMLocus(run, file, i, j, locus, nameI, nameJ, schrittweite[locus]);
     }
     file.character('\n');
     return true;

@@ -41,7 +41,7 @@ double toValue(std::string_view cell) {
 // What stands behind the third tab of a row; empty if the row ends before it.
 std::string_view valueCells(std::string_view row) {
     for (int cell = 0; cell < kLeadingCells; ++cell) {
-        (void)takeCell(row);
+        takeCell(row);
     }
     return row;
 }
@@ -80,8 +80,8 @@ void readRows(Run& run, DataWindow& window, int64_t position) {
     while (block.size() > 1) {
         const DataRow row = findRow(window, block, position, 1, 1);
         if (!row.text.empty()) { // an empty line is no row
-            (void)GetIMData(*run.Daten, run.AnzLoci, valueCells(row.text),
-                            row.text.starts_with('m') ? 0 : 1, run.DatenFormat);
+            GetIMData(*run.Daten, run.AnzLoci, valueCells(row.text),
+                      row.text.starts_with('m') ? 0 : 1, run.DatenFormat);
         }
         const int64_t next = row.lineEnd + 1;
         if (!row.hasLineEnd || next == position + static_cast<int64_t>(block.size()) - 1) {
@@ -99,7 +99,7 @@ int GetIMData(Datensatz& daten, long anzLoci, std::string_view zeile, int vererb
     for (int locus = 1; locus <= anzLoci; ++locus) {
         const double value = toValue(takeCell(zeile));
         if (format == 2) {
-            (void)takeCell(zeile); // the locus's second column
+            takeCell(zeile); // the locus's second column
         }
         (vererbung != 0 ? daten.AccessInheritanceScalar(locus) : daten.AccessMutationRate(locus)) =
             value;

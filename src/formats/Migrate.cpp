@@ -117,7 +117,7 @@ int writeMigrateAndArlequin(Run& run, const std::vector<int32_t>& schrittweite) 
         }
         endArlequinSample(arlequin);
     }
-    (void)writeArlequinStructure(run, arlequin); // -1 tells only that there are no groups
+    writeArlequinStructure(run, arlequin); // -1 tells only that there are no groups
     return 0;
 }
 

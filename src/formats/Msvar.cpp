@@ -43,7 +43,7 @@ void writeLocus(ResultFile& file, const AllelCount& table, int32_t divisor) {
 void writeMsvarFiles(Run& run, const std::vector<int32_t>& schrittweite) {
     const bool repeatSteps = hasBit(run.GeneralMask, GeneralBit::RepeatSteps);
     for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
-        const LocusTables& tables = run.PopAllele[static_cast<std::size_t>(pop)];
+        const LocusTables& tables = run.PopAllele[pop];
         ResultFile file =
             run.OpenResult(fileNameOf(orEmpty(run.Daten->GetPopName(pop)) + ".beau.infile"), "wb");
         file.integer(std::count_if(tables.begin(), tables.end(),

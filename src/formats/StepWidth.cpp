@@ -42,7 +42,7 @@ int32_t stepWidth(const AllelCount& pool, int32_t repeat) {
     int32_t step = kStart;
     int32_t previous = pool.MinAllel;
     for (int32_t x = 1; x < pool.AnzAllele; ++x) {
-        const int32_t allele = pool.Allele[static_cast<std::size_t>(x)].Nummer;
+        const int32_t allele = pool.Allele[x].Nummer;
         step = std::min(step, stepOfGap(allele - previous, step, repeat));
         previous = allele;
     }

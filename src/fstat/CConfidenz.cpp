@@ -28,8 +28,8 @@ int CConfidenz::Init(int n) {
     AnzErwartet = n;
     AnzBehalten = static_cast<int32_t>(n * kTail95 + 1.0);
     LetzterIndex = AnzBehalten - 1;
-    ObereDaten.assign(static_cast<std::size_t>(AnzBehalten), StartOben);
-    UntereDaten.assign(static_cast<std::size_t>(AnzBehalten), StartUnten);
+    ObereDaten.assign(AnzBehalten, StartOben);
+    UntereDaten.assign(AnzBehalten, StartUnten);
     return 10;
 }
 
@@ -42,8 +42,8 @@ int CConfidenz::DatenUebergabe(double x) {
     }
     ++AnzErhalten;
     Summe += x;
-    ObereDaten[static_cast<std::size_t>(LetzterIndex - FuellPos)] = x;
-    UntereDaten[static_cast<std::size_t>(FuellPos)] = x;
+    ObereDaten[LetzterIndex - FuellPos] = x;
+    UntereDaten[FuellPos] = x;
     if (FuellPos < LetzterIndex) {
         ++FuellPos;
     } else {
@@ -74,14 +74,14 @@ int CConfidenz::GetIntervall95(double& oben, double& unten) const {
         return -1;
     }
     oben = ObereDaten[1];
-    unten = UntereDaten[static_cast<std::size_t>(LetzterIndex) - 1];
+    unten = UntereDaten[LetzterIndex - 1];
     return 0;
 }
 
 int CConfidenz::GetIntervall99(double& oben, double& unten) const {
     if (AnzBehalten > 0) {
         const auto k = static_cast<std::size_t>(AnzErwartet * kTail99);
-        oben = ObereDaten[static_cast<std::size_t>(LetzterIndex) - k];
+        oben = ObereDaten[LetzterIndex - k];
         unten = UntereDaten[k];
     }
     return 0;

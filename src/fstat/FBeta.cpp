@@ -54,7 +54,7 @@ double within(const AllelCount& t) {
 double between(const AllelCount& pool, const AllelCount& ti, const AllelCount& tj) {
     double d = 0.0;
     for (int row = 0; row < pool.AnzAllele; ++row) {
-        const int32_t allel = pool.Allele[static_cast<std::size_t>(row)].Nummer;
+        const int32_t allel = pool.Allele[row].Nummer;
         const double pi = frequency(ti, allel);
         const double pj = frequency(tj, allel);
         d += (1.0 - pi) * pj + (1.0 - pj) * pi;
@@ -67,7 +67,7 @@ double addToQ(double Q, const AllelCount& pool, const AllelCount& tk, double wk)
     const double nk = tk.AnzGesamt;
     for (int row = 0; row < pool.AnzAllele; ++row) {
         const double pbar = pool.GetFrequenz(row);
-        const double pk = frequency(tk, pool.Allele[static_cast<std::size_t>(row)].Nummer);
+        const double pk = frequency(tk, pool.Allele[row].Nummer);
         Q += nk * ((pk - pbar) * (pk - pbar)) + pk * wk * (1.0 - pk);
     }
     return Q;
@@ -118,8 +118,7 @@ void betaOfPopulation(const Run& run, int i, CMatrix& beta, const CMatrix& /*bet
                       const CMatrix& betaW, const CMatrix& betaQ, bool mittel) {
     BetaSums sums;
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
-        const AllelCount& t =
-            run.PopAllele[static_cast<std::size_t>(i) + 1][static_cast<std::size_t>(l)];
+        const AllelCount& t = run.PopAllele[i + 1][l];
         if (betaW(l, 0) < 0.0 || t.AnzGesamt <= 1 || betaQ(l, 0) == 0.0) {
             continue;
         }
@@ -137,8 +136,8 @@ int betaOfPair(const Run& run, int i, int j, CMatrix& beta, const CMatrix& /*bet
     BetaSums sums;
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
         const auto place = static_cast<std::size_t>(l);
-        const AllelCount& ti = run.PopAllele[static_cast<std::size_t>(i) + 1][place];
-        const AllelCount& tj = run.PopAllele[static_cast<std::size_t>(j) + 1][place];
+        const AllelCount& ti = run.PopAllele[i + 1][place];
+        const AllelCount& tj = run.PopAllele[j + 1][place];
         if (betaW(l, 0) < 0.0 || ti.AnzGesamt <= 1 || tj.AnzGesamt <= 1 || betaQ(l, 0) == 0.0) {
             continue;
         }
@@ -166,7 +165,7 @@ void fBeta(Run& run) {
     for (int i = 0; i < run.AnzPop; ++i) {
         betaOfPopulation(run, i, beta, betaN, betaW, betaQ, false);
         for (int j = i + 1; j < run.AnzPop; ++j) {
-            (void)betaOfPair(run, i, j, beta, betaN, betaW, betaQ, false);
+            betaOfPair(run, i, j, beta, betaN, betaW, betaQ, false);
         }
     }
     writeBetaSheets(run, beta);

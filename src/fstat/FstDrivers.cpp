@@ -67,7 +67,7 @@ int testAndWritePairs(Run& run, FTriple& f, CMatrix& locusTable) {
 // The parts that the flags ask for. A lost file is told where it is lost and stops nothing here.
 void runParts(Run& run) {
     if (!hasBit(run.FstMask, FstBit::NoPairs)) {
-        (void)pairwiseFst(run);
+        pairwiseFst(run);
     }
     if (hasBit(run.FstMask, FstBit::Global)) {
         globalFst(run);
@@ -98,7 +98,7 @@ int fStatistics(Run& run, long permutationen) {
 }
 
 int pairwiseFst(Run& run) {
-    (void)tablesReady(run);
+    tablesReady(run);
     announce(run.FstMask, Message::PairsBegin);
     FTriple f = newFTriple(run.AnzPop);
     CMatrix locusTable;
@@ -106,7 +106,7 @@ int pairwiseFst(Run& run) {
     if (withTable) {
         locusTable = newLocusTable(run.AnzLoci, run.AnzPop);
     }
-    (void)estimatePairs(run, f, run.PopAllele, locusTable);
+    estimatePairs(run, f, run.PopAllele, locusTable);
     if (!writeFstMatrices(run, f)) {
         return lostFile();
     }
@@ -128,8 +128,8 @@ void globalFst(Run& run) {
     global.locus.Fill(run.DistFehlerwert);
     global.pLocus.Resize(3, columns);
     auto& [fst, fit, fis, gst, gstStrich] = global.values;
-    (void)estimateGlobal(run, fst, fit, fis, gst, gstStrich, global.locus, run.PopAllele,
-                         run.AnzLoci, run.AnzPop);
+    estimateGlobal(run, fst, fit, fis, gst, gstStrich, global.locus, run.PopAllele, run.AnzLoci,
+                   run.AnzPop);
     if (run.Permutationen > 0) {
         auto& [pFst, pGst, pGstStrich] = global.pValues;
         testGlobal(run, fst, gst, gstStrich, global.locus, pFst, pGst, pGstStrich, global.pLocus);

@@ -72,13 +72,13 @@ struct Limits {
 
 Limits limits95(const CConfidenz& values) {
     Limits limits;
-    (void)values.GetIntervall95(limits.upper, limits.lower); // complete by now
+    values.GetIntervall95(limits.upper, limits.lower); // complete by now
     return limits;
 }
 
 Limits limits99(const CConfidenz& values) {
     Limits limits;
-    (void)values.GetIntervall99(limits.upper, limits.lower);
+    values.GetIntervall99(limits.upper, limits.lower);
     return limits;
 }
 
@@ -123,7 +123,7 @@ void writePair(Run& run, ResultFile& sheet, const CMatrix& locusTable, int32_t p
         for (int32_t n = 0; n < loci; ++n) {
             sum += fst(drawLocus(run, fst));
         }
-        (void)values[0].DatenUebergabe(sum / loci);
+        values[0].DatenUebergabe(sum / loci);
     }
     writeTriples(sheet, values);
 }
@@ -145,7 +145,7 @@ std::array<CConfidenz, 3> globalReplicas(const Run& run, const CMatrix& locusTab
             }
         }
         for (std::size_t s = 0; s < sum.size(); ++s) {
-            (void)values[s].DatenUebergabe(sum[s] / loci);
+            values[s].DatenUebergabe(sum[s] / loci);
         }
     }
     return values;

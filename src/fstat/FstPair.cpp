@@ -25,8 +25,7 @@ struct PairTables {
 };
 
 PairTables pairTables(const SampleTables& tab, long idx1, long idx2, std::size_t l) {
-    return {tab[0][l], tab[static_cast<std::size_t>(idx1) + 1][l],
-            tab[static_cast<std::size_t>(idx2) + 1][l]};
+    return {tab[0][l], tab[idx1 + 1][l], tab[idx2 + 1][l]};
 }
 
 std::size_t rowsOf(const AllelCount& table) {
@@ -104,7 +103,7 @@ double likelihoodRatio(const PairTables& t) {
     const double N2 = std::max(t.t2.AnzGesamt, 0);
     double G = 0.0;
     for (int32_t row = 0; row < t.pool.AnzAllele; ++row) {
-        const int32_t allel = t.pool.Allele[static_cast<std::size_t>(row)].Nummer;
+        const int32_t allel = t.pool.Allele[row].Nummer;
         const double c1 = copiesOf(t.t1, allel);
         const double c2 = copiesOf(t.t2, allel);
         const double e = (c1 + c2) / (N1 + N2);

@@ -28,7 +28,7 @@ class DropList {
         const int32_t individuals = slots / 2;
         const auto wanted = static_cast<int32_t>(individuals * share);
         Dropped = std::max(std::min({wanted, individuals, kMostDropped}), 1);
-        List.assign(static_cast<std::size_t>(Dropped) + 1, 0);
+        List.assign(Dropped + 1, 0);
         if (slots < kFewestJackknifed) {
             std::fill_n(List.begin(), Dropped, -1); // wanted: nothing is dropped, nor drawn
             return;
@@ -44,7 +44,7 @@ class DropList {
         }
     }
     int32_t dropped() const { return Dropped; }
-    int32_t slotOf(int32_t n) const { return 2 * List[static_cast<std::size_t>(n)]; }
+    int32_t slotOf(int32_t n) const { return 2 * List[n]; }
 
   private:
     int32_t Dropped = 0;

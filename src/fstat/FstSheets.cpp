@@ -188,7 +188,7 @@ void writeGlobalFst(Run& run, const GlobalResult& result) {
     for (const GlobalRow& zeile : kGlobalRows) {
         sheet.text(zeile.allLoci);
         GlobalRowEnd(run, sheet).write(zeile, result.values[zeile.wert], [&](int p) {
-            return result.pValues[static_cast<std::size_t>(p)];
+            return result.pValues[p];
         });
     }
     sheet.text(tested ? "\t\tValues\tp-Values\n" : "");

@@ -83,7 +83,7 @@ void GenotypeRows::readWholes(const CodedData& data) {
     Present.assign(data.populations() * Words, 0);
     std::vector<int32_t> places;
     for (std::size_t pop = 0; pop < data.populations(); ++pop) {
-        places.resize(static_cast<std::size_t>(data.slots(pop) / 2));
+        places.resize(data.slots(pop) / 2);
         std::iota(places.begin(), places.end(), data.pairPlace(pop));
         sum(places, {0, loci()}, Wholes.data() + pop * columns());
         for (const int32_t place : places) {

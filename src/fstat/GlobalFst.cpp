@@ -54,7 +54,7 @@ void readFigures(LocusFigures& figures, const SampleTables& tab, std::size_t l, 
     }
     const AllelCount& pool = tab[0][l];
     for (int32_t row = 0; row < pool.AnzAllele; ++row) {
-        const int32_t allel = pool.Allele[static_cast<std::size_t>(row)].Nummer;
+        const int32_t allel = pool.Allele[row].Nummer;
         figures.pbar.push_back(pool.GetFrequenz(row));
         for (std::size_t k = 1; k <= static_cast<std::size_t>(nPop); ++k) {
             const AllelCount& t = tab[k][l];
@@ -321,8 +321,7 @@ void testGlobal(const Run& run, double fst, double gst, double gstStrich, const 
     pGstStrich = all.of[2].pValue(run.DistFehlerwert);
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
         for (std::size_t s = 0; s < 3; ++s) {
-            pLocus(static_cast<int32_t>(s), l) =
-                ofLocus[static_cast<std::size_t>(l)].of[s].pValue(run.DistFehlerwert);
+            pLocus(static_cast<int32_t>(s), l) = ofLocus[l].of[s].pValue(run.DistFehlerwert);
         }
     }
 }

@@ -37,7 +37,7 @@ class PairTerms {
     // as this object. Computed when it is first asked for.
     const Page& page(int32_t copies1, int32_t copies2) {
         const int32_t place = copies1 * kSide + copies2;
-        std::unique_ptr<const Page>& page = Pages[static_cast<std::size_t>(place)];
+        std::unique_ptr<const Page>& page = Pages[place];
         if (!page) {
             page = compute(copies1, copies2);
         }

@@ -31,7 +31,7 @@ void CodedSample::count() {
     std::size_t table = 0;
     for (std::size_t l = 0; l < Data.loci(); ++l) {
         for (std::size_t pop = 0; pop < Data.populations(); ++pop, ++table) {
-            Places.resize(static_cast<std::size_t>(Data.slots(pop)));
+            Places.resize(Data.slots(pop));
             std::iota(Places.begin(), Places.end(), Data.slotPlace(pop));
             Tables[table].clear();
             Tables[table].addSlots(Data.locus(l), Places);

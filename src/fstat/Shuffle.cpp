@@ -169,8 +169,7 @@ GlobalShuffle::GlobalShuffle(const CodedData& data, bool genotypes) : Genotypes(
     for (std::size_t pop = 0; pop < data.populations(); ++pop) {
         Begin.push_back(Begin.back() + data.slots(pop) / (Paired ? 2 : 1));
         // A place that no shuffle reaches stays on the one behind its population's last.
-        Places.resize(static_cast<std::size_t>(Begin.back()),
-                      data.slotPlace(pop) + data.slots(pop));
+        Places.resize(Begin.back(), data.slotPlace(pop) + data.slots(pop));
     }
 }
 
@@ -215,12 +214,12 @@ void GlobalShuffle::dealOddPairs() {
     for (int32_t rest = Total; rest > 2; rest -= 2) {
         const int32_t r = drawIndex(rest);
         const int32_t drawn = 2 * Pool.take(r / 2) + r % 2;
-        const int32_t second = SlotPlace[static_cast<std::size_t>(drawn)] + (r % 2 == 0 ? 1 : 0);
+        const int32_t second = SlotPlace[drawn] + (r % 2 == 0 ? 1 : 0);
         putPair(rest - 1, second - 1, second);
     }
     if (Total > 1) {
         const int32_t slot = 2 * Pool.take(0);
-        const int32_t first = SlotPlace[static_cast<std::size_t>(slot)];
+        const int32_t first = SlotPlace[slot];
         putPair(1, first, first + 1);
     }
 }

@@ -80,8 +80,8 @@ int32_t countLight(std::span<const uint8_t> entries) {
 }
 
 void ShuffleTable::resize(int32_t alleles) {
-    Count.assign(static_cast<std::size_t>(alleles) + 1, 0);
-    Order.assign(static_cast<std::size_t>(alleles) + 1, 0);
+    Count.assign(alleles + 1, 0);
+    Order.assign(alleles + 1, 0);
     Found = 0;
     clear();
 }

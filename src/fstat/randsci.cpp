@@ -37,7 +37,7 @@ void fillTable() {
     for (int32_t j = kTableSize + kWarmUp - 1; j >= 0; --j) {
         lehmerStep();
         if (j < kTableSize) {
-            iv[static_cast<std::size_t>(j)] = static_cast<uint32_t>(idom);
+            iv[j] = static_cast<uint32_t>(idom);
         }
     }
     iy = static_cast<int32_t>(iv[0]);

@@ -23,7 +23,7 @@ double CFactorial::calc(int n) {
     if (static_cast<int>(Tabelle.size()) <= n) {
         calcValue(n);
     }
-    return Tabelle[static_cast<std::size_t>(n)];
+    return Tabelle[n];
 }
 
 void CFactorial::calcValue(int n) {
@@ -41,7 +41,7 @@ void CFactorial::calcValue(int n) {
 
 void CFactorial::setupTable(int n) {
     const bool wasEmpty = Tabelle.empty();
-    Tabelle.resize(static_cast<std::size_t>(n) + 1, 0.0);
+    Tabelle.resize(n + 1, 0.0);
     if (wasEmpty) {
         std::fill_n(Tabelle.begin(), std::min(n + 1, 2), 1.0);
     }

@@ -125,7 +125,7 @@ int countAlleles(Run& run) {
         freq = run.OpenResult("Allelefrequencies.xls", "wb");
         run.Daten->LociNamen(freq, run.DatenFormat - 1);
     }
-    run.PopAllele.reserve(static_cast<std::size_t>(run.Daten->GetPopAnzahl()) + 1);
+    run.PopAllele.reserve(run.Daten->GetPopAnzahl() + 1);
     run.PopAllele.push_back(run.Daten->AllelCountLT(zahl, freq));
     for (int pop = 1; pop <= run.Daten->GetPopAnzahl(); ++pop) {
         run.PopAllele.push_back(run.Daten->AllelCountPop(zahl, freq, pop));
@@ -140,7 +140,7 @@ int countAlleles(Run& run) {
 
 bool tablesReady(Run& run) {
     if (run.PopAllele.empty()) {
-        (void)countAlleles(run); // tells of a folder that cannot be entered
+        countAlleles(run); // tells of a folder that cannot be entered
     }
     return !run.PopAllele.empty();
 }
@@ -156,12 +156,12 @@ void countIndividualAlleles(Run& run) {
         slots += run.Daten->GetAnzDatenChromosome(pop);
     }
     run.AnzInd = slots / 2; // of the sum: odd rows of two populations make one more than there are
-    run.IndAllele.reserve(static_cast<std::size_t>(run.AnzInd));
+    run.IndAllele.reserve(run.AnzInd);
     run.Daten->ForEachTier([&run](int pop, int tier) {
         run.IndAllele.push_back(run.Daten->AllelCountInd(pop, tier));
         AUSGABE(Message::CountMark, "#");
     });
-    run.IndAllele.resize(static_cast<std::size_t>(run.AnzInd), LocusTables(run.Daten->Loci.size()));
+    run.IndAllele.resize(run.AnzInd, LocusTables(run.Daten->Loci.size()));
     run.LogEntry("Count Allels per Individual ...");
 }
 

@@ -27,7 +27,7 @@ Gaps findGaps(const AllelCount& table, int repeat) {
     Gaps gaps;
     int32_t previous = table.MinAllel;
     for (int32_t i = 1; i < table.AnzAllele; ++i) {
-        const int32_t number = table.Allele[static_cast<std::size_t>(i)].Nummer;
+        const int32_t number = table.Allele[i].Nummer;
         const int32_t gap = number - previous;
         if (repeat > 0 && gap % repeat != 0) {
             gaps.incompatible = gap;
@@ -81,7 +81,7 @@ void writeReport(Run& run) {
     writeHead(report, run);
     const LocusTables& pool = run.PopAllele[0];
     for (int l = 1; l <= run.Daten->AnzLoci; ++l) {
-        const AllelCount& table = pool[static_cast<std::size_t>(l - 1)];
+        const AllelCount& table = pool[l - 1];
         AUSGABE(Message::CountMark, "*");
         report.character('\n');
         report.text(locusLabel(*run.Daten, l));

@@ -32,7 +32,7 @@ struct Members {
 // Visits the tables of a group's populations in order.
 template <class Visit> void forEachTable(const Members& of, Visit visit) {
     for (const int32_t pop : of.populations) {
-        visit(of.tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(of.locus - 1)]);
+        visit(of.tab[pop][of.locus - 1]);
     }
 }
 

@@ -98,7 +98,7 @@ class LocusGroups {
 
     // The populations of group `g` at locus `l`, from 1.
     std::span<const int32_t> populations(int l, int g) const {
-        return Indices[OfLocus[static_cast<std::size_t>(l - 1)]].populations(g);
+        return Indices[OfLocus[l - 1]].populations(g);
     }
 
     // Whether a group comes up, as locus 1 has it.

@@ -58,11 +58,11 @@ void Thinning::addPopulation(const Datensatz& daten, int pop, int locus, Coverag
     for (int tier = 0; tier < individuals(daten, pop, coverage); ++tier) {
         int allel1 = -1;
         int allel2 = -1;
-        (void)daten.GetTierDaten(locus, pop, tier, allel1, allel2); // a bad locus stays missing
+        daten.GetTierDaten(locus, pop, tier, allel1, allel2); // a bad locus stays missing
         if (allel1 >= 0 && allel2 >= 0) {
             Pairs.push_back({rowOf(allel1), rowOf(allel2)});
         } else if (allel1 >= 0 || allel2 >= 0) {
-            ++Alone[static_cast<std::size_t>(rowOf(std::max(allel1, allel2)))];
+            ++Alone[rowOf(std::max(allel1, allel2))];
             ++AloneCount;
         }
     }
@@ -74,7 +74,7 @@ void Thinning::run() {
     Kept = Alone;
     for (std::size_t i = 0; i < Pairs.size(); ++i) {
         const int32_t row = Draws[i] <= 0.5F ? Pairs[i].row1 : Pairs[i].row2;
-        ++Kept[static_cast<std::size_t>(row)];
+        ++Kept[row];
     }
     Table.RDGroesse += AloneCount + static_cast<int32_t>(Pairs.size());
     for (std::size_t row = 0; row < Table.RDAktuell.size(); ++row) {
@@ -86,7 +86,7 @@ void Thinning::run() {
 // individuals are thinned, the diploid ones of a mixed sample too.
 AllelCount& replicated(const Datensatz& daten, SampleTables& tab, int pop, int locus, int replikate,
                        Coverage coverage) {
-    AllelCount& table = tab[static_cast<std::size_t>(pop)][static_cast<std::size_t>(locus - 1)];
+    AllelCount& table = tab[pop][locus - 1];
     if (table.RDDurchlauf != 0 || !table.isHaploid()) {
         return table;
     }

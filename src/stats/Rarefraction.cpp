@@ -40,7 +40,7 @@ class Windows {
     explicit Windows(const Draw& draw) : N(draw.N), K(draw.k), Known(cells(draw), kUnknown) {}
 
     long double without(int s) {
-        long double& product = Known[static_cast<std::size_t>(s)];
+        long double& product = Known[s];
         if (product == kUnknown) {
             product = CFactorial::Range(N - s - K + 1, N - s);
         }

@@ -84,8 +84,7 @@ constexpr std::array<CellRule<V>, 22> kColumns = {{
 // The values of population p at locus l. The random-discard values of a table whose replicates
 // have not run yet are the plain ones: only the number of alleles, read last, starts them.
 SummaryValues summaryValues(Run& run, int p, int l) {
-    const AllelCount& T =
-        run.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+    const AllelCount& T = run.PopAllele[p][l - 1];
     SummaryValues v = {};
     v.hetObs = T.CalcHetobs();
     v.het = T.CalcHet();
@@ -100,7 +99,7 @@ SummaryValues summaryValues(Run& run, int p, int l) {
     v.n = effectiveCopies(T);
     v.allelesRD = run.Daten->CalcRDAllele(run.PopAllele, p, l, kRDReplicates);
     v.alleles = T.AnzAllele;
-    (void)CalcNumberAllelesExp(v.smm, v.iam, v.n, v.hetRD); // -1.0 in both is the refusal
+    CalcNumberAllelesExp(v.smm, v.iam, v.n, v.hetRD); // -1.0 in both is the refusal
     v.hasFis = !T.isHaploid() && T.AnzAllele > 1;
     v.hsk = T.CalcHsk(1);
     v.r = run.Daten->GetLociRepeatMuster(l);
@@ -115,8 +114,7 @@ void writeLine(ResultFile& sheet, Run& run, int p, int l) {
     for (const CellRule<SummaryValues>& column : kColumns) {
         writeCell(sheet, column, values);
     }
-    const AllelCount& T =
-        run.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
+    const AllelCount& T = run.PopAllele[p][l - 1];
     for (int i = 0; i < T.AnzAllele; ++i) {
         writeReal(sheet, T.GetFrequenz(i));
     }

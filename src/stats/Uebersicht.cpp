@@ -165,10 +165,8 @@ class Overview {
     void writeNumbers();
 
   private:
-    AllelCount& table(int p, int l) {
-        return Source.PopAllele[static_cast<std::size_t>(p)][static_cast<std::size_t>(l - 1)];
-    }
-    int32_t& richnessMin(int l) { return RichnessMin[static_cast<std::size_t>(l - 1)]; }
+    AllelCount& table(int p, int l) { return Source.PopAllele[p][l - 1]; }
+    int32_t& richnessMin(int l) { return RichnessMin[l - 1]; }
 
     HetValues hetValues(int p, int l);
     VarValues varValues(int p, int l);
@@ -196,7 +194,7 @@ class Overview {
 Overview::Overview(Run& run)
     : Source(run), AnzPop(run.Daten->GetPopAnzahl()), AnzLoci(run.Daten->AnzLoci) {
     if (Source.RichnessRef < 0) {
-        RichnessMin.assign(static_cast<std::size_t>(AnzLoci), kRichnessMinStart);
+        RichnessMin.assign(AnzLoci, kRichnessMinStart);
     }
     RichnessVar.Resize(AnzPop + 1, AnzLoci < 1 ? AnzPop + 1 : AnzLoci);
     RichnessVar.Fill(-1.0);
@@ -300,7 +298,7 @@ NumberValues Overview::numberValues(int p, int l) {
                       Source.Daten->CalcRDAllele(Source.PopAllele, p, l, kRDReplicates),
                       effectiveCopies(T), -1.0, -1.0};
     double H = Source.Daten->CalcRDHet(Source.PopAllele, p, l, kRDReplicates);
-    (void)CalcNumberAllelesExp(v.smm, v.iam, v.n, H); // -1.0 in both is the refusal
+    CalcNumberAllelesExp(v.smm, v.iam, v.n, H); // -1.0 in both is the refusal
     return v;
 }
 

@@ -158,8 +158,8 @@ std::string Datensatz::MakeGenePopLine(int pop, int ind, int ersterLocus, int le
                sheetLabel(name, first->isHaploid(pop, slot) == 1, first->GetGroupNummer(pop, slot)),
                structureLabel(name, ind));
     for (int l = begin; l < end; ++l) {
-        const LociObj& locus = Loci[static_cast<std::size_t>(l)];
-        const AllelCount& table = pool[static_cast<std::size_t>(l)];
+        const LociObj& locus = Loci[l];
+        const AllelCount& table = pool[l];
         const Allel a1 = find(locus.GetDataChromosom(pop, slot), table);
         const Allel a2 = find(locus.GetDataChromosom(pop, slot + 1), table);
         const std::size_t field = labelEnd + kFieldStep * static_cast<std::size_t>(l - begin);

@@ -48,14 +48,14 @@ struct PairMix {
     // The entries of a population as the sheet gives them.
     void addTest(std::size_t l, long pop, long size, std::size_t sample) const {
         for (long c = 0; c < size; ++c) {
-            const long slot = sheet[l][static_cast<std::size_t>(pop)][static_cast<std::size_t>(c)];
+            const long slot = sheet[l][pop][c];
             addSlot(daten.Loci[l], pop, slot, mix[kTestPool][l], mix[sample][l]);
         }
     }
 };
 
 bool hasData(const SampleTables& quelle, long pop, std::size_t locus) {
-    return quelle[static_cast<std::size_t>(pop) + 1][locus].AnzGesamt > 0;
+    return quelle[pop + 1][locus].AnzGesamt > 0;
 }
 
 // Both forms of the pair mix: `tables` of 6 also counts the test tables.

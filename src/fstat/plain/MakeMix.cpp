@@ -20,8 +20,8 @@ struct Sample {
 
     void put(long slot, long pop) {
         if (next < size) { // a pair can reach one place beyond an odd sample
-            map[0][static_cast<std::size_t>(next)] = static_cast<int32_t>(slot);
-            map[1][static_cast<std::size_t>(next)] = static_cast<int32_t>(pop);
+            map[0][next] = static_cast<int32_t>(slot);
+            map[1][next] = static_cast<int32_t>(pop);
         }
         ++next;
     }
@@ -36,8 +36,8 @@ void clearMap(SampleMap& map, long size, long pop) {
 // The tail of a jackknifed population stays at home.
 void keepTail(SampleMap& map, long dealt, long size, long pop) {
     for (long c = dealt; c < size; ++c) {
-        map[0][static_cast<std::size_t>(c)] = static_cast<int32_t>(c);
-        map[1][static_cast<std::size_t>(c)] = static_cast<int32_t>(pop);
+        map[0][c] = static_cast<int32_t>(c);
+        map[1][c] = static_cast<int32_t>(pop);
     }
 }
 
@@ -77,8 +77,8 @@ struct GlobalPlaces {
         if (toPop < 0 || place < 0) { // a pair can reach over the edge of an odd population
             return;
         }
-        slot[static_cast<std::size_t>(toPop)][static_cast<std::size_t>(place)] = fromSlot;
-        pop[static_cast<std::size_t>(toPop)][static_cast<std::size_t>(place)] = fromPop;
+        slot[toPop][place] = fromSlot;
+        pop[toPop][place] = fromPop;
     }
 };
 
@@ -89,7 +89,7 @@ int MakeMix2(int permutation, int genotypes, int /*linked*/, int jackknife, long
     const long dealtA = jackknife == 1 ? jackknifedSlots(nA) : nA;
     const long dealtB = jackknife == 1 ? jackknifedSlots(nB) : nB;
     const long all = dealtA + dealtB;
-    buffer.resize(static_cast<std::size_t>(std::max(all, long{0})));
+    buffer.resize(std::max(all, long{0}));
     std::iota(buffer.begin(), buffer.end(), 0);
     clearMap(map1, dealtA, pop1);
     clearMap(map2, dealtB, pop2);
@@ -137,9 +137,9 @@ int MakeMix(int permutation, int genotypes, int /*linked*/, long nA, long nB, lo
 int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
                   std::vector<std::vector<int32_t>>& mapPop, std::span<const int32_t> groessen,
                   int gesamt, std::vector<int32_t>& buffer, int genotypes) {
-    const std::span<const int32_t> sizes = groessen.first(static_cast<std::size_t>(nPop));
+    const std::span<const int32_t> sizes = groessen.first(nPop);
     GlobalPlaces places{mapSlot, mapPop};
-    buffer.resize(static_cast<std::size_t>(gesamt));
+    buffer.resize(gesamt);
     std::iota(buffer.begin(), buffer.end(), 0);
     if (gesamt == 0) {
         return 0;
@@ -152,8 +152,8 @@ int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
     int32_t to = 0;
     while (rest > step) {
         int32_t r = drawIndex(rest); // below 2^24 slots the rounding never reaches `rest`
-        (void)ConvertNum(sizes, buffer[static_cast<std::size_t>(r)], fromPop, from);
-        (void)ConvertNum(sizes, rest - 1, toPop, to);
+        ConvertNum(sizes, buffer[r], fromPop, from);
+        ConvertNum(sizes, rest - 1, toPop, to);
         if (step == 1) {
             places.put(toPop, to, fromPop, from);
         } else {
@@ -168,8 +168,8 @@ int MakeMixGlobal(int nPop, std::vector<std::vector<int32_t>>& mapSlot,
             std::copy(buffer.begin() + r + step, buffer.begin() + rest + step, buffer.begin() + r);
         }
     }
-    (void)ConvertNum(sizes, buffer[0], fromPop, from);
-    (void)ConvertNum(sizes, 1, toPop, to); // wanted: flat place 1 whatever the step
+    ConvertNum(sizes, buffer[0], fromPop, from);
+    ConvertNum(sizes, 1, toPop, to); // wanted: flat place 1 whatever the step
     if (step == 2) {
         places.put(toPop, to, fromPop, from + 1);
         --to;
