@@ -34,8 +34,7 @@ class Quiet {
 // The bytes as a file to read; null for none.
 using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 inline Stream streamOf(const uint8_t* data, std::size_t size) {
-    std::FILE* const file =
-        size == 0 ? nullptr : fmemopen(const_cast<uint8_t*>(data), size, "rb");
+    std::FILE* const file = size == 0 ? nullptr : fmemopen(const_cast<uint8_t*>(data), size, "rb");
     return {file, &std::fclose};
 }
 

@@ -1,8 +1,9 @@
-// The IM information file: the bytes are read into a small data set of one or two columns per locus.
+// The IM information file: the bytes are read into a small data set of one or two columns per
+// locus.
 #include "harness.h"
 
-#include "formats/passes.h"
 #include "data/lociclass.h"
+#include "formats/passes.h"
 #include "run/run.h"
 
 #include <cstring>

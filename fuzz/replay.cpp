@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
     }
     int files = 0;
     // By absolute path: a harness may change the folder.
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::absolute(argv[1]))) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::absolute(argv[1]))) {
         std::ifstream file(entry.path(), std::ios::binary);
         const std::string bytes{std::istreambuf_iterator<char>(file), {}};
         std::cerr << entry.path().filename().string() << std::endl;

@@ -10,7 +10,8 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh build test lint
 cmake --preset test >/dev/null
 
-files=$(git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp')
+files=$(git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp' \
+    'fuzz/*.h' 'fuzz/*.cpp')
 case ${1-} in
 --changed)
     changed=$(git diff --name-only HEAD -- src)
@@ -29,5 +30,5 @@ clang-format-14 --dry-run --Werror $files
 [ -z "$sources" ] || printf '%s\n' $sources |
     xargs -P 2 -n 4 clang-tidy-14 --quiet -p build/test \
         --extra-arg=-Wno-ignored-optimization-argument \
-        --extra-arg=-Wno-unknown-warning-option # flags of g++ alone
+        --extra-arg=-Wno-unknown-warning-option --extra-arg=-Wno-sign-conversion # flags of g++ alone
 echo "lint: clean"

@@ -55,10 +55,8 @@ std::string_view takeCell(std::string_view& rest) {
 // --- DataWindow ------------------------------------------------------------
 
 DataWindow::DataWindow(std::FILE* stream)
-    : Stream(stream), Buffer(new (std::nothrow) char[kBufferSize]) {
-    std::clearerr(Stream);
-    Size = fileSize();
-    Ended = !Buffer || Size <= 0;
+    : Stream(stream), Buffer(new (std::nothrow) char[kBufferSize]), Size(fileSize()),
+      Ended(!Buffer || Size <= 0) {
     if (!Ended) {
         ContentEnd = findContentEnd(Size);
     }
@@ -70,6 +68,7 @@ DataWindow::DataWindow(std::FILE* stream)
 
 // 0 for a stream that cannot be sought: there is nothing to read then.
 int64_t DataWindow::fileSize() {
+    std::clearerr(Stream);
     if (fseeko(Stream, 0, SEEK_END) == 0) {
         return ftello(Stream);
     }

@@ -76,12 +76,12 @@ class DataWindow {
 
     std::FILE* Stream;              // NOT OWNED
     std::unique_ptr<char[]> Buffer; // null if there was no memory
-    int64_t Size = 0;               // see size()
     int Failure = 0;                // see failure()
+    int64_t Size;                   // see size()
     int64_t Start = 0;              // offset in the file of the buffer's first byte
     int64_t Held = 0;               // bytes in the buffer
     int64_t ContentEnd = 0;         // see contentEnd(); 0 if there is nothing to read
-    bool Ended = false;             // nothing is left to read behind the buffer
+    bool Ended;                     // nothing is left to read behind the buffer
 };
 
 // A row inside its block, valid as long as the block. Offsets count the file's bytes, from 0.

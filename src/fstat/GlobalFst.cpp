@@ -295,6 +295,7 @@ void testGlobal(const Run& run, double fst, double gst, double gstStrich, const 
     HitSet all;
     const TestedValues observed = {fst, gst, gstStrich};
     std::vector<TestedValues> observedLoci;
+    observedLoci.reserve(run.AnzLoci);
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
         observedLoci.push_back(testedValues(locus, l));
     }

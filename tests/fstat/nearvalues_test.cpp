@@ -131,7 +131,7 @@ TEST(NearGlobalSums, WithoutLociThereIsNothing) {
 }
 
 TEST(NearGlobalSums, SquaresAreThoseOfTheCountsGivenAlone) {
-    const std::array<int32_t, 8> counts = {9, 1, 2, 3, 4, 5, 9, 9}; // 1 + 4 + 9 + 16 + 25
+    const std::array<int32_t, 9> counts = {9, 1, 2, 3, 4, 5, 9, 9, 9}; // 1 + 4 + 9 + 16 + 25
     EXPECT_EQ(sumOfSquares(counts.data(), 1, 1), 0);
     EXPECT_EQ(sumOfSquares(counts.data(), 1, 3), 5);
     EXPECT_EQ(sumOfSquares(counts.data(), 1, 5), 30);
