@@ -929,6 +929,26 @@ TEST(GetDataFile, FileThatGrewMeanwhileFillsNoMoreThanItsRoom) {
     EXPECT_EQ(obj.Daten->GetAnzDatenChromosome(1), 3); // 1 + 2 slots
 }
 
+TEST(GetDataFile, AFileThatChangedMeanwhileIsTold) {
+    const std::string row = "A\td\t0\t1\n";
+    for (const std::string& now : {oneColumn(row + row + row), oneColumn(row)}) {
+        AnalyseDataObj obj;
+        obj.DateiName = "data.txt";
+        const Stream before = fileOf(oneColumn(row + row));
+        StdoutCapture console;
+        obj.CheckDataFile(before.get());
+        obj.GetDataFile(fileOf(now).get());
+        EXPECT_NE(
+            console.text().find("\nCannot read data file data.txt: it changed while it was read\n"),
+            std::string::npos);
+    }
+}
+
+TEST(GetDataFile, AFileThatStayedIsReadWithoutAWord) {
+    const Reading reading(oneColumn("A\td\t0\t1\nA\td\t0\t2\n"));
+    EXPECT_EQ((reading.told + reading.marks).find("Cannot read"), std::string::npos);
+}
+
 TEST(GetDataFile, OtherThanThreeHeadColumnsIsMinusThree) {
     AnalyseDataObj obj;
     const Stream stream = fileOf(tabbed(kTwoPops));

@@ -114,6 +114,15 @@ TEST_P(PassFolderRows, AFileInItsPlaceIsToldAsNotMade) {
     EXPECT_EQ(console.text(), GetParam().CannotCreate);
 }
 
+TEST_P(PassFolderRows, TheLogTellsWhyAFolderCannotBeEntered) {
+    writeFile(GetParam().Name, "");
+    run.LogDatei = run.OpenResult("KVA.log", "wb");
+    const StdoutCapture swallowed;
+    const PassFolder pass(run, GetParam().Rule);
+    EXPECT_EQ(kva_test::readFile("KVA.log"),
+              std::string("Cannot enter folder ") + GetParam().Name + ": Not a directory\n");
+}
+
 TEST_P(PassFolderRows, ANewFolderThatMayNotBeEnteredIsTold) {
     fs::permissions(folder.path(), fs::perms::all);
     EXPECT_EXIT(_exit(statusWithoutRights(run, GetParam().Rule, GetParam().CannotEnter)),
