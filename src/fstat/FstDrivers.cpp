@@ -83,9 +83,6 @@ int fStatistics(Run& run, long permutationen) {
     if (run.FstMask == 0) {
         return 2;
     }
-    if (!run.Daten) {
-        return -4;
-    }
     run.Permutationen = static_cast<int32_t>(permutationen);
     constexpr PassFrame kFrame{.Folder = &Folder::FStatistic, .NeedsTables = false};
     return runInFrame(run, kFrame, [&run] {

@@ -127,10 +127,7 @@ long heterozygosityRange(Run& run) {
                                .Begin = Message::HetRangeBegin,
                                .End = Message::HetRangeEnd,
                                .LogText = "Calculate heterosygosity range as a sampling artefact"};
-    return runInFrame(run, kFrame, [&run] {
-        writeHeterozygosityRanges(run);
-        return 0;
-    });
+    return runInFrame(run, kFrame, writeHeterozygosityRanges);
 }
 
 void writeHeterozygosityRanges(Run& run) {
