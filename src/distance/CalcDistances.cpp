@@ -22,7 +22,8 @@ constexpr DistanceKind kPopulations{"Proportion of shared allels & others",
                                     "?",
                                     true,
                                     false,
-                                    kPopulationRules};
+                                    kPopulationRules,
+                                    UnitKind::PopulationBootstrap};
 
 constexpr DistanceKind kIndividuals{"Distances per individuals",
                                     "Calculate Individual Distances...",
@@ -31,7 +32,8 @@ constexpr DistanceKind kIndividuals{"Distances per individuals",
                                     "!",
                                     false,
                                     true,
-                                    kIndividualRules};
+                                    kIndividualRules,
+                                    UnitKind::IndividualBootstrap};
 
 // The repeat lengths of all loci, 1 where there is none; 1 everywhere for individuals.
 std::vector<double> repeatLengths(const Run& run, bool asGiven) {

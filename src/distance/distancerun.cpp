@@ -1,18 +1,20 @@
 #include "distance/distancerun.h"
 
 #include "control/Ausgabe.h"
-#include "fstat/randsci.h"
 #include "run/run.h"
+#include "run/spread.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace kva {
 
 namespace {
 
-constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;     // of what loci add, from row to row
-constexpr std::size_t kMirrorBytes = std::size_t{160} << 20U; // of matrices written side by side
+constexpr std::size_t kWriterBytes = std::size_t{288} << 20U; // what all writers hold
+constexpr std::size_t kTextBytes = std::size_t{1} << 30U;     // of replicates that wait
+constexpr std::size_t kCellBytes = 9;
 
 CellRules cellRules(const Run& run) {
     return {hasBit(run.GeneralMask, GeneralBit::MinusLog), run.DistUnendlich, run.DistFehlerwert};
@@ -23,22 +25,18 @@ CellRules cellRules(const Run& run) {
 DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
                          std::vector<std::string> labels)
     : Source(run), Kind(kind), Prepared(std::move(samples)), Labels(std::move(labels)),
-      Rules(cellRules(run)), Measures(selectedMeasures(run.PopDistMask)),
-      Sums(Prepared, quantitiesOf(Measures),
-           {static_cast<std::size_t>(std::max(run.Bootstraps, 1)), kKeptBytes}) {
-    const std::size_t room = kMirrorBytes / (MatrixWriter::bytes(Labels.size()) + 1);
-    const std::size_t sideBySide = std::min(std::max<std::size_t>(room, 1), Measures.size());
-    for (std::size_t m = 0; m < sideBySide; ++m) {
-        Matrices.emplace_back(Labels, Rules,
-                              nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain);
-    }
-    if (perLocus()) {
-        Sheets = LocusSheets(*Source.Daten, Source.DatenFormat, Rules, bootstrapping());
-    }
-}
+      Rules(cellRules(run)), Measures(selectedMeasures(run.PopDistMask)) {}
 
 bool DistanceRun::bootstrapping() const {
     return Source.Bootstraps > 1;
+}
+
+bool DistanceRun::inUnits() const {
+    if (Source.Spreading == nullptr || !bootstrapping()) {
+        return false;
+    }
+    const std::size_t waiting = 2 * std::size_t{Source.Spreading->threads()};
+    return waiting * Measures.size() * Labels.size() * Labels.size() * kCellBytes <= kTextBytes;
 }
 
 bool DistanceRun::nexus() const {
@@ -49,8 +47,28 @@ bool DistanceRun::perLocus() const {
     return Kind.SheetEnd != nullptr && hasBit(Source.PopDistMask, DistBit::PerLocus);
 }
 
-ResultFile DistanceRun::openMatrix(const Measure& measure, const char* mode) {
+ResultFile DistanceRun::openMatrix(const Measure& measure, const char* mode) const {
     return Source.OpenResult(std::string(measure.Stem) + Kind.MatrixEnd, mode);
+}
+
+ReplicateShape DistanceRun::shape() const {
+    return {Prepared,
+            Labels,
+            Rules,
+            Measures,
+            nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain,
+            static_cast<std::size_t>(std::max(Source.Bootstraps, 1))};
+}
+
+LocusSheets DistanceRun::locusSheets(std::vector<ResultFile> files) const {
+    if (!perLocus()) {
+        return {};
+    }
+    LocusSheets sheets(*Source.Daten, Source.DatenFormat, Rules, bootstrapping());
+    for (std::size_t m = 0; m < Measures.size(); ++m) {
+        sheets.add(std::move(files[m]), Measures[m]);
+    }
+    return sheets;
 }
 
 long DistanceRun::run() {
@@ -59,19 +77,20 @@ long DistanceRun::run() {
     if (Measures.empty()) {
         return -3;
     }
-    for (int32_t replicate = 0; replicate < Source.Bootstraps; ++replicate) {
-        writeReplicate();
+    if (inUnits()) {
+        writeInUnits();
+    } else {
+        writeInOrder();
     }
     AUSGABE(Message::ReplicateEnd);
-    Sheets.close();
     return 0;
 }
 
 void DistanceRun::createFiles() {
     for (const Measure& measure : Measures) {
         if (perLocus()) {
-            Sheets.add(Source.OpenResult(std::string(measure.Stem) + Kind.SheetEnd, "wb+"),
-                       measure);
+            SheetFiles.push_back(
+                Source.OpenResult(std::string(measure.Stem) + Kind.SheetEnd, "wb+"));
         }
         ResultFile matrix = openMatrix(measure, "wb+");
         if (nexus()) {
@@ -80,62 +99,108 @@ void DistanceRun::createFiles() {
     }
 }
 
-void DistanceRun::writeReplicate() {
-    Sheets.writeHead();
-    const std::vector<std::size_t> loci = drawLoci();
-    for (const std::size_t locus : loci) {
-        Sheets.writeRow(locus, Sums);
+void DistanceRun::writeInOrder() {
+    ReplicateWriter writer(shape(), kWriterBytes, locusSheets(std::move(SheetFiles)),
+                           [this](const Measure& measure) { return openMatrix(measure, "rb+"); });
+    for (int32_t replicate = 0; replicate < Source.Bootstraps; ++replicate) {
+        startReplicate(static_cast<std::size_t>(replicate));
+        writer.write(drawLoci(true));
+        AUSGABE(Message::ReplicateEnd);
     }
-    std::span<const Measure> left = Measures;
-    while (!left.empty()) {
-        const auto some = left.first(std::min(left.size(), Matrices.size()));
-        writeMatrices(some, loci);
-        left = left.subspan(some.size());
-    }
-    AUSGABE(Message::ReplicateEnd);
+    writer.close();
 }
 
-void DistanceRun::writeMatrices(std::span<const Measure> measures,
-                                std::span<const std::size_t> loci) {
-    std::vector<Measure> open;
-    for (const Measure& measure : measures) {
-        ResultFile file = openMatrix(measure, "rb+");
-        if (!file.isOpen()) {
-            AUSGABE(Message::DistanceLost);
-            continue;
-        }
-        Matrices[open.size()].begin(std::move(file), measure);
-        open.push_back(measure);
-    }
-    const auto writers = std::span(Matrices).first(open.size());
-    const QuantitySet asked = quantitiesOf(open);
-    for (std::size_t i = 0; i < Labels.size() && !writers.empty(); ++i) {
-        const RowSums& sums = Sums.sum(i, loci, asked);
-        for (MatrixWriter& writer : writers) {
-            writer.writeRow(i, sums);
-        }
-    }
-    for (MatrixWriter& writer : writers) {
-        writer.end();
-    }
-}
-
-// The loci of a replicate (from 0), with their marks on the console. They are drawn before
-// anything is summed, since the sums of one pair after the other run over all of them.
-std::vector<std::size_t> DistanceRun::drawLoci() {
+// The loci of a replicate, with their marks on the console. They are drawn before anything is
+// summed, since the sums of one pair after the other run over all of them.
+std::vector<std::size_t> DistanceRun::drawLoci(bool marks) const {
     const auto available = static_cast<int32_t>(Prepared.Loci.size());
     const bool chosen = Source.BootLoci > 0 && bootstrapping() && available > 0;
     const int32_t passes = chosen ? Source.BootLoci : available;
     std::vector<std::size_t> loci;
     for (int32_t pass = 0; pass < passes; ++pass) {
-        if (bootstrapping() && Kind.PassNumber) {
+        if (marks && bootstrapping() && Kind.PassNumber) {
             AUSGABE(Message::DistanceMark, pass);
             AUSGABE(Message::DistanceMark, " ");
         }
         loci.push_back(static_cast<std::size_t>(bootstrapping() ? drawIndex(available) : pass));
-        AUSGABE(Message::DistanceMark, Kind.PassMark);
+        if (marks) {
+            AUSGABE(Message::DistanceMark, Kind.PassMark);
+        }
     }
     return loci;
+}
+
+// --- Each replicate on a stream of its own -------------------------------------------------
+
+void DistanceRun::startReplicate(std::size_t replicate) const {
+    if (Source.Spreading != nullptr) {
+        startUnit(Source.Spreading->seed(), {Kind.Replicate, static_cast<uint32_t>(replicate)});
+    }
+}
+
+// A writer with the texts that it writes into, which stay where they are.
+struct DistanceRun::TextWriter {
+    explicit TextWriter(const DistanceRun& run)
+        : Matrices(run.Measures.size()), Sheets(run.SheetFiles.size()),
+          Writer(run.shape(), kWriterBytes, run.locusSheets(filesInto(Sheets)),
+                 [this, &run](const Measure& measure) {
+                     const auto at = std::ranges::find(run.Measures, measure.Stem, &Measure::Stem);
+                     return ResultFile::toText(Matrices[at - run.Measures.begin()]);
+                 }) {}
+
+    static std::vector<ResultFile> filesInto(std::vector<std::string>& texts) {
+        std::vector<ResultFile> files;
+        for (std::string& text : texts) {
+            files.push_back(ResultFile::toText(text));
+        }
+        return files;
+    }
+
+    // Moves the texts out.
+    static std::vector<std::string> taken(std::vector<std::string>& texts) {
+        std::vector<std::string> all;
+        for (std::string& text : texts) {
+            all.push_back(std::exchange(text, {}));
+        }
+        return all;
+    }
+
+    // The texts of a replicate of some loci.
+    Texts write(std::span<const std::size_t> loci) {
+        Writer.write(loci);
+        Writer.flush();
+        return {taken(Matrices), taken(Sheets)};
+    }
+
+    std::vector<std::string> Matrices; // as in Texts
+    std::vector<std::string> Sheets;
+    ReplicateWriter Writer;
+};
+
+void DistanceRun::writeInUnits() {
+    const Spread& spread = *Source.Spreading;
+    const auto replicates = static_cast<std::size_t>(Source.Bootstraps);
+    spread.inOrder(replicates, spread.threads(), [this]() -> Spread::Work {
+        return [this, writer = std::make_shared<TextWriter>(*this)](
+                   std::size_t replicate) -> Spread::Take {
+            startReplicate(replicate);
+            return [this, texts = writer->write(drawLoci(false))] { append(texts); };
+        };
+    });
+    SheetFiles.clear();
+}
+
+void DistanceRun::append(const Texts& texts) {
+    for (std::size_t m = 0; m < Measures.size(); ++m) {
+        ResultFile matrix = openMatrix(Measures[m], "rb+");
+        if (!matrix.isOpen()) {
+            AUSGABE(Message::DistanceLost);
+        }
+        matrix.text(texts.Matrices[m]);
+    }
+    for (std::size_t m = 0; m < SheetFiles.size(); ++m) {
+        SheetFiles[m].text(texts.Sheets[m]);
+    }
 }
 
 } // namespace kva

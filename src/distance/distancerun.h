@@ -3,14 +3,12 @@
 #ifndef KVA_DISTANCE_DISTANCERUN_H
 #define KVA_DISTANCE_DISTANCERUN_H
 
-#include "distance/distancefile.h"
-#include "distance/locussheets.h"
 #include "distance/measures.h"
-#include "distance/rowsummer.h"
+#include "distance/replicatewriter.h"
 #include "distance/samples.h"
+#include "fstat/randsci.h"
 
 #include <cstddef>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -28,6 +26,7 @@ struct DistanceKind {
     bool PassNumber;          // with a bootstrap, the number of the pass stands before the mark
     bool Nexus;               // whether there can be NEXUS files
     SampleRules Rules;        // what is taken from the allele tables
+    UnitKind Replicate;       // where each replicate has a stream of its own
 };
 
 // All files of one call of an engine: the matrices of all selected measures and, where they are
@@ -44,35 +43,49 @@ class DistanceRun {
 
     // Creates the files in the current folder and writes all replicates, as many as
     // Run::Bootstraps. Seeds the random stream from the clock, always; with more than one
-    // replicate draws a locus for each place of each. A file that cannot be opened is left out.
-    // 0; -3 if no measure is selected.
+    // replicate draws a locus for each place of each, with Run::Spreading on a stream of its own. A
+    // file that cannot be opened is left out. 0; -3 if no measure is selected.
     long run();
 
   private:
+    // The text of a replicate, a piece for each file.
+    struct Texts {
+        std::vector<std::string> Matrices; // by measure
+        std::vector<std::string> Sheets;   // the same; none without perLocus()
+    };
+
+    struct TextWriter;
+
     // Creates the matrix files, empty or with the NEXUS head, and opens the sheets.
     void createFiles();
-    // Writes one replicate: a block of the sheets, a matrix of each measure.
-    void writeReplicate();
-    // Writes the matrices of some measures side by side, not more of them than writers.
-    void writeMatrices(std::span<const Measure> measures, std::span<const std::size_t> loci);
+    // Writes the replicates one after the other, right into the files.
+    void writeInOrder();
+    // Writes them on several threads, each replicate into texts first.
+    void writeInUnits();
+    // Appends a replicate to the files.
+    void append(const Texts& texts);
     // The loci of a replicate, from 0: drawn with replacement, BootLoci of them if that is above 0,
-    // else as many as there are; without a bootstrap all loci in order.
-    std::vector<std::size_t> drawLoci();
+    // else as many as there are; without a bootstrap all loci in order. marks: they are told on the
+    // console.
+    std::vector<std::size_t> drawLoci(bool marks) const;
+    // The stream of a replicate, from 0, with Run::Spreading.
+    void startReplicate(std::size_t replicate) const;
+    ReplicateShape shape() const;
+    LocusSheets locusSheets(std::vector<ResultFile> files) const;
     bool bootstrapping() const; // more than one replicate
+    bool inUnits() const;       // replicates are written on several threads
     bool nexus() const;         // the matrices are NEXUS files
     bool perLocus() const;      // there are sheets of single loci
     // Opens the matrix file of a measure; `mode` as fopen takes it. Closed if that fails.
-    ResultFile openMatrix(const Measure& measure, const char* mode);
+    ResultFile openMatrix(const Measure& measure, const char* mode) const;
 
     Run& Source;                        // NOT OWNED
     DistanceKind Kind;                  // populations or individuals
-    Samples Prepared;                   // samples of all loci; Sums reads from it
-    std::vector<std::string> Labels;    // of the matrix rows; Matrices read from it
+    Samples Prepared;                   // samples of all loci
+    std::vector<std::string> Labels;    // of the matrix rows
     CellRules Rules;                    // from the settings
     std::vector<Measure> Measures;      // selected, in the order of the output
-    RowSummer Sums;                     // of all of them
-    std::vector<MatrixWriter> Matrices; // as many as are written side by side
-    LocusSheets Sheets;                 // in the order of Measures; none without perLocus()
+    std::vector<ResultFile> SheetFiles; // in the order of Measures; none without perLocus()
 };
 
 } // namespace kva

@@ -69,6 +69,12 @@ void LocusSheets::writeRow(std::size_t locus, RowSummer& sums) {
     }
 }
 
+void LocusSheets::flush() {
+    for (Sheet& sheet : Sheets) {
+        sheet.File.flush();
+    }
+}
+
 void LocusSheets::close() {
     for (Sheet& sheet : Sheets) {
         sheet.File.close();

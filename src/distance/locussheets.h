@@ -46,6 +46,9 @@ class LocusSheets {
     // is "n.d.".
     void writeRow(std::size_t locus, RowSummer& sums);
 
+    // Hands everything written so far to the files.
+    void flush();
+
     // Closes all sheets.
     void close();
 

@@ -32,6 +32,9 @@ void countHits(FTriple& hits, int32_t i, int32_t j, const Reached& reached);
 // hit counts as one. With n of 0 both are infinite.
 void hitsToPValues(FTriple& p, int32_t i, int32_t j, double pairs, double n);
 
+// The same of one statistic.
+void hitsToPValue(CMatrix& p, int32_t i, int32_t j, double pairs, double n);
+
 // Number of pairs of n populations, n (n - 1) / 2.
 double pairNumber(int32_t n);
 

@@ -9,6 +9,7 @@
 #include "fstat/passes.h"
 #include "fstat/randsci.h"
 #include "run/run.h"
+#include "run/testrecord.h"
 
 #include <algorithm>
 #include <iostream>
@@ -145,6 +146,16 @@ class DiscardSums {
         hitsToPValues(P, i, j, Pairs, n); // infinite without a valid replicate
     }
 
+    // The hits of a pair, before finish().
+    TestRecord::Pair counts(int32_t i, int32_t j) const {
+        TestRecord::Pair pair{i, j, {}};
+        const auto n = static_cast<int64_t>(Valid(i, j));
+        for (std::size_t s = 0; s < P.size(); ++s) {
+            pair.Of[s] = {static_cast<int64_t>(P[s](i, j)), n, false, n > 0};
+        }
+        return pair;
+    }
+
     const TailList& tail(std::size_t pair) const { return Tails[pair]; }
 
   private:
@@ -211,6 +222,9 @@ void testThinnedPairs(const Run& run, FTriple& p, FTriple& f, const SampleTables
             untergrenze(i, j) = untergrenze(j, i) = sums.tail(pair).lower();
         }
         ++pair;
+        if (run.Tests != nullptr) {
+            run.Tests->Pairs.push_back(sums.counts(i, j));
+        }
         sums.finish(i, j);
     });
 }

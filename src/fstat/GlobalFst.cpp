@@ -7,8 +7,12 @@
 #include "fstat/randsci.h"
 #include "fstat/wc84.h"
 #include "run/run.h"
+#include "run/spread.h"
+#include "run/testrecord.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace kva {
 
@@ -16,6 +20,8 @@ namespace {
 
 constexpr int32_t kFewestPops = 2;
 constexpr int32_t kSeedEvery = 1000; // permutations after which the stream is seeded again
+constexpr int32_t kBlock = 100;      // permutations of a unit of work
+constexpr std::size_t kBlocksAhead = 256;
 
 // The figures of one locus for GlobalSums, and the room for them.
 struct LocusFigures {
@@ -83,29 +89,45 @@ GlobalValues globalValues(const SampleTables& tab, CMatrix& locus, int nLoci, in
 
 // --- Counting the test -----------------------------------------------------------------
 
-// Hits of one statistic among its valid permutations.
-struct Treffer {
-    int32_t hits = 0;
-    int32_t valid = 0;
+// The p-value; no hit counts as one.
+double pValue(const TestCount& count, double undefined) {
+    return count.Permutations < 1 ? undefined
+                                  : static_cast<double>(std::max<int64_t>(count.Hits, 1)) /
+                                        static_cast<double>(count.Permutations);
+}
 
-    // The p-value; no hit counts as one.
-    double pValue(double undefined) const {
-        return valid < 1 ? undefined : double(std::max(hits, 1)) / valid;
+// Counts a permutation for Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid
+// together.
+void countHits(TestCounts& counts, const TestedValues& observed, const TestedValues& permuted,
+               double undefined) {
+    for (std::size_t s = 0; s < counts.size(); ++s) {
+        if (permuted[std::min(s, std::size_t{1})] != undefined) {
+            counts[s].count(observed[s] <= permuted[s], 0); // a tie counts as a hit
+        }
     }
+}
+
+// What is compared with the permutations.
+struct ObservedValues {
+    TestedValues All;
+    std::vector<TestedValues> Loci; // by locus, from 0
 };
 
-// Hits of Fst, Gst and Gst' of one locus or of all. Gst and Gst' are valid together.
-struct HitSet {
-    std::array<Treffer, 3> of;
+// The counts over all loci and of each.
+struct GlobalCounts {
+    explicit GlobalCounts(std::size_t loci) : Loci(loci) {}
 
-    void count(const TestedValues& observed, const TestedValues& permuted, double undefined) {
-        for (std::size_t s = 0; s < of.size(); ++s) {
-            if (permuted[std::min(s, std::size_t{1})] != undefined) {
-                ++of[s].valid;
-                of[s].hits += observed[s] <= permuted[s] ? 1 : 0; // a tie counts as a hit
+    void add(const GlobalCounts& more) {
+        for (std::size_t s = 0; s < All.size(); ++s) {
+            All[s].add(more.All[s]);
+            for (std::size_t l = 0; l < Loci.size(); ++l) {
+                Loci[l][s].add(more.Loci[l][s]);
             }
         }
     }
+
+    TestCounts All;
+    std::vector<TestCounts> Loci;
 };
 
 TestedValues testedValues(const GlobalValues& values) {
@@ -135,6 +157,21 @@ class GlobalTest {
         }
     }
 
+    // Makes a permutation and counts its hits. locus: as in values().
+    void permute(const ObservedValues& observed, CMatrix& locus, GlobalCounts& counts) {
+        const bool dealt = dealNear();
+        if (dealt && countNear(observed, locus, counts)) {
+            return;
+        }
+        const GlobalValues permuted = values(locus, dealt);
+        countHits(counts.All, observed.All, testedValues(permuted), Undefined);
+        for (std::size_t l = 0; l < observed.Loci.size(); ++l) {
+            countHits(counts.Loci[l], observed.Loci[l],
+                      testedValues(locus, static_cast<int32_t>(l)), Undefined);
+        }
+    }
+
+  private:
     // Deals for all loci, where near values can tell what they hold. Else values() deals.
     bool dealNear() {
         if (!Linked || !Rows || !Rows->canBeNear()) {
@@ -146,8 +183,7 @@ class GlobalTest {
 
     // Counts the hits of what dealNear() dealt, by near values where these tell and by exact ones
     // where not; false if there are no near ones. locus: as in values().
-    bool countNear(const TestedValues& observed, std::span<const TestedValues> observedLoci,
-                   CMatrix& locus, HitSet& all, std::span<HitSet> ofLocus) {
+    bool countNear(const ObservedValues& observed, CMatrix& locus, GlobalCounts& counts) {
         if (!Rows->countNear(Shuffle)) {
             return false;
         }
@@ -155,13 +191,15 @@ class GlobalTest {
         for (std::size_t l = 0; l < Data.loci(); ++l) {
             if (const std::optional<double> Ht = Rows->nearHt(l)) {
                 const std::optional<TestedValues> near = sums.add(Rows->nearLocus(l), *Ht);
-                const bool told = tells(near, observedLoci[l]);
-                ofLocus[l].count(observedLoci[l], told ? *near : exactLocus(l, locus), Undefined);
+                const bool told = tells(near, observed.Loci[l]);
+                countHits(counts.Loci[l], observed.Loci[l], told ? *near : exactLocus(l, locus),
+                          Undefined);
             }
         }
         const std::optional<TestedValues> near = sums.values();
-        const bool told = tells(near, observed);
-        all.count(observed, told ? *near : testedValues(values(locus, true)), Undefined);
+        const bool told = tells(near, observed.All);
+        countHits(counts.All, observed.All, told ? *near : testedValues(values(locus, true)),
+                  Undefined);
         return true;
     }
 
@@ -191,7 +229,6 @@ class GlobalTest {
         return sums.values(Undefined);
     }
 
-  private:
     // Deals out all populations for some loci and counts their samples there, if that is done for
     // all loci at once.
     void deal(LociRange loci) {
@@ -267,6 +304,66 @@ class GlobalTest {
     LocusFigures Figures;
 };
 
+// Room for the values of a permutation at each locus.
+CMatrix newLocusValues(const Run& run) {
+    CMatrix locus;
+    locus.Resize(FRow::Anzahl, run.AnzLoci);
+    locus.Fill(run.AnzPop < kFewestPops ? run.DistFehlerwert : 0.0);
+    return locus;
+}
+
+// All permutations on the stream that the clock seeds.
+GlobalCounts countInOrder(const Run& run, const ObservedValues& observed) {
+    GlobalTest test(*run.Daten, run.FstMask, run.DistFehlerwert);
+    CMatrix permutedLocus = newLocusValues(run);
+    GlobalCounts counts(observed.Loci.size());
+    for (int32_t k = 0; k < run.Permutationen; ++k) {
+        AUSGABE(Message::GlobalReplica, k);
+        if (k % kSeedEvery == 0) {
+            InternStartRDGen();
+        }
+        test.permute(observed, permutedLocus, counts);
+    }
+    return counts;
+}
+
+// Each block of permutations on a stream of its own.
+GlobalCounts countInUnits(const Run& run, const ObservedValues& observed) {
+    GlobalCounts counts(observed.Loci.size());
+    const auto blocks = static_cast<std::size_t>((run.Permutationen + kBlock - 1) / kBlock);
+    run.Spreading->inOrder(blocks, kBlocksAhead, [&]() -> Spread::Work {
+        auto test = std::make_shared<GlobalTest>(*run.Daten, run.FstMask, run.DistFehlerwert);
+        return [&, test](std::size_t block) -> Spread::Take {
+            startUnit(run.Spreading->seed(),
+                      {UnitKind::GlobalTest, 0, static_cast<uint32_t>(block)});
+            CMatrix permutedLocus = newLocusValues(run);
+            GlobalCounts ofBlock(observed.Loci.size());
+            const int32_t first = static_cast<int32_t>(block) * kBlock;
+            for (int32_t k = first; k < std::min(first + kBlock, run.Permutationen); ++k) {
+                test->permute(observed, permutedLocus, ofBlock);
+            }
+            return [&counts, ofBlock = std::move(ofBlock)] { counts.add(ofBlock); };
+        };
+    });
+    return counts;
+}
+
+// Puts counts into a record.
+void record(const GlobalCounts& counts, const ObservedValues& observed, double undefined,
+            TestRecord& tests) {
+    const auto marked = [undefined](TestCounts of, const TestedValues& values) {
+        for (std::size_t s = 0; s < of.size(); ++s) {
+            of[s].Defined = values[s] != undefined;
+        }
+        return of;
+    };
+    tests.AllLoci = marked(counts.All, observed.All);
+    tests.Loci.clear();
+    for (std::size_t l = 0; l < counts.Loci.size(); ++l) {
+        tests.Loci.push_back(marked(counts.Loci[l], observed.Loci[l]));
+    }
+}
+
 } // namespace
 
 int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double& gst,
@@ -288,41 +385,22 @@ int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double
 
 void testGlobal(const Run& run, double fst, double gst, double gstStrich, const CMatrix& locus,
                 double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus) {
-    GlobalTest test(*run.Daten, run.FstMask, run.DistFehlerwert);
-    CMatrix permutedLocus;
-    permutedLocus.Resize(FRow::Anzahl, run.AnzLoci);
-    permutedLocus.Fill(run.AnzPop < kFewestPops ? run.DistFehlerwert : 0.0);
-    HitSet all;
-    const TestedValues observed = {fst, gst, gstStrich};
-    std::vector<TestedValues> observedLoci;
-    observedLoci.reserve(run.AnzLoci);
+    ObservedValues observed = {{fst, gst, gstStrich}, {}};
+    observed.Loci.reserve(run.AnzLoci);
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
-        observedLoci.push_back(testedValues(locus, l));
+        observed.Loci.push_back(testedValues(locus, l));
     }
-    std::vector<HitSet> ofLocus(observedLoci.size());
-    for (int32_t k = 0; k < run.Permutationen; ++k) {
-        AUSGABE(Message::GlobalReplica, k);
-        if (k % kSeedEvery == 0) {
-            InternStartRDGen();
-        }
-        const bool dealt = test.dealNear();
-        if (dealt && test.countNear(observed, observedLoci, permutedLocus, all, ofLocus)) {
-            continue;
-        }
-        const GlobalValues permuted = test.values(permutedLocus, dealt);
-        all.count(observed, testedValues(permuted), run.DistFehlerwert);
-        for (int32_t l = 0; l < run.AnzLoci; ++l) {
-            const auto place = static_cast<std::size_t>(l);
-            ofLocus[place].count(observedLoci[place], testedValues(permutedLocus, l),
-                                 run.DistFehlerwert);
-        }
+    const GlobalCounts counts =
+        run.Spreading != nullptr ? countInUnits(run, observed) : countInOrder(run, observed);
+    if (run.Tests != nullptr) {
+        record(counts, observed, run.DistFehlerwert, *run.Tests);
     }
-    pFst = all.of[0].pValue(run.DistFehlerwert);
-    pGst = all.of[1].pValue(run.DistFehlerwert);
-    pGstStrich = all.of[2].pValue(run.DistFehlerwert);
+    pFst = pValue(counts.All[0], run.DistFehlerwert);
+    pGst = pValue(counts.All[1], run.DistFehlerwert);
+    pGstStrich = pValue(counts.All[2], run.DistFehlerwert);
     for (int32_t l = 0; l < run.AnzLoci; ++l) {
         for (std::size_t s = 0; s < 3; ++s) {
-            pLocus(static_cast<int32_t>(s), l) = ofLocus[l].of[s].pValue(run.DistFehlerwert);
+            pLocus(static_cast<int32_t>(s), l) = pValue(counts.Loci[l][s], run.DistFehlerwert);
         }
     }
 }

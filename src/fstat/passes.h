@@ -61,7 +61,9 @@ void logLikelihoodRatio(long i, long j, FTriple& f, const SampleTables& tab, lon
 // FstPermutation.cpp: permutation test of the observed f of all pairs. tab: as PopAllele. p: takes
 // plain p-values above, corrected ones (times the number of pairs) below the diagonal. locusTable:
 // holds Fst of the last permutation then, if the bit LocusTable or Heterogeneity is on. Seeds the
-// random stream from the clock, anew every kPairSeedEvery permutations, and draws from it.
+// random stream from the clock, anew every kPairSeedEvery permutations, and draws from it. With
+// Run::Spreading each pair and block of permutations has its own stream, a pair ends by its
+// SequentialHits, and locusTable stays as it is. Run::Tests takes the hits.
 void testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
                CMatrix& locusTable);
 
@@ -94,7 +96,8 @@ int estimateGlobal(const Run& run, double& fst, double& fit, double& fis, double
 // Fst, Gst, Gst' over all loci and, in rows 0 to 2 of pLocus, of each locus (column): the share of
 // the permutations with a value whose value reaches the observed one, a tie included, no hit
 // counted as one; DistFehlerwert without such a permutation. Seeds the random stream from the
-// clock, anew every 1000 permutations, and draws from it.
+// clock, anew every 1000 permutations, and draws from it. With Run::Spreading each block of
+// permutations has its own stream. Run::Tests takes the hits.
 void testGlobal(const Run& run, double fst, double gst, double gstStrich, const CMatrix& locus,
                 double& pFst, double& pGst, double& pGstStrich, CMatrix& pLocus);
 

@@ -1,5 +1,7 @@
 #include "fstat/randsci.h"
 
+#include "fstat/philox.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -20,12 +22,29 @@ constexpr int32_t kWarmUp = 8;                   // steps thrown away before the
 constexpr double kScale = 4.656612875245797e-10; // 1 / kModulus
 constexpr double kLimit = 0.99999988;            // largest value handed out
 
-int32_t idom = 0;                         // state of the Lehmer generator, where Ahead ends
-int32_t iy = 0;                           // last number of the table; 0: the table is to be filled
-std::array<uint32_t, kTableSize> iv = {}; // shuffle table
+constexpr std::size_t kBlock = 256; // values computed at once
+
+// A thread's stream.
+struct Stream {
+    int32_t idom = 0; // state of the Lehmer generator, where Ahead ends
+    int32_t iy = 0;   // last number of the table; 0: the table is to be filled
+    std::array<uint32_t, kTableSize> iv = {}; // shuffle table
+
+    bool Keyed = false; // of startUnit() instead
+    PhiloxKey Key = {};
+    PhiloxBlock Counter = {}; // of the next numbers
+
+    std::array<float, kBlock> Ahead = {}; // values that are computed already
+    std::size_t Next = 0;                 // the first of them that is not handed out
+    std::size_t End = 0;                  // behind the last
+};
+
+constinit thread_local Stream Own;
+
+// --- From the clock ---------------------------------------------------------------------
 
 // One step by Schrage's method, which stays inside 32 bits.
-void lehmerStep() {
+void lehmerStep(int32_t& idom) {
     const int32_t k = idom / kQuotient;
     idom = kMultiplier * (idom - k * kQuotient) - kRemainder * k;
     if (idom < 0) {
@@ -33,17 +52,15 @@ void lehmerStep() {
     }
 }
 
-void fillTable() {
+void fillTable(Stream& stream) {
     for (int32_t j = kTableSize + kWarmUp - 1; j >= 0; --j) {
-        lehmerStep();
+        lehmerStep(stream.idom);
         if (j < kTableSize) {
-            iv[j] = static_cast<uint32_t>(idom);
+            stream.iv[j] = static_cast<uint32_t>(stream.idom);
         }
     }
-    iy = static_cast<int32_t>(iv[0]);
+    stream.iy = static_cast<int32_t>(stream.iv[0]);
 }
-
-// --- Many values at once ----------------------------------------------------------------
 
 // One step and more at once: the state times a power of the multiplier, modulo 2^31 - 1 by folding
 // the high bits twice. A state is neither 0 nor the modulus, nor is the result.
@@ -72,11 +89,10 @@ constexpr uint32_t kFourSteps = timesModulo(kThreeSteps, kMultiplier);
 constexpr Quad kOneToFour = {kMultiplier, kTwoSteps, kThreeSteps, kFourSteps};
 constexpr Quad kFour = {kFourSteps, kFourSteps, kFourSteps, kFourSteps};
 
-constexpr std::size_t kBlock = 256;
 using Block = std::array<uint32_t, kBlock>;
 
-// The states that follow idom.
-Block stepAhead() {
+// The states that follow idom, which becomes the last of them.
+Block stepAhead(int32_t& idom) {
     Block states;
     const auto state = static_cast<uint32_t>(idom);
     Quad quad = timesModulo({state, state, state, state}, kOneToFour);
@@ -89,10 +105,10 @@ Block stepAhead() {
 }
 
 // Sends states through the table: each goes in, and the number that comes out takes its place.
-void passTable(Block& states) {
-    auto last = static_cast<uint32_t>(iy);
-    const auto pass = [&last](uint32_t& state) {
-        uint32_t& entry = iv[last / kDivisor];
+void passTable(Stream& stream, Block& states) {
+    auto last = static_cast<uint32_t>(stream.iy);
+    const auto pass = [&last, &stream](uint32_t& state) {
+        uint32_t& entry = stream.iv[last / kDivisor];
         last = entry;
         entry = state;
         state = last;
@@ -103,42 +119,67 @@ void passTable(Block& states) {
             pass(states[k + m]);
         }
     }
-    iy = static_cast<int32_t>(last);
+    stream.iy = static_cast<int32_t>(last);
 }
-
-std::array<float, kBlock> Ahead; // values of the stream that are computed already
-std::size_t Next = 0;            // the first of them that is not handed out
-std::size_t End = 0;             // behind the last
 
 // Computes the next values: the Lehmer states first, which do not hang on the table and so run side
 // by side, then the table, then what comes of each number.
-void computeAhead() {
-    if (idom <= 0) {
-        idom = idom == 0 ? 1 : -std::max(idom, -kModulus);
-        fillTable();
-    } else if (iy == 0) {
-        fillTable();
+void computeFromClock(Stream& stream) {
+    if (stream.idom <= 0) {
+        stream.idom = stream.idom == 0 ? 1 : -std::max(stream.idom, -kModulus);
+        fillTable(stream);
+    } else if (stream.iy == 0) {
+        fillTable(stream);
     }
-    Block numbers = stepAhead();
-    passTable(numbers);
+    Block numbers = stepAhead(stream.idom);
+    passTable(stream, numbers);
     constexpr auto limit = static_cast<float>(kLimit);
     for (std::size_t k = 0; k < kBlock; ++k) {
         const auto value = static_cast<float>(static_cast<int32_t>(numbers[k]) * kScale);
-        Ahead[k] = value < limit ? value : limit;
+        stream.Ahead[k] = value < limit ? value : limit;
     }
-    Next = 0;
-    End = idom > 0 ? kBlock : 1; // at 0, which the modulus as seed leads to, the stream starts anew
+    // At 0, which the modulus as seed leads to, the stream starts anew.
+    stream.End = stream.idom > 0 ? kBlock : 1;
+}
+
+// --- Of a unit ----------------------------------------------------------------------------
+
+// The middles of 2^23 steps, so that neither 0 nor 1 is among them.
+float unitValue(uint32_t number) {
+    constexpr float kStep = 1.0F / (1 << 23);
+    return (static_cast<float>(number >> 9U) + 0.5F) * kStep;
+}
+
+void computeOfUnit(Stream& stream) {
+    for (std::size_t k = 0; k < kBlock; k += stream.Counter.size()) {
+        const PhiloxBlock numbers = philox(stream.Counter, stream.Key);
+        std::transform(numbers.begin(), numbers.end(), &stream.Ahead[k], unitValue);
+        ++stream.Counter[0];
+    }
+    stream.End = kBlock;
+}
+
+// --- Either -------------------------------------------------------------------------------
+
+void computeAhead(Stream& stream) {
+    if (stream.Keyed) {
+        computeOfUnit(stream);
+    } else {
+        computeFromClock(stream);
+    }
+    stream.Next = 0;
 }
 
 // The next values of the stream, from one to `most`. They stand until the next draw.
 std::span<const float> nextValues(std::size_t most) {
-    if (Next == End) {
-        computeAhead();
+    Stream& stream = Own;
+    if (stream.Next == stream.End) {
+        computeAhead(stream);
     }
-    const std::size_t size = std::min(most, End - Next);
-    const std::size_t first = Next;
-    Next += size;
-    return std::span(Ahead).subspan(first, size);
+    const std::size_t size = std::min(most, stream.End - stream.Next);
+    const std::size_t first = stream.Next;
+    stream.Next += size;
+    return std::span(stream.Ahead).subspan(first, size);
 }
 
 constexpr int32_t kMostExact = 1 << 24; // the numbers up to it are exact in single precision
@@ -146,9 +187,17 @@ constexpr int32_t kMostExact = 1 << 24; // the numbers up to it are exact in sin
 } // namespace
 
 void srand2(long seed) {
-    idom = static_cast<int32_t>(seed);
-    iy = 0;
-    Next = End;
+    Own.Keyed = false;
+    Own.idom = static_cast<int32_t>(seed);
+    Own.iy = 0;
+    Own.Next = Own.End;
+}
+
+void startUnit(uint64_t seed, UnitId unit) {
+    Own.Keyed = true;
+    Own.Key = {static_cast<uint32_t>(seed), static_cast<uint32_t>(seed >> 32U)};
+    Own.Counter = {0, unit.Block, unit.Number, static_cast<uint32_t>(unit.Kind)};
+    Own.Next = Own.End;
 }
 
 float rand2() {
@@ -188,7 +237,9 @@ float InternRand() {
 }
 
 void InternStartRDGen() {
-    srand2(static_cast<long>(std::time(nullptr)));
+    if (!Own.Keyed) {
+        srand2(static_cast<long>(std::time(nullptr)));
+    }
 }
 
 int32_t drawIndex(int32_t n) {

@@ -1,9 +1,10 @@
-// The one random stream of the program: Park and Miller's minimal standard
-// generator with a Bays-Durham shuffle table ("ran1" of Press et al., Numerical
-// Recipes in C, 2nd ed. 1992), and the turn of a flat index into group and offset.
+// The random stream that all draws come from, and the turn of a flat index into group and offset.
 //
-// The state is global: there is exactly one stream. A run that draws before any
-// seeding gets the sequence of seed 1.
+// The state is global: each thread has exactly one stream. Seeded from the clock it is Park and
+// Miller's minimal standard generator with a Bays-Durham shuffle table ("ran1" of Press et al.,
+// Numerical Recipes in C, 2nd ed. 1992); a run that draws before any seeding gets the sequence of
+// seed 1. Where a run is spread over units of work (run/spread.h), each unit has a stream of its
+// own, of the Philox generator.
 #ifndef KVA_FSTAT_RANDSCI_H
 #define KVA_FSTAT_RANDSCI_H
 
@@ -32,8 +33,29 @@ float random2(float bound);
 float InternRand();
 
 // Seeds the stream with the wall clock in seconds: two calls within one second give the same
-// draws.
+// draws. Nothing on the stream of a unit.
 void InternStartRDGen();
+
+// What units of work are of. Their numbers make the streams: they stay as they are.
+enum class UnitKind : uint32_t {
+    Pass = 0,                // a whole pass, by its place among the passes
+    PairTest = 1,            // permutations of a pair, by the pair
+    GlobalTest = 2,          // permutations of all populations
+    PopulationBootstrap = 3, // a replicate of the distances of populations
+    IndividualBootstrap = 4, // ... of individuals
+    HetRange = 5,            // all replicates of a population
+};
+
+// A unit of work.
+struct UnitId {
+    UnitKind Kind;
+    uint32_t Number;    // of the pair, replicate or population, from 0
+    uint32_t Block = 0; // of its permutations, from 0
+};
+
+// The thread's stream becomes that of a unit: under the same seed always the same values, under
+// another seed or for another unit others that do not hang together with them, 2^34 of them.
+void startUnit(uint64_t seed, UnitId unit);
 
 // The place among n, from 0, that a value of the stream stands for: value x n truncated, and n - 1
 // where rounding gave n or above. -1 for n of 0.

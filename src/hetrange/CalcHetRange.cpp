@@ -16,9 +16,12 @@
 #include "output/sheet.h"
 #include "run/passframe.h"
 #include "run/run.h"
+#include "run/spread.h"
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <vector>
 
 namespace kva {
 
@@ -130,45 +133,196 @@ long heterozygosityRange(Run& run) {
     return runInFrame(run, kFrame, writeHeterozygosityRanges);
 }
 
-void writeHeterozygosityRanges(Run& run) {
-    std::vector<HetTable> tabellen(static_cast<std::size_t>(run.AnzLoci));
-    std::array<ResultFile, kRangeSheets.size()> sheets;
-    for (std::size_t s = 0; s < sheets.size(); ++s) {
-        sheets[s] = run.OpenResult(kRangeSheets[s].Name, "wb+");
-        writeLociHead(sheets[s], *run.Daten, run.DatenFormat);
-    }
-    for (int pop = 0; pop < run.AnzPop; ++pop) {
-        const std::vector<HetBereich> bereich = resamplePopulation(run, pop, tabellen);
-        for (std::size_t s = 0; s < sheets.size(); ++s) {
-            sheets[s].text(orEmpty(run.Daten->GetPopName(pop + 1)));
-            for (const HetBereich& locus : bereich) {
-                if (locus.Anzahl <= 0) {
-                    writeTabNd(sheets[s]);
-                } else {
-                    writeTabReal(sheets[s], kRangeSheets[s].Cell(locus));
-                }
-            }
-            sheets[s].character('\n');
+namespace {
+
+// The nine sheets of ranges.
+class RangeSheets {
+  public:
+    explicit RangeSheets(Run& run) : Source(run) {
+        for (std::size_t s = 0; s < Files.size(); ++s) {
+            Files[s] = run.OpenResult(kRangeSheets[s].Name, "wb+");
+            writeLociHead(Files[s], *run.Daten, run.DatenFormat);
         }
     }
-}
 
-std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen) {
+    // Writes the row of population `pop`, from 0, with an entry for each locus.
+    void writeRow(int pop, const std::vector<HetBereich>& bereich) {
+        for (std::size_t s = 0; s < Files.size(); ++s) {
+            Files[s].text(orEmpty(Source.Daten->GetPopName(pop + 1)));
+            for (const HetBereich& locus : bereich) {
+                if (locus.Anzahl <= 0) {
+                    writeTabNd(Files[s]);
+                } else {
+                    writeTabReal(Files[s], kRangeSheets[s].Cell(locus));
+                }
+            }
+            Files[s].character('\n');
+        }
+    }
+
+  private:
+    Run& Source; // NOT OWNED
+    std::array<ResultFile, kRangeSheets.size()> Files;
+};
+
+void loadTables(const Run& run, int pop, std::vector<HetTable>& tabellen) {
     for (std::size_t l = 0; l < tabellen.size(); ++l) {
         tabellen[l].Load(run.Daten->Loci[l], pop + 1, run.PopAllele[pop + 1][l]);
     }
-    HetReplicateSheets sheets = openReplicateSheets(run, pop);
-    AUSGABE(Message::HetRangeMark, ".");
+}
+
+// The sample of a population (from 0) before anything is drawn.
+HetStichprobe newSample(const Run& run, int pop) {
     const int32_t entries = entriesOf(*run.Daten, pop);
-    const DrawShape shape = drawShape(run.HetRangeMask, entries);
     const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
     // Places come in pairs: behind an odd last one stands one more.
     HetStichprobe stichprobe(linked ? 1 : run.AnzLoci, entries + entries % 2);
     // A place that no draw reaches is missing: the one behind an odd last entry, and among
     // individuals that entry's own. Without draws every place keeps entry 0.
     if (hasBit(run.HetRangeMask, HetRangeBit::Draw)) {
-        stichprobe.MarkPast(shape.entries(), entries);
+        stichprobe.MarkPast(drawShape(run.HetRangeMask, entries).entries(), entries);
     }
+    return stichprobe;
+}
+
+// The three sheets of a population, in their order.
+std::array<ResultFile*, 3> filesOf(HetReplicateSheets& sheets) {
+    return {&sheets.Het, &sheets.Var, &sheets.Allele};
+}
+
+// Counts a replicate locus by locus, writes its rows, and calls take(locus, statistics).
+template <class Take>
+void countReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
+                    std::vector<HetTable>& tabellen, HetReplicateSheets& sheets, Take&& take) {
+    const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
+    const bool randomDiscard = hasBit(run.HetRangeMask, HetRangeBit::RandomDiscard);
+    const bool correct = hasBit(run.HetRangeMask, HetRangeBit::CorrectZero);
+    const bool write = hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets);
+    for (ResultFile* const sheet : filesOf(sheets)) {
+        sheet->integer(replikat + 1);
+    }
+    for (std::size_t l = 0; l < tabellen.size(); ++l) {
+        tabellen[l].Clr();
+        tabellen[l].Add(stichprobe.Row(linked ? 0 : static_cast<int32_t>(l)), randomDiscard);
+        HetStatistics wert = tabellen[l].Statistics();
+        if (correct) {
+            wert.H = correctHeterozygosity(wert.H, wert.n);
+        }
+        if (write) {
+            writeReplicateCell(sheets.Het, wert.H);
+            writeReplicateCell(sheets.Var, wert.V);
+            writeAllelesCell(sheets.Allele, wert.A);
+        }
+        take(l, wert);
+    }
+    for (ResultFile* const sheet : filesOf(sheets)) {
+        sheet->character('\n');
+    }
+}
+
+// --- In units of a population and a block of its replicates -------------------------------
+
+constexpr int kBlock = 250; // replicates
+constexpr std::size_t kBlocksAhead = 8;
+
+// A block of replicates of a population.
+struct RangeBlock {
+    std::vector<HetStatistics> Of;    // [replicate x loci + locus]
+    std::array<std::string, 3> Texts; // rows of the replicate sheets
+};
+
+// Draws and counts the replicates from `first` to `end` (from 0) of a population.
+RangeBlock countBlock(const Run& run, int pop, int first, int end,
+                      std::vector<HetTable>& tabellen) {
+    RangeBlock block;
+    HetReplicateSheets sheets;
+    if (hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets)) {
+        for (std::size_t s = 0; s < block.Texts.size(); ++s) {
+            *filesOf(sheets)[s] = ResultFile::toText(block.Texts[s]);
+        }
+    }
+    loadTables(run, pop, tabellen);
+    HetStichprobe stichprobe = newSample(run, pop);
+    for (int replikat = first; replikat < end; ++replikat) {
+        drawReplicate(run, replikat, pop, stichprobe);
+        countReplicate(run, replikat, stichprobe, tabellen, sheets,
+                       [&](std::size_t, const HetStatistics& wert) { block.Of.push_back(wert); });
+    }
+    return block;
+}
+
+// Takes the blocks of all populations in order, and writes what they give.
+class RangeTaker {
+  public:
+    RangeTaker(Run& run, RangeSheets& ranges) : Source(run), Ranges(ranges) {}
+
+    // first: the number of the block's first replicate, from 0.
+    void take(int pop, int first, const RangeBlock& block) {
+        if (first == 0) {
+            Sheets = openReplicateSheets(Source, pop);
+            Bereich.assign(static_cast<std::size_t>(Source.AnzLoci), {});
+        }
+        for (std::size_t k = 0; k < block.Of.size(); ++k) {
+            const std::size_t loci = Bereich.size();
+            Bereich[k % loci].Add(first + static_cast<int>(k / loci), block.Of[k]);
+        }
+        for (std::size_t s = 0; s < block.Texts.size(); ++s) {
+            filesOf(Sheets)[s]->text(block.Texts[s]);
+        }
+        if (first + kBlock >= Source.HetRandomisierungen) {
+            Sheets = {};
+            Ranges.writeRow(pop, Bereich);
+        }
+    }
+
+  private:
+    Run& Source;         // NOT OWNED
+    RangeSheets& Ranges; // NOT OWNED
+    // Of the running population.
+    HetReplicateSheets Sheets;
+    std::vector<HetBereich> Bereich;
+};
+
+void resampleInUnits(Run& run, RangeSheets& ranges) {
+    // Without replicates a population has a block all the same, with its sheets.
+    const int blocks = std::max((run.HetRandomisierungen + kBlock - 1) / kBlock, 1);
+    const std::size_t units = static_cast<std::size_t>(run.AnzPop) * blocks;
+    RangeTaker taker(run, ranges);
+    run.Spreading->inOrder(units, kBlocksAhead, [&]() -> Spread::Work {
+        std::vector<HetTable> tables(static_cast<std::size_t>(run.AnzLoci));
+        return [&run, &taker, blocks, tables](std::size_t unit) mutable -> Spread::Take {
+            const int pop = static_cast<int>(unit) / blocks;
+            const int block = static_cast<int>(unit) % blocks;
+            startUnit(run.Spreading->seed(), {UnitKind::HetRange, static_cast<uint32_t>(pop),
+                                              static_cast<uint32_t>(block)});
+            const int first = block * kBlock;
+            const int end = std::min(first + kBlock, run.HetRandomisierungen);
+            return [&taker, pop, first, counted = countBlock(run, pop, first, end, tables)] {
+                taker.take(pop, first, counted);
+            };
+        };
+    });
+}
+
+} // namespace
+
+void writeHeterozygosityRanges(Run& run) {
+    RangeSheets sheets(run);
+    if (run.Spreading != nullptr) {
+        resampleInUnits(run, sheets);
+        return;
+    }
+    std::vector<HetTable> tabellen(static_cast<std::size_t>(run.AnzLoci));
+    for (int pop = 0; pop < run.AnzPop; ++pop) {
+        sheets.writeRow(pop, resamplePopulation(run, pop, tabellen));
+    }
+}
+
+std::vector<HetBereich> resamplePopulation(Run& run, int pop, std::vector<HetTable>& tabellen) {
+    loadTables(run, pop, tabellen);
+    HetReplicateSheets sheets = openReplicateSheets(run, pop);
+    AUSGABE(Message::HetRangeMark, ".");
+    HetStichprobe stichprobe = newSample(run, pop);
     std::vector<HetBereich> bereich(tabellen.size());
     for (int replikat = 0; replikat < run.HetRandomisierungen; ++replikat) {
         drawReplicate(run, replikat, pop, stichprobe);
@@ -186,7 +340,7 @@ HetReplicateSheets openReplicateSheets(Run& run, int pop) {
     sheets.Het = run.OpenResult(fileNameOf(name + "_HetRange.xls"), "wb+");
     sheets.Var = run.OpenResult(fileNameOf(name + "_VarRange.xls"), "wb+");
     sheets.Allele = run.OpenResult(fileNameOf(name + "_AlleleRange.xls"), "wb+");
-    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
+    for (ResultFile* const sheet : filesOf(sheets)) {
         writeLociHead(*sheet, *run.Daten, run.DatenFormat);
     }
     return sheets;
@@ -205,32 +359,12 @@ void drawReplicate(const Run& run, int /*replikat*/, int pop, HetStichprobe& sti
 int evaluateReplicate(const Run& run, int replikat, const HetStichprobe& stichprobe,
                       std::vector<HetBereich>& bereich, std::vector<HetTable>& tabellen,
                       HetReplicateSheets& sheets) {
-    const bool linked = hasBit(run.HetRangeMask, HetRangeBit::Linked);
-    const bool randomDiscard = hasBit(run.HetRangeMask, HetRangeBit::RandomDiscard);
-    const bool correct = hasBit(run.HetRangeMask, HetRangeBit::CorrectZero);
-    const bool write = hasBit(run.HetRangeMask, HetRangeBit::ReplicateSheets);
-    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
-        sheet->integer(replikat + 1);
-    }
     double lastH = 0.0;
-    for (std::size_t l = 0; l < tabellen.size(); ++l) {
-        tabellen[l].Clr();
-        tabellen[l].Add(stichprobe.Row(linked ? 0 : static_cast<int32_t>(l)), randomDiscard);
-        HetStatistics wert = tabellen[l].Statistics();
-        if (correct) {
-            wert.H = correctHeterozygosity(wert.H, wert.n);
-        }
-        if (write) {
-            writeReplicateCell(sheets.Het, wert.H);
-            writeReplicateCell(sheets.Var, wert.V);
-            writeAllelesCell(sheets.Allele, wert.A);
-        }
-        bereich[l].Add(replikat, wert);
-        lastH = wert.H;
-    }
-    for (ResultFile* sheet : {&sheets.Het, &sheets.Var, &sheets.Allele}) {
-        sheet->character('\n');
-    }
+    countReplicate(run, replikat, stichprobe, tabellen, sheets,
+                   [&](std::size_t l, const HetStatistics& wert) {
+                       bereich[l].Add(replikat, wert);
+                       lastH = wert.H;
+                   });
     return lastH < 0 ? -100 : 0;
 }
 

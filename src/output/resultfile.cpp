@@ -45,15 +45,24 @@ ResultFile::ResultFile(const std::string& name, const char* mode, std::string sh
     Buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
 }
 
+ResultFile ResultFile::toText(std::string& text) {
+    ResultFile file;
+    file.Text = &text;
+    file.Buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
+    return file;
+}
+
 ResultFile::ResultFile(ResultFile&& other) noexcept
-    : Stream(std::move(other.Stream)), Buffer(std::move(other.Buffer)),
-      Used(std::exchange(other.Used, 0)), ShownName(std::move(other.ShownName)),
-      OnFailure(std::move(other.OnFailure)), Failed(other.Failed) {}
+    : Stream(std::move(other.Stream)), Text(std::exchange(other.Text, nullptr)),
+      Buffer(std::move(other.Buffer)), Used(std::exchange(other.Used, 0)),
+      ShownName(std::move(other.ShownName)), OnFailure(std::move(other.OnFailure)),
+      Failed(other.Failed) {}
 
 ResultFile& ResultFile::operator=(ResultFile&& other) noexcept {
     if (this != &other) {
         close();
         Stream = std::move(other.Stream);
+        Text = std::exchange(other.Text, nullptr);
         Buffer = std::move(other.Buffer);
         Used = std::exchange(other.Used, 0);
         ShownName = std::move(other.ShownName);
@@ -68,7 +77,7 @@ ResultFile::~ResultFile() {
 }
 
 void ResultFile::print(const char* format, ...) {
-    if (!Stream) {
+    if (!Buffer) {
         return;
     }
     char words[kShortPrint];
@@ -124,7 +133,9 @@ void ResultFile::tabFixed(double value) {
 void ResultFile::flush() {
     // Taken away first: the handler of a failure may write to this very file.
     const std::size_t bytes = std::exchange(Used, 0);
-    if (Stream && !Failed && bytes > 0) {
+    if (Text != nullptr) {
+        Text->append(Buffer.get(), bytes);
+    } else if (Stream && !Failed && bytes > 0) {
         errno = 0;
         if (std::fwrite(Buffer.get(), 1, bytes, Stream.get()) != bytes) {
             fail(errno);
@@ -133,12 +144,14 @@ void ResultFile::flush() {
 }
 
 bool ResultFile::close() {
-    if (!Stream) {
+    if (!Buffer) {
         return !Failed;
     }
     flush();
-    std::FILE* stream = Stream.release();
-    if (std::fclose(stream) != 0) {
+    std::FILE* const stream = Stream.release();
+    Buffer.reset();
+    Text = nullptr;
+    if (stream != nullptr && std::fclose(stream) != 0) {
         fail(errno);
     }
     return !Failed;

@@ -32,6 +32,10 @@ class ResultFile {
     ResultFile(const std::string& name, const char* mode, std::string shownName,
                FileFailureHandler onFailure);
 
+    // Appends to `text` instead, which is NOT OWNED and outlives the file; it is whole when the
+    // file is flushed or closed. Nothing can fail.
+    static ResultFile toText(std::string& text);
+
     // `other` is closed then, with nothing lost. An assignment closes this file first.
     ResultFile(ResultFile&& other) noexcept;
     ResultFile& operator=(ResultFile&& other) noexcept;
@@ -40,7 +44,7 @@ class ResultFile {
     ~ResultFile(); // closes
 
     // True from a successful opening until close(), also after a failed write.
-    bool isOpen() const { return Stream != nullptr; }
+    bool isOpen() const { return Buffer != nullptr; }
 
     // Formatted write, as printf does it, of any length. For cells of plain numbers the direct
     // writers below are faster and give the same bytes.
@@ -90,7 +94,7 @@ class ResultFile {
     // The place behind what is written, with room for so many bytes (at most kBufferSize), flushed
     // if need be; null if the file is closed.
     char* room(std::size_t bytes) {
-        if (!Stream) {
+        if (!Buffer) {
             return nullptr;
         }
         if (kBufferSize - Used < bytes) {
@@ -111,7 +115,8 @@ class ResultFile {
     struct Closer {
         void operator()(std::FILE* stream) const { std::fclose(stream); }
     };
-    std::unique_ptr<std::FILE, Closer> Stream; // unbuffered; null while closed
+    std::unique_ptr<std::FILE, Closer> Stream; // unbuffered; null while closed, and for a text
+    std::string* Text = nullptr;               // NOT OWNED; written to instead of a file
     std::unique_ptr<char[]> Buffer;            // kBufferSize bytes while open
     std::size_t Used = 0;                      // bytes in Buffer, not yet handed to the system
     std::string ShownName;                     // path inside the result folder

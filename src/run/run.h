@@ -13,6 +13,9 @@
 
 namespace kva {
 
+class Spread;
+struct TestRecord;
+
 // The five words of flags come first. A new Run holds the defaults of the menu and no data.
 class Run : public AnalyseSettings, public LoadedData, public ResultFolder {
   public:
@@ -54,6 +57,11 @@ class Run : public AnalyseSettings, public LoadedData, public ResultFolder {
     SampleTables IndAllele;             // one entry per individual, population after population,
                                         // from 0; empty until counted
     int32_t AnzInd = 0;                 // entries of IndAllele: half the slots of all populations
+    const Spread* Spreading = nullptr;  // NOT OWNED; how work is spread over threads; null: not,
+                                        // and all draws come from the stream that the clock seeds
+    int32_t SequentialHits = 0;         // hits that end the test of a pair, only with Spreading; 0:
+                                        // all permutations are made
+    TestRecord* Tests = nullptr;        // NOT OWNED; takes the counts of the tests; null: nothing
 };
 
 } // namespace kva

@@ -2,6 +2,7 @@
 #include "fstat/FstPermutation.h"
 #include "fstat/fstatsupport.h"
 #include "fstat/randsci.h"
+#include "run/testrecord.h"
 #include "support/draws.h"
 
 #include <algorithm>
@@ -54,8 +55,10 @@ SlotSheet sheetOf(LoadedRun& run, uint32_t mask, long seed = 1) {
 
 // A tested data set.
 struct Tested {
-    Tested(const std::string& text, int permutations, uint32_t mask, double alpha = 0.05)
+    Tested(const std::string& text, int permutations, uint32_t mask, double alpha = 0.05,
+           TestRecord* record = nullptr)
         : run(text) {
+        run->Tests = record;
         run.counted();
         run->FstMask = mask;
         run->Permutationen = permutations;
@@ -284,4 +287,18 @@ TEST(FstRandomDiscard, SeedsBeforeEveryFiftieth) {
     // A 5/6, B two 5/6: three pairs to draw a replicate, no thinning draws.
     const Tested t(equalPops({1, 2}), 51, kDefault | kDiscard);
     EXPECT_TRUE(streamIsBehind(1, 3));
+}
+
+// --- The record ----------------------------------------------------------------------------
+
+TEST(FstRandomDiscard, RecordHoldsTheHitsOfThePValues) {
+    TestRecord record;
+    const Tested t(kInbredPop, 200, kDefault | kDiscard, 0.05, &record);
+    ASSERT_EQ(record.Pairs.size(), 1U);
+    for (std::size_t s = 0; s < 3; ++s) {
+        const TestCount& count = record.Pairs[0].Of[s];
+        ASSERT_GT(count.Hits, 0);
+        EXPECT_LE(count.Permutations, 200);
+        EXPECT_EQ(double(count.Hits) / double(count.Permutations), t.p[s](0, 1));
+    }
 }

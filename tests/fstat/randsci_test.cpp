@@ -3,6 +3,7 @@
 #include "support/draws.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include <span>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -367,4 +369,80 @@ TEST(ConvertNum, EmptyGroupsAreSteppedOver) {
     EXPECT_EQ(placeOf({0, 0, 1, 0, 2}, 0), (Place{0, 2, 0}));
     EXPECT_EQ(placeOf({0, 0, 1, 0, 2}, 1), (Place{0, 4, 0}));
     EXPECT_EQ(placeOf({0, 0}, 0), (Place{1, -1, -1}));
+}
+
+// --- Streams of units --------------------------------------------------------------------
+
+namespace {
+
+// The first values of a unit.
+std::vector<float> unitDraws(uint64_t seed, UnitId unit) {
+    startUnit(seed, unit);
+    std::vector<float> draws = firstDraws(600);
+    srand2(1);
+    return draws;
+}
+
+constexpr UnitId kUnit = {UnitKind::PairTest, 4, 2};
+
+} // namespace
+
+// The first number of the known answers, 0x6627e8d5, is in step 0x6627e8d5 >> 9 of 2^23.
+TEST(UnitStream, FirstValuesAreThoseOfPhilox) {
+    const std::vector<float> draws = unitDraws(0, {UnitKind::Pass, 0, 0});
+    EXPECT_EQ(draws[0], (float(0x6627e8d5U >> 9U) + 0.5F) / 8388608.0F);
+    EXPECT_EQ(draws[3], (float(0x9b00dbd8U >> 9U) + 0.5F) / 8388608.0F);
+}
+
+TEST(UnitStream, RepeatsAndIsItsOwn) {
+    const std::vector<float> draws = unitDraws(7, kUnit);
+    EXPECT_EQ(unitDraws(7, kUnit), draws);
+    EXPECT_NE(unitDraws(8, kUnit), draws);
+    EXPECT_NE(unitDraws(7 + (uint64_t{1} << 32U), kUnit), draws) << "all bits of a seed count";
+    EXPECT_NE(unitDraws(7, {UnitKind::GlobalTest, 4, 2}), draws);
+    EXPECT_NE(unitDraws(7, {UnitKind::PairTest, 5, 2}), draws);
+    EXPECT_NE(unitDraws(7, {UnitKind::PairTest, 4, 3}), draws);
+}
+
+TEST(UnitStream, ClockDoesNotSeedIt) {
+    startUnit(7, kUnit);
+    std::vector<float> draws = firstDraws(300);
+    InternStartRDGen();
+    const std::vector<float> more = firstDraws(300);
+    draws.insert(draws.end(), more.begin(), more.end());
+    EXPECT_EQ(draws, unitDraws(7, kUnit));
+}
+
+TEST(UnitStream, ValuesAreInsideAndEven) {
+    startUnit(3, kUnit);
+    std::array<int, 10> tenths = {};
+    for (int k = 0; k < 100000; ++k) {
+        const float value = rand2();
+        ASSERT_GT(value, 0.0F);
+        ASSERT_LT(value, 1.0F);
+        ++tenths[static_cast<std::size_t>(value * 10.0F)];
+    }
+    srand2(1);
+    for (const int count : tenths) {
+        EXPECT_NEAR(count, 10000, 5 * 95); // sd of the binomial: 95
+    }
+}
+
+// The largest value, (2^23 - 1/2) / 2^23, never gives a place behind the last.
+TEST(UnitStream, LargestValueGivesTheLastPlace) {
+    constexpr float largest = (8388607.0F + 0.5F) / 8388608.0F;
+    for (int32_t n = 1; n < 1 << 24; n += 1 + n / 50) {
+        ASSERT_EQ(static_cast<int32_t>(largest * static_cast<float>(n)), n - 1) << n;
+    }
+}
+
+TEST(UnitStream, IsOfItsThread) {
+    srand2(4);
+    const float expected = rand2();
+    srand2(4);
+    std::thread([] {
+        startUnit(1, kUnit);
+        rand2();
+    }).join();
+    EXPECT_EQ(rand2(), expected);
 }

@@ -2,6 +2,7 @@
 #include "data/CMatrix.h"
 #include "fstat/randsci.h"
 #include "hetrange/HetReplika.h"
+#include "run/spread.h"
 #include "support/datasets.h"
 
 #include <array>
@@ -9,6 +10,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
+#include <string>
 
 using namespace kva;
 
@@ -391,3 +394,72 @@ INSTANTIATE_TEST_SUITE_P(Masks, CalcHetRangeMask,
                                          0x4803U, 0x5803U, 0x6803U, 0x7803U, 0x7003U));
 
 } // namespace
+
+// --- In units, each on a stream of its own -------------------------------------------------
+
+namespace {
+
+// All sheets of a pass of several populations.
+std::string sheetsOf(const Spread* spread, int replicates, uint32_t mask) {
+    LoadedRun run(kva_test::kTwoPops);
+    run->Spreading = spread;
+    run.counted();
+    run->HetRangeMask = mask;
+    run->HetRandomisierungen = replicates;
+    {
+        const StdoutCapture swallowed;
+        run->CalcHetRange();
+    }
+    std::string all;
+    const std::filesystem::path folder(run->ResultPfad);
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "Resampling_data")) {
+        names.insert(entry.path().filename());
+    }
+    for (const std::string& name : names) {
+        all += name + "\n" + sheet(run, name);
+    }
+    return all;
+}
+
+} // namespace
+
+TEST(CalcHetRange, InUnitsSameForAnyNumberOfThreads) {
+    for (const uint32_t mask : {0x803U, 0x802U, 0x7803U}) {
+        const Spread one(3, 1);
+        const std::string alone = sheetsOf(&one, 600, mask);
+        for (const unsigned threads : {2U, 3U}) {
+            const Spread spread(3, threads);
+            EXPECT_EQ(sheetsOf(&spread, 600, mask), alone);
+        }
+        const Spread other(4, 1);
+        EXPECT_NE(sheetsOf(&other, 600, mask), alone);
+    }
+}
+
+// The first block of the first population is what the way in order gives on the stream of that
+// unit.
+TEST(CalcHetRange, FirstBlockIsThatOfItsStream) {
+    const Spread spread(3, 2);
+    LoadedRun units(kOneHeterozygote);
+    units->Spreading = &spread;
+    runPass(units, kDefaultMask, 40, 1);
+    LoadedRun inOrder(kOneHeterozygote);
+    inOrder.counted();
+    inOrder->HetRangeMask = kDefaultMask;
+    inOrder->HetRandomisierungen = 40;
+    startUnit(3, {UnitKind::HetRange, 0});
+    {
+        const StdoutCapture swallowed;
+        inOrder->CalcHetRange();
+    }
+    srand2(1);
+    for (const char* name : {"A_HetRange.xls", "HetRangeMean.xls", "VarRangeMax.xls"}) {
+        EXPECT_EQ(sheet(units, name), sheet(inOrder, name)) << name;
+    }
+}
+
+TEST(CalcHetRange, InUnitsWithoutReplicates) {
+    const Spread spread(3, 2);
+    EXPECT_EQ(sheetsOf(&spread, 0, kDefaultMask), sheetsOf(nullptr, 0, kDefaultMask));
+}

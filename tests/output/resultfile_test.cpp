@@ -346,3 +346,46 @@ TEST_F(ResultFileTest, AFileBeyondTheSizeLimitIsToldAndTheProcessLives) {
     EXPECT_FALSE(file.close());
     EXPECT_EQ(readFile("sheet.xls"), std::string(100, 'x')); // what fitted
 }
+
+// --- Into a text -------------------------------------------------------------------------
+
+TEST(ResultText, TakesWhatIsWritten) {
+    std::string text = "before ";
+    {
+        ResultFile file = ResultFile::toText(text);
+        EXPECT_TRUE(file.isOpen());
+        file.text("words");
+        file.tabFixed(0.5);
+        file.integer(7);
+        file.print("%s", "!");
+        file.flush();
+        EXPECT_EQ(text, "before words\t0.5000007!");
+        file.character('\n');
+    }
+    EXPECT_EQ(text, "before words\t0.5000007!\n");
+}
+
+TEST(ResultText, HoldsMoreThanABuffer) {
+    std::string text;
+    ResultFile file = ResultFile::toText(text);
+    const std::string line(1000, 'x');
+    for (int k = 0; k < 300; ++k) {
+        file.text(line);
+    }
+    file.text(std::string(200000, 'y'));
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(text, std::string(300000, 'x') + std::string(200000, 'y'));
+}
+
+TEST(ResultText, ClosedOrMovedFromItTakesNothing) {
+    std::string text;
+    ResultFile file = ResultFile::toText(text);
+    file.text("a");
+    ResultFile other = std::move(file);
+    file.text("lost"); // NOLINT(bugprone-use-after-move)
+    other.text("b");
+    other.close();
+    other.text("lost");
+    EXPECT_FALSE(other.isOpen());
+    EXPECT_EQ(text, "ab");
+}

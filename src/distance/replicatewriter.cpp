@@ -1,0 +1,69 @@
+#include "distance/replicatewriter.h"
+
+#include "control/Ausgabe.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kva {
+
+namespace {
+
+// Of the bytes that a writer may hold, for terms and for matrices.
+constexpr std::size_t kShares = 9;
+constexpr std::size_t kTermShares = 4;
+constexpr std::size_t kMatrixShares = 5;
+
+} // namespace
+
+ReplicateWriter::ReplicateWriter(const ReplicateShape& shape, std::size_t bytes, LocusSheets sheets,
+                                 Opener open)
+    : Measures(shape.Measures), Sums(shape.Prepared, quantitiesOf(shape.Measures),
+                                     {shape.Replicates, bytes / kShares * kTermShares}),
+      Sheets(std::move(sheets)), Open(std::move(open)), Rows(shape.Labels.size()) {
+    const std::size_t room = bytes / kShares * kMatrixShares / (MatrixWriter::bytes(Rows) + 1);
+    const std::size_t sideBySide = std::min(std::max<std::size_t>(room, 1), Measures.size());
+    for (std::size_t m = 0; m < sideBySide; ++m) {
+        Matrices.emplace_back(shape.Labels, shape.Rules, shape.Form);
+    }
+}
+
+void ReplicateWriter::write(std::span<const std::size_t> loci) {
+    Sheets.writeHead();
+    for (const std::size_t locus : loci) {
+        Sheets.writeRow(locus, Sums);
+    }
+    std::span<const Measure> left = Measures;
+    while (!left.empty()) {
+        const auto some = left.first(std::min(left.size(), Matrices.size()));
+        writeMatrices(some, loci);
+        left = left.subspan(some.size());
+    }
+}
+
+void ReplicateWriter::writeMatrices(std::span<const Measure> measures,
+                                    std::span<const std::size_t> loci) {
+    std::vector<Measure> open;
+    for (const Measure& measure : measures) {
+        ResultFile file = Open(measure);
+        if (!file.isOpen()) {
+            AUSGABE(Message::DistanceLost);
+            continue;
+        }
+        Matrices[open.size()].begin(std::move(file), measure);
+        open.push_back(measure);
+    }
+    const auto writers = std::span(Matrices).first(open.size());
+    const QuantitySet asked = quantitiesOf(open);
+    for (std::size_t i = 0; i < Rows && !writers.empty(); ++i) {
+        const RowSums& sums = Sums.sum(i, loci, asked);
+        for (MatrixWriter& writer : writers) {
+            writer.writeRow(i, sums);
+        }
+    }
+    for (MatrixWriter& writer : writers) {
+        writer.end();
+    }
+}
+
+} // namespace kva
