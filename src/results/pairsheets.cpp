@@ -216,6 +216,50 @@ bool readPairRow(SheetReading& sheet, const PairHead& head, std::string_view rep
     return true;
 }
 
+// The second line of a further head, of which the first one is current.
+bool readHeadAgain(SheetReading& sheet, const PairHead& head) {
+    if (sheet.nextOf("the second populations of the pairs") &&
+        sheet.lines().line() != head.second) {
+        sheet.lines().fault("another head than the first one");
+    }
+    return sheet.lines().sound();
+}
+
+bool hasLoci(SheetReading& sheet, std::size_t loci, std::size_t expected) {
+    if (loci != expected && sheet.lines().sound()) {
+        sheet.lines().fault("a block of " + std::to_string(loci) + " loci, not of " +
+                            std::to_string(expected));
+    }
+    return sheet.lines().sound();
+}
+
+// The blocks of the replicates, all with as many loci; the head of the first one was read.
+void readBlocks(SheetReading& sheet, const PairHead& head) {
+    SheetLines& lines = sheet.lines();
+    std::size_t replicate = 1;
+    std::string number = "1";
+    std::size_t lociOfFirst = 0;
+    std::size_t loci = 0; // of the current block
+    while (lines.next()) {
+        if (lines.line() != head.first) {
+            if (!readPairRow(sheet, head, number)) {
+                return;
+            }
+            ++loci;
+            continue;
+        }
+        lociOfFirst = replicate == 1 ? loci : lociOfFirst;
+        if (!hasLoci(sheet, loci, lociOfFirst) || !readHeadAgain(sheet, head)) {
+            return;
+        }
+        number = std::to_string(++replicate);
+        loci = 0;
+    }
+    if (replicate > 1) {
+        hasLoci(sheet, loci, lociOfFirst);
+    }
+}
+
 void readPairColumns(SheetReading& sheet) {
     SheetLines& lines = sheet.lines();
     PairHead head;
@@ -233,23 +277,7 @@ void readPairColumns(SheetReading& sheet) {
     if (head.firstNames.size() == head.front) {
         return; // a single population
     }
-    std::size_t replicate = 1;
-    std::string number = "1";
-    while (lines.next()) {
-        if (lines.line() != head.first) {
-            if (!readPairRow(sheet, head, number)) {
-                return;
-            }
-            continue;
-        }
-        if (!sheet.nextOf("the second populations of the pairs")) {
-            return;
-        }
-        if (lines.line() != head.second) {
-            return lines.fault("another head than the first one");
-        }
-        number = std::to_string(++replicate);
-    }
+    readBlocks(sheet, head);
 }
 
 void readPairRows(SheetReading& sheet) {

@@ -387,24 +387,34 @@ bool rowOfColumns(SheetReading& sheet, const Place& place, std::span<const Colum
     return true;
 }
 
+// The frequencies of the alleles, numbered from 1.
+void rowsOfFrequencies(SheetReading& sheet, Place place, Cells cells) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string number = std::to_string(i + 1);
+        place.replicate = number;
+        sheet.row(kSummaryFrequency, place, cells[i]);
+    }
+}
+
 void readSummary(SheetReading& sheet) {
     SheetLines& lines = sheet.lines();
     const std::size_t front = readLongHead(sheet, "\tPop.name", kSummaryColumns, "\tFrequences");
+    std::size_t rows = 0;
     while (front > 0 && lines.next()) {
         const Cells cells = lines.closedCells();
         if (cells.size() < front + kSummaryColumns.size()) {
             return lines.fault("only " + std::to_string(cells.size()) + " cells");
         }
-        Place place{.population1 = cells[front - 1], .locus = cells[0]};
+        const Place place{.population1 = cells[front - 1], .locus = cells[0]};
         if (!rowOfColumns(sheet, place, kSummaryColumns, cells.subspan(front))) {
             return;
         }
-        const Cells frequencies = cells.subspan(front + kSummaryColumns.size());
-        for (std::size_t i = 0; i < frequencies.size(); ++i) {
-            const std::string number = std::to_string(i + 1);
-            place.replicate = number;
-            sheet.row(kSummaryFrequency, place, frequencies[i]);
-        }
+        rowsOfFrequencies(sheet, place, cells.subspan(front + kSummaryColumns.size()));
+        ++rows;
+    }
+    const std::size_t populations = sheet.populations().size();
+    if (populations > 0 && rows % populations != 0) { // a locus lacks some
+        holdPopulations(sheet, rows % populations);
     }
 }
 

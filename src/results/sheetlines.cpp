@@ -30,7 +30,7 @@ SheetLines::SheetLines(std::istream& in, bool openEnd)
     : In(in), OpenEnd(openEnd), Buffer(kBufferBytes) {}
 
 bool SheetLines::next() {
-    if (!sound()) {
+    if (!sound() || Ended) {
         return false;
     }
     Line.clear();
@@ -44,6 +44,7 @@ bool SheetLines::next() {
             return false;
         }
     }
+    Ended = true;
     if (In.bad()) {
         fault("cannot be read any further");
         return false;

@@ -48,6 +48,7 @@ class SheetLines {
     std::size_t End = 0; // bytes in the buffer
     std::string Line;
     std::size_t Number = 0;
+    bool Ended = false; // no line is left
     std::vector<std::string_view> Cells;
     std::string Fault;
 };
