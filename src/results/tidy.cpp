@@ -1,0 +1,53 @@
+#include "results/tidy.h"
+
+#include <algorithm>
+
+namespace kva {
+
+namespace {
+
+constexpr std::string_view kHead = "statistic\tpopulation1\tpopulation2\tlocus\treplicate\tvalue\n";
+constexpr std::size_t kWaitingBytes = std::size_t{1} << 16U;
+
+bool isPlain(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
+           c == '-' || c == '+' || c == '.';
+}
+
+} // namespace
+
+TidyWriter::TidyWriter(std::ostream& out) : Out(out), Waiting(kHead) {}
+
+void TidyWriter::write(const TidyRow& row) {
+    Waiting += row.statistic;
+    for (const std::string_view text :
+         {row.place.population1, row.place.population2, row.place.locus, row.place.replicate}) {
+        Waiting += '\t';
+        addText(text);
+    }
+    Waiting += '\t';
+    Waiting += row.value;
+    Waiting += '\n';
+    if (Waiting.size() >= kWaitingBytes) {
+        flush();
+    }
+}
+
+void TidyWriter::flush() {
+    Out.write(Waiting.data(), static_cast<std::streamsize>(Waiting.size()));
+    Waiting.clear();
+}
+
+void TidyWriter::addText(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        Waiting += text;
+        return;
+    }
+    Waiting += '"';
+    for (const char c : text) {
+        Waiting.append(c == '"' ? 2 : 1, c);
+    }
+    Waiting += '"';
+}
+
+} // namespace kva
