@@ -16,11 +16,30 @@
 #include "run/run.h"
 #include "stats/passes.h"
 
+#include <cstdint>
 #include <cstdio>
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace kva {
+
+class AnalyseDataObj;
+
+// A pass among those of a run.
+struct PassStep {
+    uint32_t Number;  // its own for good: random streams are numbered by it
+    const char* Name; // for a user
+    bool (*Wanted)(const AnalyseDataObj& run);
+    void (*Do)(AnalyseDataObj& run, long bootstraps, long permutations);
+};
+
+// All of them in their order.
+std::span<const PassStep> allPassSteps();
+
+// Is told of a pass before it begins.
+using PassBegin = std::function<void(const PassStep& step)>;
 
 // The operations of a group stand in the order of the functions in its header. One whose pass
 // always goes on gives 0.
@@ -37,8 +56,8 @@ class AnalyseDataObj : public Run {
     // heterozygosity range only where GeneralMask asks for them. Nothing stops the pipeline: a pass
     // that fails tells so and returns. Without a result folder (FolderMissing) no pass runs.
     // `bootstraps`: replicates of the distances; 0 sets PopDistMask to 0. `permutations`: of the
-    // tests of the F-statistics, 0: none. 0.
-    int WriteOutput(long bootstraps, long permutations);
+    // tests of the F-statistics, 0: none. `begin`: null: nobody is told. 0.
+    int WriteOutput(long bootstraps, long permutations, const PassBegin& begin = nullptr);
 
     // InitPath(), then GetDataFile() from `stream`, which stays the caller's and was checked with
     // CheckDataFile; 0 whatever they returned.

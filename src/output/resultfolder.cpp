@@ -37,6 +37,11 @@ int makeNumberedFolder(const std::string& stem, std::string& folder) {
     }
 }
 
+// Makes a folder that is not there. 0, or the system's error number.
+int makeFolder(const std::string& folder) {
+    return mkdir(folder.c_str(), kFolderMode) == 0 ? 0 : errno;
+}
+
 // The absolute path of a file name, seen from the current folder; empty without such a folder.
 std::string absolutePath(const std::string& name) {
     std::error_code error;
@@ -67,8 +72,12 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     if (DataPath.empty()) {
         DataPath = absolutePath(dataFile);
     }
-    std::string folder = dataFile;
-    int error = DataPath.empty() ? ENOENT : makeNumberedFolder(DataPath + "_KVAresult", folder);
+    std::string folder = WantedPfad.empty() ? dataFile : WantedPfad;
+    int error = ENOENT;
+    if (!DataPath.empty()) {
+        error = WantedPfad.empty() ? makeNumberedFolder(DataPath + "_KVAresult", folder)
+                                   : makeFolder(folder);
+    }
     if (error == 0 && !enterFolder(folder)) {
         error = errno;
     }
@@ -121,6 +130,7 @@ void ResultFolder::LogEntry(const char* text) {
 }
 
 void ResultFolder::LogFailure(const std::string& line) {
+    Failures.push_back(line);
     LogDatei.text(line + "\n");
     LogDatei.flush();
 }

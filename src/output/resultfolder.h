@@ -13,6 +13,7 @@
 #include "output/resultfile.h"
 
 #include <string>
+#include <vector>
 
 namespace kva {
 
@@ -26,11 +27,11 @@ class ResultFolder {
     ResultFolder(const ResultFolder&) = delete;
     ResultFolder& operator=(const ResultFolder&) = delete;
 
-    // Makes the next numbered folder (mode 0777) for a data file, named as it was typed, enters it
-    // and opens its log. From the second call on the folder lies beside the first file, whatever
-    // the name. 0; 1, and told on the console, if there is no such folder to enter: StartPfad,
-    // ResultPfad, DateiKurzName and the log stay as they were. A log that does not open is told,
-    // and the result is 0.
+    // Makes WantedPfad, or without it the next numbered folder (mode 0777) for a data file, named
+    // as it was typed, enters it and opens its log. From the second call on the folder lies beside
+    // the first file, whatever the name. 0; 1, and told on the console, if there is no such folder
+    // to enter: StartPfad, ResultPfad, DateiKurzName and the log stay as they were. A log that does
+    // not open is told, and the result is 0.
     int MakeNext(const std::string& dataFile);
 
     // Goes into the result folder itself; false, with Message::ResultNotEntered on the console and
@@ -45,21 +46,24 @@ class ResultFolder {
     // outlive the file.
     ResultFile OpenResult(const std::string& name, const char* mode);
 
-    // Puts a line about a failure into the log and flushes it. Nothing without a log.
+    // Puts a line about a failure into Failures and, if there is one, into the log, and flushes it.
     void LogFailure(const std::string& line);
 
     // The entry of a finished pass in the log: a line end, the text, a line end, flushed. Nothing
     // without a log.
     void LogEntry(const char* text);
 
-    std::string StartPfad;      // absolute; folder to go back to, empty until MakeNext
-    std::string ResultPfad;     // absolute; the numbered result folder, empty until MakeNext
-    std::string DateiKurzName;  // data file without its folder, set by MakeNext
-    std::string DataPath;       // absolute path of the data file, set at the first MakeNext
-    std::string CurrentFolder;  // folder of the running pass inside the result folder, for
-                                // failure lines; set by PassFolder
-    bool FolderMissing = false; // the last MakeNext failed: no pass may run
-    ResultFile LogDatei;        // the run log "KVA.log"
+    std::string WantedPfad;    // absolute; the folder that MakeNext is to make, which must not be
+                               // there; empty: the next numbered one
+    std::string StartPfad;     // absolute; folder to go back to, empty until MakeNext
+    std::string ResultPfad;    // absolute; the numbered result folder, empty until MakeNext
+    std::string DateiKurzName; // data file without its folder, set by MakeNext
+    std::string DataPath;      // absolute path of the data file, set at the first MakeNext
+    std::string CurrentFolder; // folder of the running pass inside the result folder, for
+                               // failure lines; set by PassFolder
+    std::vector<std::string> Failures; // lines told by LogFailure
+    bool FolderMissing = false;        // the last MakeNext failed: no pass may run
+    ResultFile LogDatei;               // the run log "KVA.log"
 };
 
 // The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a

@@ -7,6 +7,7 @@
 #include "base/standardstreams.h"
 #include "tool/CheckCommand.h"
 #include "tool/ImportCommand.h"
+#include "tool/RunCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -99,6 +100,7 @@ int main(int argc, char** argv) {
                    "  kvatool import cats.gen -o data.txt --repeat 2\n"
                    "\n"
                    "Exit status: 0 done, 1 the data or a file failed, 2 wrong usage.");
+        kva::addRunCommand(app, status);
         kva::addCheckCommand(app, status);
         kva::addImportCommand(app, status);
         status = run(app, argc, argv, status);

@@ -1,0 +1,335 @@
+#include "tool/RunJob.h"
+
+#include "control/AnalyseDataObj.h"
+#include "control/frontend.h"
+#include "distance/measures.h"
+#include "formats/exports.h"
+#include "fstat/randsci.h"
+#include "results/results.h"
+#include "run/spread.h"
+#include "tool/Sha256.h"
+#include "tool/TestRows.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <utility>
+
+namespace kva {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kFailed = 1;
+
+// --- What the library tells --------------------------------------------------------------
+
+// While it lives, what goes to standard output is kept here.
+class KeptConsole {
+  public:
+    KeptConsole() : Before(std::cout.rdbuf(Text.rdbuf())) {}
+    ~KeptConsole() { std::cout.rdbuf(Before); }
+    KeptConsole(const KeptConsole&) = delete;
+    KeptConsole& operator=(const KeptConsole&) = delete;
+
+    // The lines since the last call.
+    std::vector<std::string> lines() {
+        std::istringstream in(Text.str());
+        Text.str({});
+        std::vector<std::string> all;
+        for (std::string line; std::getline(in, line);) {
+            if (!line.empty()) {
+                all.push_back(line);
+            }
+        }
+        return all;
+    }
+
+  private:
+    std::ostringstream Text;
+    std::streambuf* Before;
+};
+
+std::string joined(const std::vector<std::string>& lines) {
+    std::string all;
+    for (const std::string& line : lines) {
+        all += (all.empty() ? "" : "; ") + line;
+    }
+    return all;
+}
+
+// --- The record ----------------------------------------------------------------------------
+
+std::string now() {
+    const std::time_t seconds = std::time(nullptr);
+    std::tm parts{};
+    gmtime_r(&seconds, &parts);
+    char text[32];
+    (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return text;
+}
+
+Json numberOrNull(double value) {
+    return std::isnan(value) ? Json() : Json(value);
+}
+
+Json testsOf(const std::vector<TestRow>& rows) {
+    Json tests = Json::array();
+    for (const TestRow& row : rows) {
+        Json test = {{"statistic", row.Statistic}};
+        if (!row.Population2.empty()) {
+            test["population1"] = row.Population1;
+            test["population2"] = row.Population2;
+        } else {
+            test["locus"] = row.Locus.empty() ? Json() : Json(row.Locus);
+        }
+        test["hits"] = row.Count.Hits;
+        test["permutations"] = row.Count.Permutations;
+        test["ended_by_hits"] = row.Count.Ended;
+        test["p"] = numberOrNull(row.P);
+        test["p_error"] = numberOrNull(row.Error);
+        if (!row.Population2.empty()) {
+            test["p_holm"] = numberOrNull(row.Holm);
+            test["p_bh"] = numberOrNull(row.BenjaminiHochberg);
+        }
+        tests.push_back(std::move(test));
+    }
+    return tests;
+}
+
+Json settingsOf(const RunPlan& plan) {
+    const auto on = [](uint32_t mask, uint32_t bit) { return hasBit(mask, bit); };
+    const AnalyseSettings& masks = plan.Masks;
+    Json distances = {{"population", Json::array()}, {"individual", Json::array()}};
+    for (const Measure& measure : allMeasures()) {
+        if (on(masks.PopDistMask, measure.Bit)) {
+            distances["population"].push_back(measure.Stem);
+        }
+        if (on(plan.IndividualMeasures, measure.Bit)) {
+            distances["individual"].push_back(measure.Stem);
+        }
+    }
+    const bool fst = on(masks.GeneralMask, GeneralBit::FStatistics);
+    const bool range = on(masks.GeneralMask, GeneralBit::HetRange);
+    const char* const heterozygosity = on(masks.FstMask, FstBit::HObs)   ? "observed"
+                                       : on(masks.FstMask, FstBit::HExp) ? "expected"
+                                                                         : "inbred";
+    Json formats = Json::array();
+    for (const Export& row : allExports()) {
+        if (on(masks.GeneralMask, row.Bit)) {
+            formats.push_back(row.Keyword);
+        }
+    }
+    return {{"fst_pairs", fst && !on(masks.FstMask, FstBit::NoPairs)},
+            {"fst_global", fst && on(masks.FstMask, FstBit::Global)},
+            {"fst_beta", fst && on(masks.FstMask, FstBit::Beta)},
+            {"permutations", fst ? plan.Scalars.Permutationen : 0},
+            {"sequential_hits", plan.SequentialHits},
+            {"resample", on(masks.FstMask, FstBit::Genotypes) ? "genotypes" : "alleles"},
+            {"heterozygosity", heterozygosity},
+            {"fst_loci", on(masks.FstMask, FstBit::PerLocus)},
+            {"thin", on(masks.FstMask, FstBit::RandomDiscard)},
+            {"distances", std::move(distances)},
+            {"bootstrap", plan.Scalars.Bootstraps},
+            {"minus_log", on(masks.GeneralMask, GeneralBit::MinusLog)},
+            {"distance_loci", on(masks.PopDistMask, DistBit::PerLocus)},
+            {"nexus", on(masks.PopDistMask, DistBit::Nexus)},
+            {"het_range", range ? plan.Scalars.HetRandomisierungen : 0},
+            {"het_linked", on(masks.HetRangeMask, HetRangeBit::Linked)},
+            {"het_individuals", on(masks.HetRangeMask, HetRangeBit::Individuals)},
+            {"het_thin", on(masks.HetRangeMask, HetRangeBit::RandomDiscard)},
+            {"het_uncorrected", !on(masks.HetRangeMask, HetRangeBit::CorrectZero)},
+            {"formats", std::move(formats)},
+            {"im_info", plan.IMFile},
+            {"rarefy_gene_copies", plan.Scalars.RichnessRef}};
+}
+
+// --- The run -----------------------------------------------------------------------------
+
+// What run.json and the long table take from a run.
+struct Ran {
+    TestNames Names;
+    std::vector<TestRow> Tests;
+    std::vector<std::string> Warnings;
+    std::vector<Progress::Done> Passes;
+    int32_t Individuals = 0;
+    bool Whole = true; // every file was written
+};
+
+void tell(const std::string& line) {
+    std::cerr << "kvatool run: " << line << '\n';
+}
+
+int32_t individualsOf(const Run& run) {
+    int32_t individuals = 0;
+    for (int pop = 1; run.Daten && pop <= run.AnzPop; ++pop) {
+        individuals += run.Daten->GetIndividuals(pop);
+    }
+    return individuals;
+}
+
+TestNames namesOf(const Run& run) {
+    TestNames names;
+    for (int pop = 1; pop <= run.AnzPop; ++pop) {
+        names.Populations.push_back(orEmpty(run.Daten->GetPopName(pop)));
+    }
+    for (int locus = 1; locus <= run.AnzLoci; ++locus) {
+        names.Loci.push_back(orEmpty(run.Daten->GetLociName(locus)));
+    }
+    return names;
+}
+
+void reportSideFile(const std::string& name) {
+    std::cout << "Cannot open the IM information file " << name << '\n';
+}
+
+// Opens and reads the data. False, and told, if there is nothing to run.
+bool load(AnalyseDataObj& run, const RunJob& job, InputFile& input, KeptConsole& console,
+          std::vector<std::string>& warnings) {
+    run.WantedPfad = job.Folder;
+    const LoadResult loaded = LoadFirst(run, job.Data, job.Plan.IMFile, reportSideFile, input);
+    const std::vector<std::string> lines = console.lines();
+    if (loaded == LoadResult::NoFile) {
+        tell("cannot read '" + job.Data + "': no such file, a pipe, or no right to read it");
+        return false;
+    }
+    if (loaded == LoadResult::NoFolder || individualsOf(run) == 0) {
+        tell(job.Data + " cannot be used: " + joined(lines));
+        return false;
+    }
+    for (const std::string& line : lines) {
+        if (line.starts_with("Warning: ") || line.starts_with("Cannot ")) {
+            warnings.push_back(line);
+        }
+    }
+    return true;
+}
+
+// Goes over to the distances of individuals, whose measures may be others.
+void beginPass(const RunJob& job, AnalyseDataObj& run, const PassStep& step, Progress& progress) {
+    constexpr uint32_t kNoMeasures = DistBit::Engine | DistBit::PerLocus | DistBit::Nexus;
+    constexpr uint32_t kIndividuals = 9;
+    if (step.Number == kIndividuals) {
+        run.PopDistMask = (run.PopDistMask & kNoMeasures) | job.Plan.IndividualMeasures;
+    }
+    if (run.Spreading != nullptr) {
+        startUnit(run.Spreading->seed(), {UnitKind::Pass, step.Number});
+    }
+    progress.begin(step.Name);
+}
+
+// Runs all passes on loaded data.
+Ran runPasses(const RunJob& job, AnalyseDataObj& run, KeptConsole& console) {
+    Ran ran;
+    Progress progress(job.Data, job.Told, std::cerr);
+    const Spread spread(
+        job.Plan.Seed.value_or(0), job.Plan.Threads,
+        [&progress](std::size_t done, std::size_t all) { progress.share(done, all); });
+    TestRecord tests;
+    run.Spreading = job.Plan.Seed ? &spread : nullptr;
+    run.SequentialHits = job.Plan.SequentialHits;
+    run.Tests = &tests;
+    run.TakeSettings(job.Plan.Masks, job.Plan.Scalars);
+    run.WriteOutput(job.Plan.Scalars.Bootstraps, job.Plan.Scalars.Permutationen,
+                    [&](const PassStep& step) {
+                        (void)console.lines(); // marks, which nobody reads
+                        beginPass(job, run, step, progress);
+                    });
+    progress.end();
+    if (job.Plan.Seed) {
+        run.LogEntry(("Random seed: " + std::to_string(*job.Plan.Seed)).c_str());
+    }
+    run.LogDatei.close();
+    ran.Whole = run.Failures.empty();
+    for (const std::string& line : run.Failures) {
+        tell(job.Data + ": " + line);
+        ran.Warnings.push_back(line);
+    }
+    run.Tests = nullptr;
+    run.Spreading = nullptr;
+    ran.Names = namesOf(run);
+    ran.Tests = testRows(tests, ran.Names);
+    ran.Passes = progress.passes();
+    ran.Individuals = individualsOf(run);
+    return ran;
+}
+
+Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::string& begun) {
+    Json passes = Json::array();
+    for (const Progress::Done& pass : ran.Passes) {
+        passes.push_back({{"name", pass.Pass}, {"seconds", pass.Seconds}});
+    }
+    Json random = {{"generator", job.Plan.Seed ? "Philox4x32-10" : "ran1, seeded by the clock"}};
+    random["seed"] = job.Plan.Seed ? Json(*job.Plan.Seed) : Json();
+    return {{"program", "kvatool"},
+            {"version", kVersion},
+            {"data",
+             {{"file", run.DataPath},
+              {"sha256", sha256OfFile(run.DataPath)},
+              {"populations", run.AnzPop},
+              {"individuals", ran.Individuals},
+              {"loci", run.AnzLoci}}},
+            {"settings", settingsOf(job.Plan)},
+            {"random", std::move(random)},
+            {"threads", job.Plan.Threads},
+            {"begun", begun},
+            {"ended", now()},
+            {"passes", std::move(passes)},
+            {"tests", testsOf(ran.Tests)},
+            {"warnings", ran.Warnings}};
+}
+
+// Texts of users may hold any bytes; those that are no UTF-8 are replaced.
+bool writeRecord(const std::filesystem::path& file, const Json& record) {
+    std::ofstream out(file, std::ios::binary);
+    out << record.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    return static_cast<bool>(out.flush());
+}
+
+bool writeTable(const RunJob& job, const Ran& ran) {
+    std::ofstream out(job.Folder / kTidyName, std::ios::binary);
+    TidyWriter table(out);
+    const std::vector<std::string> faults =
+        readResults(job.Folder, [&table](const TidyRow& row) { table.write(row); });
+    for (const TestRow& row : ran.Tests) {
+        writeTest(row, table);
+    }
+    table.flush();
+    for (const std::string& fault : faults) {
+        tell(job.Data + ": " + fault);
+    }
+    return faults.empty() && out.flush();
+}
+
+} // namespace
+
+int doJob(const RunJob& job) {
+    const std::string begun = now();
+    KeptConsole console;
+    InputFile input;
+    AnalyseDataObj run;
+    Ran ran;
+    std::vector<std::string> warnings;
+    if (!load(run, job, input, console, warnings)) {
+        return kFailed;
+    }
+    ran = runPasses(job, run, console);
+    ran.Warnings.insert(ran.Warnings.begin(), warnings.begin(), warnings.end());
+    if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun))) {
+        tell(job.Data + ": cannot write " + kRunRecordName);
+        ran.Whole = false;
+    }
+    if (job.Tidy && !writeTable(job, ran)) {
+        tell(job.Data + ": cannot write " + kTidyName);
+        ran.Whole = false;
+    }
+    return ran.Whole ? 0 : kFailed;
+}
+
+} // namespace kva
