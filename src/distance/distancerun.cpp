@@ -15,9 +15,17 @@ namespace {
 constexpr std::size_t kWriterBytes = std::size_t{288} << 20U; // what all writers hold
 constexpr std::size_t kTextBytes = std::size_t{1} << 30U;     // of replicates that wait
 constexpr std::size_t kCellBytes = 9;
+constexpr std::size_t kAhead = 4; // replicates that wait
 
 CellRules cellRules(const Run& run) {
     return {hasBit(run.GeneralMask, GeneralBit::MinusLog), run.DistUnendlich, run.DistFehlerwert};
+}
+
+// Appends each text to its file.
+void append(const std::vector<std::string>& texts, std::vector<ResultFile>& files) {
+    for (std::size_t k = 0; k < texts.size(); ++k) {
+        files[k].text(texts[k]);
+    }
 }
 
 } // namespace
@@ -35,7 +43,7 @@ bool DistanceRun::inUnits() const {
     if (Source.Spreading == nullptr || !bootstrapping()) {
         return false;
     }
-    const std::size_t waiting = 2 * std::size_t{Source.Spreading->threads()};
+    const std::size_t waiting = kAhead + 2 * std::size_t{Source.Spreading->threads()};
     return waiting * Measures.size() * Labels.size() * Labels.size() * kCellBytes <= kTextBytes;
 }
 
@@ -145,7 +153,9 @@ struct DistanceRun::TextWriter {
           Writer(run.shape(), kWriterBytes, run.locusSheets(filesInto(Sheets)),
                  [this, &run](const Measure& measure) {
                      const auto at = std::ranges::find(run.Measures, measure.Stem, &Measure::Stem);
-                     return ResultFile::toText(Matrices[at - run.Measures.begin()]);
+                     std::string& text = Matrices[at - run.Measures.begin()];
+                     text.reserve(Longest);
+                     return ResultFile::toText(text);
                  }) {}
 
     static std::vector<ResultFile> filesInto(std::vector<std::string>& texts) {
@@ -157,9 +167,10 @@ struct DistanceRun::TextWriter {
     }
 
     // Moves the texts out.
-    static std::vector<std::string> taken(std::vector<std::string>& texts) {
+    std::vector<std::string> taken(std::vector<std::string>& texts) {
         std::vector<std::string> all;
         for (std::string& text : texts) {
+            Longest = std::max(Longest, text.size());
             all.push_back(std::exchange(text, {}));
         }
         return all;
@@ -174,33 +185,31 @@ struct DistanceRun::TextWriter {
 
     std::vector<std::string> Matrices; // as in Texts
     std::vector<std::string> Sheets;
+    std::size_t Longest = 0; // text so far: the next ones will be as long
     ReplicateWriter Writer;
 };
 
 void DistanceRun::writeInUnits() {
     const Spread& spread = *Source.Spreading;
     const auto replicates = static_cast<std::size_t>(Source.Bootstraps);
-    spread.inOrder(replicates, spread.threads(), [this]() -> Spread::Work {
-        return [this, writer = std::make_shared<TextWriter>(*this)](
+    std::vector<ResultFile> matrices;
+    for (const Measure& measure : Measures) {
+        matrices.push_back(openMatrix(measure, "rb+"));
+        if (!matrices.back().isOpen()) {
+            AUSGABE(Message::DistanceLost);
+        }
+    }
+    spread.inOrder(replicates, kAhead, [&]() -> Spread::Work {
+        return [this, &matrices, writer = std::make_shared<TextWriter>(*this)](
                    std::size_t replicate) -> Spread::Take {
             startReplicate(replicate);
-            return [this, texts = writer->write(drawLoci(false))] { append(texts); };
+            return [this, &matrices, texts = writer->write(drawLoci(false))] {
+                append(texts.Matrices, matrices);
+                append(texts.Sheets, SheetFiles);
+            };
         };
     });
     SheetFiles.clear();
-}
-
-void DistanceRun::append(const Texts& texts) {
-    for (std::size_t m = 0; m < Measures.size(); ++m) {
-        ResultFile matrix = openMatrix(Measures[m], "rb+");
-        if (!matrix.isOpen()) {
-            AUSGABE(Message::DistanceLost);
-        }
-        matrix.text(texts.Matrices[m]);
-    }
-    for (std::size_t m = 0; m < SheetFiles.size(); ++m) {
-        SheetFiles[m].text(texts.Sheets[m]);
-    }
 }
 
 } // namespace kva

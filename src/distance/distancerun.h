@@ -62,8 +62,6 @@ class DistanceRun {
     void writeInOrder();
     // Writes them on several threads, each replicate into texts first.
     void writeInUnits();
-    // Appends a replicate to the files.
-    void append(const Texts& texts);
     // The loci of a replicate, from 0: drawn with replacement, BootLoci of them if that is above 0,
     // else as many as there are; without a bootstrap all loci in order. marks: they are told on the
     // console.

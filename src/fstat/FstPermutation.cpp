@@ -49,16 +49,22 @@ namespace {
 constexpr int32_t kBlock = 500;            // permutations
 constexpr std::size_t kBlocksAhead = 1024; // their counts are small
 
-FValues valuesOf(const FTriple& f, int32_t i, int32_t j) {
-    return {f[0](i, j), f[1](i, j), f[2](i, j)};
+// The observed values of all pairs, row by row.
+std::vector<FValues> observedValues(const FTriple& f, int32_t populations) {
+    std::vector<FValues> values;
+    values.reserve(static_cast<std::size_t>(pairNumber(populations)));
+    forEachPair(populations, [&](int32_t i, int32_t j) {
+        values.push_back({f[0](i, j), f[1](i, j), f[2](i, j)});
+    });
+    return values;
 }
 
 // The test of all pairs, each permutation of each on a stream of its own.
 class PairsInUnits {
   public:
     PairsInUnits(const Run& run, const FTriple& f, const SampleTables& tab)
-        : Source(run), F(f), Tables(tab), Sample(newTest()->sample()),
-          Blocks((run.Permutationen + kBlock - 1) / kBlock) {
+        : Source(run), Observed(observedValues(f, run.AnzPop)), Tables(tab),
+          Sample(newTest()->sample()), Blocks((run.Permutationen + kBlock - 1) / kBlock) {
         forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
             Counts.push_back({i, j, {}});
             for (std::size_t s = 0; s < Counts.back().Of.size(); ++s) {
@@ -94,14 +100,13 @@ class PairsInUnits {
     // The counts of a pair (by its place) in its blocks from `block` on, up to `end`.
     TestCounts permute(PairTest& test, std::size_t pair, int32_t block, int32_t end) const {
         const auto [i, j, none] = Counts[pair];
-        const FValues observed = valuesOf(F, i, j);
         TestCounts counts;
         for (; block < end && !allEnded(counts); ++block) {
             startUnit(Source.Spreading->seed(), {UnitKind::PairTest, static_cast<uint32_t>(pair),
                                                  static_cast<uint32_t>(block)});
             const int32_t permutations = std::min(kBlock, Source.Permutationen - block * kBlock);
             for (int32_t k = 0; k < permutations && !allEnded(counts); ++k) {
-                const Reached reached = test.reached(i, j, Sample, observed);
+                const Reached reached = test.reached(i, j, Sample, Observed[pair]);
                 for (std::size_t s = 0; s < counts.size(); ++s) {
                     counts[s].count(reached[s], Source.SequentialHits);
                 }
@@ -115,7 +120,7 @@ class PairsInUnits {
     }
 
     const Run& Source;                    // NOT OWNED
-    const FTriple& F;                     // NOT OWNED; observed
+    std::vector<FValues> Observed;        // by pair
     const SampleTables& Tables;           // NOT OWNED
     CodedSample Sample;                   // the data as they were read
     int32_t Blocks;                       // of each pair
@@ -145,6 +150,36 @@ std::vector<TestRecord::Pair> recordOf(const FTriple& p, const FTriple& f, const
     return counts;
 }
 
+// --- In order, on the stream that the clock seeds -------------------------------------------
+
+// Counts the hits of all pairs in p, permutation after permutation.
+void countInOrder(const Run& run, FTriple& p, const FTriple& f, const SampleTables& tab,
+                  CMatrix& locusTable) {
+    const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
+    PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
+    const CodedSample sample = test.sample();
+    for (CMatrix& matrix : p) {
+        matrix.Fill(0.0);
+    }
+    InternStartRDGen();
+    const std::vector<FValues> observed = observedValues(f, run.AnzPop);
+    for (int32_t k = 0; k < run.Permutationen; ++k) {
+        AUSGABE(Message::PairReplica, k);
+        if (k % kPairSeedEvery == 0) {
+            InternStartRDGen();
+        }
+        // Each permutation overwrites the locus table, so that only the last one shows.
+        CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
+        auto ofPair = observed.begin();
+        forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
+            countHits(p, i, j,
+                      table == nullptr ? test.reached(i, j, sample, *ofPair)
+                                       : reachedBy(test.shuffled(i, j, sample, table), *ofPair));
+            ++ofPair;
+        });
+    }
+}
+
 } // namespace
 
 // --- The test --------------------------------------------------------------------------
@@ -159,27 +194,7 @@ void testPairs(const Run& run, FTriple& p, const FTriple& f, const SampleTables&
         }
         return;
     }
-    const bool toTable = (run.FstMask & (FstBit::LocusTable | FstBit::Heterogeneity)) != 0;
-    PairTest test(*run.Daten, tab, run.FstMask, run.DistFehlerwert);
-    const CodedSample sample = test.sample();
-    for (CMatrix& matrix : p) {
-        matrix.Fill(0.0);
-    }
-    InternStartRDGen();
-    for (int32_t k = 0; k < run.Permutationen; ++k) {
-        AUSGABE(Message::PairReplica, k);
-        if (k % kPairSeedEvery == 0) {
-            InternStartRDGen();
-        }
-        // Each permutation overwrites the locus table, so that only the last one shows.
-        CMatrix* const table = toTable && k + 1 == run.Permutationen ? &locusTable : nullptr;
-        forEachPair(run.AnzPop, [&](int32_t i, int32_t j) {
-            const FValues observed = valuesOf(f, i, j);
-            countHits(p, i, j,
-                      table == nullptr ? test.reached(i, j, sample, observed)
-                                       : reachedBy(test.shuffled(i, j, sample, table), observed));
-        });
-    }
+    countInOrder(run, p, f, tab, locusTable);
     if (run.Tests != nullptr) {
         run.Tests->Pairs = recordOf(p, f, run);
     }

@@ -161,7 +161,7 @@ void computeOfUnit(Stream& stream) {
 
 // --- Either -------------------------------------------------------------------------------
 
-void computeAhead(Stream& stream) {
+[[gnu::noinline]] void computeAhead(Stream& stream) { // once for many values
     if (stream.Keyed) {
         computeOfUnit(stream);
     } else {

@@ -99,9 +99,8 @@ void ResultFile::print(const char* format, ...) {
 }
 
 void ResultFile::longText(std::string_view words) {
-    for (; !words.empty(); words.remove_prefix(std::min(words.size(), kBufferSize))) {
-        piece(words.substr(0, kBufferSize));
-    }
+    flush();
+    pass(words);
 }
 
 void ResultFile::integer(long long value) {
@@ -132,12 +131,15 @@ void ResultFile::tabFixed(double value) {
 
 void ResultFile::flush() {
     // Taken away first: the handler of a failure may write to this very file.
-    const std::size_t bytes = std::exchange(Used, 0);
+    pass({Buffer.get(), std::exchange(Used, 0)});
+}
+
+void ResultFile::pass(std::string_view words) {
     if (Text != nullptr) {
-        Text->append(Buffer.get(), bytes);
-    } else if (Stream && !Failed && bytes > 0) {
+        Text->append(words);
+    } else if (Stream && !Failed && !words.empty()) {
         errno = 0;
-        if (std::fwrite(Buffer.get(), 1, bytes, Stream.get()) != bytes) {
+        if (std::fwrite(words.data(), 1, words.size(), Stream.get()) != words.size()) {
             fail(errno);
         }
     }

@@ -111,6 +111,9 @@ class ResultFile {
     }
     void longText(std::string_view words);
 
+    // Hands words to the system, or to the text.
+    void pass(std::string_view words);
+
     // Closes a stream that was not closed by close(), without a look at the result.
     struct Closer {
         void operator()(std::FILE* stream) const { std::fclose(stream); }
