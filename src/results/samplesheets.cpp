@@ -339,10 +339,9 @@ constexpr std::array<Column, 12> kGroupColumns = {{
 
 template <std::size_t Count>
 std::vector<std::string_view> statisticsOf(const std::array<Column, Count>& columns) {
-    std::vector<std::string_view> names;
-    for (const Column& column : columns) {
-        names.push_back(column.statistic);
-    }
+    std::vector<std::string_view> names(Count);
+    std::transform(columns.begin(), columns.end(), names.begin(),
+                   [](const Column& column) { return column.statistic; });
     return names;
 }
 

@@ -71,7 +71,7 @@ std::span<const std::string_view> SheetLines::closedCells() {
     return Cells;
 }
 
-void SheetLines::fault(std::string what) {
+void SheetLines::fault(const std::string& what) {
     if (Fault.empty()) {
         Fault = "line " + std::to_string(Number) + ": " + what;
     }

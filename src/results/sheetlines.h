@@ -33,7 +33,7 @@ class SheetLines {
     std::span<const std::string_view> closedCells();
 
     // Tells what is wrong with the current line, or behind the last one. The first fault stays.
-    void fault(std::string what);
+    void fault(const std::string& what);
     bool sound() const { return Fault.empty(); }
     const std::string& faultText() const { return Fault; } // "line 3: ..."; empty: none
 
