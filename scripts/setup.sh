@@ -6,7 +6,9 @@ set -eu
 # Package of Debian for each need; "package=command" where a command of any origin will do.
 for need in "$@"; do
     case $need in
-    build) set -- "$@" g++=g++ cmake=cmake ninja-build=ninja ;;
+    build)
+        set -- "$@" g++=g++ cmake=cmake ninja-build=ninja libcli11-dev nlohmann-json3-dev
+        ;;
     test) set -- "$@" libgtest-dev libgmock-dev faketime valgrind=valgrind python3=python3 ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
     coverage) set -- "$@" gcovr=gcovr ;;

@@ -1,12 +1,11 @@
 // The entry of the program: picks the front end, and its result is the exit status.
+#include "base/standardstreams.h"
 #include "control/CMenu.h"
 #include "control/cczkva.h"
 
 #include <csignal>
 #include <exception>
-#include <fcntl.h>
 #include <iostream>
-#include <unistd.h>
 
 using namespace kva;
 
@@ -22,18 +21,6 @@ int runMenu() {
 int runCommandLine(int argc, char** argv) {
     CCommandZeileKVA commandLine;
     return commandLine.Analyse(argc, argv);
-}
-
-// A program started with its standard streams closed would get their numbers for its own files, and
-// what goes to the console would land in the log.
-void holdStandardStreams() {
-    int opened = open("/dev/null", O_RDWR); // takes the lowest number that is free
-    while (opened >= 0 && opened <= STDERR_FILENO) {
-        opened = open("/dev/null", O_RDWR);
-    }
-    if (opened >= 0) {
-        (void)close(opened); // all three are taken
-    }
 }
 
 } // namespace
