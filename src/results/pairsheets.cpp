@@ -100,7 +100,7 @@ class Matrices {
             line.remove_suffix(1);
         }
         const std::size_t width = LabelSize(line);
-        if (width == 0) {
+        if (width == 0 || line.substr(0, width).find('\t') != std::string_view::npos) {
             Lines.fault("no label in front");
             return false;
         }
@@ -208,7 +208,7 @@ bool readPairRow(SheetReading& sheet, const PairHead& head, std::string_view rep
         return false;
     }
     for (std::size_t c = head.front; c < cells.size(); ++c) {
-        const Place place{head.firstNames[c], head.secondNames[c], cells[0], replicate};
+        const TidyPlace place{head.firstNames[c], head.secondNames[c], cells[0], replicate};
         if (!sheet.row(place, cells[c])) {
             return false;
         }
@@ -290,7 +290,7 @@ void readPairRows(SheetReading& sheet) {
             return;
         }
         for (std::size_t l = 0; l < head.loci.size(); ++l) {
-            const Place place{
+            const TidyPlace place{
                 .population1 = cells[0], .population2 = cells[1], .locus = head.loci[l]};
             if (!sheet.row(place, cells[kNames + l])) {
                 return;

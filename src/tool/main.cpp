@@ -7,6 +7,7 @@
 #include "base/standardstreams.h"
 #include "tool/CheckCommand.h"
 #include "tool/ImportCommand.h"
+#include "tool/TidyCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -97,10 +98,12 @@ int main(int argc, char** argv) {
         app.footer("Examples:\n"
                    "  kvatool check data.txt\n"
                    "  kvatool import cats.gen -o data.txt --repeat 2\n"
+                   "  kvatool tidy data.txt_KVAresult00 -o results.txt\n"
                    "\n"
                    "Exit status: 0 done, 1 the data or a file failed, 2 wrong usage.");
         kva::addCheckCommand(app, status);
         kva::addImportCommand(app, status);
+        kva::addTidyCommand(app, status);
         status = run(app, argc, argv, status);
         if (!std::cout.flush()) {
             std::cerr << "kvatool: cannot write to standard output\n";
