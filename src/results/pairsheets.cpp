@@ -57,14 +57,13 @@ class Matrices {
 
     // The one matrix of a NEXUS file, of which the first line is current.
     void readNexus() {
-        std::optional<std::string_view> rows;
+        std::optional<std::size_t> rows;
         while (Lines.line() != "matrix") {
             if (!Sheet.nextOf("the matrix")) {
                 return;
             }
             if (const auto found = numberBetween(Lines.line(), "Dimensions ntax=", ";")) {
-                rows = found;
-                Rows = countOf(*rows).value_or(0);
+                rows = countOf(*found);
             }
         }
         if (!rows) {
@@ -72,7 +71,7 @@ class Matrices {
         }
         ++Replicate;
         Nexus = true;
-        if (readRows(Rows)) {
+        if (readRows(*rows)) {
             Sheet.nextOf("the end of the block");
         }
         if (Lines.sound() && Lines.line() != "end;") {
