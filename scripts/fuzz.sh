@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 task=${1:?seconds, or minimise}
 shift
-[ $# -gt 0 ] || set -- reader options iminfo menu passes
+[ $# -gt 0 ] || set -- reader options iminfo menu passes check results
 
 scripts/setup.sh build test clang
 cmake --preset fuzz >/dev/null

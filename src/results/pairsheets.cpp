@@ -57,14 +57,13 @@ class Matrices {
 
     // The one matrix of a NEXUS file, of which the first line is current.
     void readNexus() {
-        std::optional<std::string_view> rows;
+        std::optional<std::size_t> rows;
         while (Lines.line() != "matrix") {
             if (!Sheet.nextOf("the matrix")) {
                 return;
             }
             if (const auto found = numberBetween(Lines.line(), "Dimensions ntax=", ";")) {
-                rows = found;
-                Rows = countOf(*rows).value_or(0);
+                rows = countOf(*found);
             }
         }
         if (!rows) {
@@ -72,7 +71,7 @@ class Matrices {
         }
         ++Replicate;
         Nexus = true;
-        if (readRows(Rows)) {
+        if (readRows(*rows)) {
             Sheet.nextOf("the end of the block");
         }
         if (Lines.sound() && Lines.line() != "end;") {
@@ -100,7 +99,7 @@ class Matrices {
             line.remove_suffix(1);
         }
         const std::size_t width = LabelSize(line);
-        if (width == 0) {
+        if (width == 0 || line.substr(0, width).find('\t') != std::string_view::npos) {
             Lines.fault("no label in front");
             return false;
         }
@@ -208,7 +207,7 @@ bool readPairRow(SheetReading& sheet, const PairHead& head, std::string_view rep
         return false;
     }
     for (std::size_t c = head.front; c < cells.size(); ++c) {
-        const Place place{head.firstNames[c], head.secondNames[c], cells[0], replicate};
+        const TidyPlace place{head.firstNames[c], head.secondNames[c], cells[0], replicate};
         if (!sheet.row(place, cells[c])) {
             return false;
         }
@@ -290,7 +289,7 @@ void readPairRows(SheetReading& sheet) {
             return;
         }
         for (std::size_t l = 0; l < head.loci.size(); ++l) {
-            const Place place{
+            const TidyPlace place{
                 .population1 = cells[0], .population2 = cells[1], .locus = head.loci[l]};
             if (!sheet.row(place, cells[kNames + l])) {
                 return;

@@ -15,8 +15,8 @@ using Cells = std::span<const std::string_view>;
 // --- Tables -------------------------------------------------------------------------------
 
 // Hands out the cells of a row, one for each locus; `place` holds what they have in common.
-bool rowOfLoci(SheetReading& sheet, std::string_view statistic, Place place, const LocusHead& head,
-               Cells cells, NoValue none = nullptr) {
+bool rowOfLoci(SheetReading& sheet, std::string_view statistic, TidyPlace place,
+               const LocusHead& head, Cells cells, NoValue none = nullptr) {
     for (std::size_t l = 0; l < head.loci.size(); ++l) {
         place.locus = head.loci[l];
         if (!sheet.row(statistic, place, cells[l], none)) {
@@ -52,7 +52,7 @@ std::size_t readTable(SheetReading& sheet, std::string_view statistic, bool clos
         if (cells.empty()) {
             break;
         }
-        const Place place{.population1 = cells[0], .replicate = sheet.rule().replicate};
+        const TidyPlace place{.population1 = cells[0], .replicate = sheet.rule().replicate};
         rowOfLoci(sheet, statistic, place, head, cells.subspan(1), sheet.rule().none);
         ++rows;
     }
@@ -339,10 +339,9 @@ constexpr std::array<Column, 12> kGroupColumns = {{
 
 template <std::size_t Count>
 std::vector<std::string_view> statisticsOf(const std::array<Column, Count>& columns) {
-    std::vector<std::string_view> names;
-    for (const Column& column : columns) {
-        names.push_back(column.statistic);
-    }
+    std::vector<std::string_view> names(Count);
+    std::transform(columns.begin(), columns.end(), names.begin(),
+                   [](const Column& column) { return column.statistic; });
     return names;
 }
 
@@ -377,7 +376,7 @@ std::size_t readLongHead(SheetReading& sheet, std::string_view labels,
     return 0;
 }
 
-bool rowOfColumns(SheetReading& sheet, const Place& place, std::span<const Column> columns,
+bool rowOfColumns(SheetReading& sheet, const TidyPlace& place, std::span<const Column> columns,
                   Cells cells) {
     for (std::size_t c = 0; c < columns.size(); ++c) {
         if (!sheet.row(columns[c].statistic, place, cells[c], columns[c].none)) {
@@ -388,7 +387,7 @@ bool rowOfColumns(SheetReading& sheet, const Place& place, std::span<const Colum
 }
 
 // The frequencies of the alleles, numbered from 1.
-void rowsOfFrequencies(SheetReading& sheet, Place place, Cells cells) {
+void rowsOfFrequencies(SheetReading& sheet, TidyPlace place, Cells cells) {
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::string number = std::to_string(i + 1);
         place.replicate = number;
@@ -405,7 +404,7 @@ void readSummary(SheetReading& sheet) {
         if (cells.size() < front + kSummaryColumns.size()) {
             return lines.fault("only " + std::to_string(cells.size()) + " cells");
         }
-        const Place place{.population1 = cells[front - 1], .locus = cells[0]};
+        const TidyPlace place{.population1 = cells[front - 1], .locus = cells[0]};
         if (!rowOfColumns(sheet, place, kSummaryColumns, cells.subspan(front))) {
             return;
         }

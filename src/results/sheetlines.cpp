@@ -8,7 +8,6 @@ namespace kva {
 namespace {
 
 constexpr std::size_t kBufferBytes = std::size_t{1} << 16U;
-constexpr std::size_t kLongestLine = std::size_t{1} << 30U; // far beyond what any sheet has
 
 } // namespace
 
@@ -26,8 +25,8 @@ void splitCells(std::string_view text, std::vector<std::string_view>& cells) {
     }
 }
 
-SheetLines::SheetLines(std::istream& in, bool openEnd)
-    : In(in), OpenEnd(openEnd), Buffer(kBufferBytes) {}
+SheetLines::SheetLines(std::istream& in, bool openEnd, std::size_t longest)
+    : In(in), OpenEnd(openEnd), Longest(longest), Buffer(kBufferBytes) {}
 
 bool SheetLines::next() {
     if (!sound() || Ended) {
@@ -39,7 +38,7 @@ bool SheetLines::next() {
         if (takePiece()) {
             return true;
         }
-        if (Line.size() > kLongestLine) {
+        if (Line.size() > Longest) {
             fault("the line is too long");
             return false;
         }
@@ -71,7 +70,7 @@ std::span<const std::string_view> SheetLines::closedCells() {
     return Cells;
 }
 
-void SheetLines::fault(std::string what) {
+void SheetLines::fault(const std::string& what) {
     if (Fault.empty()) {
         Fault = "line " + std::to_string(Number) + ": " + what;
     }

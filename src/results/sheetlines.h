@@ -17,8 +17,11 @@ void splitCells(std::string_view text, std::vector<std::string_view>& cells);
 // The lines end with LF. After a fault there are no more lines.
 class SheetLines {
   public:
-    // openEnd: the sheet's last line may lack its line end; in other sheets it is a fault.
-    SheetLines(std::istream& in, bool openEnd); // in: NOT OWNED
+    static constexpr std::size_t kLongestLine = std::size_t{1} << 30U; // far beyond any sheet's
+
+    // in: NOT OWNED. openEnd: the sheet's last line may lack its line end; in other sheets it is a
+    // fault, as is a line of more than about `longest` bytes.
+    SheetLines(std::istream& in, bool openEnd, std::size_t longest = kLongestLine);
 
     // Goes to the next line. False at the end of the sheet, and at a fault.
     bool next();
@@ -33,7 +36,7 @@ class SheetLines {
     std::span<const std::string_view> closedCells();
 
     // Tells what is wrong with the current line, or behind the last one. The first fault stays.
-    void fault(std::string what);
+    void fault(const std::string& what);
     bool sound() const { return Fault.empty(); }
     const std::string& faultText() const { return Fault; } // "line 3: ..."; empty: none
 
@@ -43,6 +46,7 @@ class SheetLines {
 
     std::istream& In;
     bool OpenEnd;
+    std::size_t Longest; // bytes of a line
     std::vector<char> Buffer;
     std::size_t At = 0;  // place in the buffer
     std::size_t End = 0; // bytes in the buffer

@@ -22,11 +22,11 @@ SheetReading::SheetReading(SheetLines& lines, const SheetRule& rule,
                            const RowSink& sink)
     : Lines(lines), Rule(rule), Populations(populations), Part(part), Sink(sink) {}
 
-bool SheetReading::row(const Place& place, std::string_view cell) {
+bool SheetReading::row(const TidyPlace& place, std::string_view cell) {
     return row(Rule.statistic, place, cell, Rule.none);
 }
 
-bool SheetReading::row(std::string_view statistic, const Place& place, std::string_view cell,
+bool SheetReading::row(std::string_view statistic, const TidyPlace& place, std::string_view cell,
                        NoValue none) {
     const std::optional<std::string_view> value = cellValue(cell);
     if (!value) {

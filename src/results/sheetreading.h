@@ -54,8 +54,8 @@ class SheetReading {
 
     // Hands out the row of a cell; without a statistic that of the catalogue. A cell that is no
     // number is a fault. False after a fault.
-    bool row(const Place& place, std::string_view cell);
-    bool row(std::string_view statistic, const Place& place, std::string_view cell,
+    bool row(const TidyPlace& place, std::string_view cell);
+    bool row(std::string_view statistic, const TidyPlace& place, std::string_view cell,
              NoValue none = nullptr);
 
     // Goes to the next line, and makes it a fault if there is none; `what` should follow.

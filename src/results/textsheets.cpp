@@ -58,7 +58,7 @@ constexpr std::string_view kPermutations = "permutations_global";
 
 // Hands out a value and, where there is one behind it, its p-value.
 bool valueWithP(SheetReading& sheet, std::string_view statistic, std::string_view p,
-                const Place& place, Cells cells) {
+                const TidyPlace& place, Cells cells) {
     if (cells.size() != 1 && (cells.size() != 2 || p.empty())) {
         sheet.lines().fault("a value should stand here, or a value and its p");
         return false;
@@ -154,7 +154,7 @@ constexpr std::array<std::string_view, 3> kTriple = {"lower", "mean", "upper"};
 
 // Hands out the triples of all statistics for 95 %, then those for 99 %; each has an empty cell
 // behind it.
-bool readTriples(SheetReading& sheet, std::span<const std::string_view> statistics, Place place,
+bool readTriples(SheetReading& sheet, std::span<const std::string_view> statistics, TidyPlace place,
                  Cells cells) {
     constexpr std::size_t kStep = 4;
     if (!sheet.hasCells(cells.size(), kStep * kPercents.size() * statistics.size())) {
@@ -276,7 +276,7 @@ constexpr std::string_view kMonomorphic = "report_monomorphic";
 
 // Hands out the numbers of a text; false where it is not the remark's.
 bool readRemark(SheetReading& sheet, const Remark& remark, std::string_view text,
-                const Place& place) {
+                const TidyPlace& place) {
     if (remark.second.empty()) {
         const auto number = numberBetween(text, remark.text.before, remark.text.after);
         return number && sheet.row(remark.statistic, place, *number);
@@ -286,7 +286,7 @@ bool readRemark(SheetReading& sheet, const Remark& remark, std::string_view text
            sheet.row(remark.second, place, numbers->second);
 }
 
-bool readAnyRemark(SheetReading& sheet, std::string_view text, const Place& place) {
+bool readAnyRemark(SheetReading& sheet, std::string_view text, const TidyPlace& place) {
     for (const Remark& remark : kRemarks) {
         if (readRemark(sheet, remark, text, place)) {
             return true;
@@ -305,7 +305,7 @@ bool readLocusRemarks(SheetReading& sheet) {
         return false;
     }
     name.remove_suffix(1);
-    const Place place{.locus = name};
+    const TidyPlace place{.locus = name};
     if (cells.size() == 2 && cells[1] == "monomorphic") {
         return sheet.row(kMonomorphic, place, "1");
     }

@@ -15,7 +15,7 @@
 namespace kva {
 
 // What a number belongs to; empty where it is of no population, pair, locus or replicate.
-struct Place {
+struct TidyPlace {
     std::string_view population1 = {}; // population, individual or group; "Total": the pool
     std::string_view population2 = {}; // the other one of a pair
     std::string_view locus = {};       // first name of the locus
@@ -26,7 +26,7 @@ struct Place {
 // row.
 struct TidyRow {
     std::string_view statistic; // one of catalogueStatistics()
-    Place place;
+    TidyPlace place;
     std::string_view
         value; // the number as its sheet prints it, "NaN", "Inf" or "-Inf"; empty: none
 };

@@ -8,6 +8,7 @@
 #include "tool/CheckCommand.h"
 #include "tool/ImportCommand.h"
 #include "tool/RunCommand.h"
+#include "tool/TidyCommand.h"
 
 #include <CLI/CLI.hpp>
 
@@ -90,19 +91,22 @@ int main(int argc, char** argv) {
     (void)std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write
     try {
         int status = 0;
-        CLI::App app("Checks and converts genotype data for kva, the program for the population\n"
+        CLI::App app("Checks, runs and converts genotype data: kva for scripts, the program for the population\n"
                      "genetics of microsatellites.",
                      "kvatool");
         app.set_version_flag("--version", std::string("kvatool ") + kva::kVersion);
         app.require_subcommand(1);
         app.footer("Examples:\n"
                    "  kvatool check data.txt\n"
+                   "  kvatool run data.txt --fst pairs --seed 1 --tidy results.tsv\n"
                    "  kvatool import cats.gen -o data.txt --repeat 2\n"
+                   "  kvatool tidy data.txt_KVAresult00 -o results.txt\n"
                    "\n"
                    "Exit status: 0 done, 1 the data or a file failed, 2 wrong usage.");
         kva::addRunCommand(app, status);
         kva::addCheckCommand(app, status);
         kva::addImportCommand(app, status);
+        kva::addTidyCommand(app, status);
         status = run(app, argc, argv, status);
         if (!std::cout.flush()) {
             std::cerr << "kvatool: cannot write to standard output\n";

@@ -81,6 +81,7 @@ TEST(Matrix, WhatIsNoMatrixIsTold) {
     EXPECT_EQ(faultOf(kFst, "x\n"), "line 1: the number of rows should stand here");
     EXPECT_EQ(faultOf(kFst, "-1\n"), "line 1: the number of rows should stand here");
     EXPECT_EQ(faultOf(kFst, "1\nA\n"), "line 2: no label in front");
+    EXPECT_EQ(faultOf(kFst, "1\n        |A  0.00000\n\n"), "line 2: no label in front");
     EXPECT_EQ(faultOf(kFst, "1\n         A  0.00000\nB\n"), "line 3: 1 cells instead of 0");
 }
 

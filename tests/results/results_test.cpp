@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -159,7 +160,22 @@ TEST(Results, PipeInPlaceOfASheetIsTold) {
     EXPECT_THAT(folder.read().faults, Contains("Single_data/Hetexp.xls: is no file"));
 }
 
-TEST(Results, EverySheetCutAnywhereIsReadWithoutACrash) {
+// No further file can be opened.
+TEST(Results, SheetThatCannotBeOpenedIsTold) {
+    const Folder folder;
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const Read read = folder.read();
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_THAT(read.rows, IsEmpty());
+    EXPECT_THAT(read.faults,
+                ElementsAre("Single_data/Hetexp.xls: cannot be opened: Too many open files",
+                            "F-Statistic/FST_WC84.txt: cannot be opened: Too many open files"));
+}
+
+TEST(Results, MatrixCutAnywhereIsTold) {
     const Folder folder;
     const std::string text = Folder::kMatrix;
     for (std::size_t size = 0; size < text.size(); ++size) {

@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <stdexcept>
+#include <streambuf>
 #include <string>
+#include <utility>
 
 using namespace kva;
 using testing::ElementsAre;
@@ -57,6 +60,37 @@ TEST(SheetLines, LinesOfAnyLengthAreWhole) {
         ASSERT_TRUE(lines.next());
         EXPECT_EQ(lines.line(), "y") << size;
     }
+}
+
+TEST(SheetLines, LineBeyondTheLimitIsAFault) {
+    std::istringstream in("a\n" + std::string(300000, 'x') + "\n");
+    SheetLines lines(in, false, 100000);
+    EXPECT_TRUE(lines.next());
+    EXPECT_FALSE(lines.next());
+    EXPECT_EQ(lines.faultText(), "line 2: the line is too long");
+}
+
+namespace {
+
+// Bytes that end with a failure of the disk.
+struct FailingBytes : std::streambuf {
+    explicit FailingBytes(std::string bytes) : Bytes(std::move(bytes)) {
+        setg(Bytes.data(), Bytes.data(), Bytes.data() + Bytes.size());
+    }
+    int underflow() override { throw std::runtime_error("disk"); }
+
+    std::string Bytes;
+};
+
+} // namespace
+
+TEST(SheetLines, FailureOfTheDiskIsAFault) {
+    FailingBytes bytes("a\nb");
+    std::istream in(&bytes);
+    SheetLines lines(in, true);
+    while (lines.next()) {
+    }
+    EXPECT_NE(lines.faultText().find("cannot be read any further"), std::string::npos);
 }
 
 TEST(SheetLines, CellsAreBetweenTheTabs) {
