@@ -105,7 +105,7 @@ void StructureReader::askForShape() const {
 // Sets the names if the first row holds them: it has fewer cells than the others, or text where
 // they have alleles. Needs FirstAllele where the numbers of cells are the same.
 void StructureReader::findNames(const Cells& first, const Cells& second) {
-    const std::size_t rows = static_cast<std::size_t>(*Options.rows);
+    const auto rows = static_cast<std::size_t>(*Options.rows);
     const std::size_t perLocus = rows == 2 ? 1 : 2;
     if (first.size() < second.size()) {
         Data.loci = first;
