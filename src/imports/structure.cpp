@@ -118,7 +118,7 @@ void StructureReader::findNames(const Cells& first, const Cells& second) {
             }
             FirstAllele = second.size() - cells;
         }
-    } else if (FirstAllele < first.size() && !isNumber(first[FirstAllele]) &&
+    } else if (FirstAllele < second.size() && !isNumber(first[FirstAllele]) &&
                isNumber(second[FirstAllele])) {
         for (std::size_t cell = FirstAllele; cell < first.size(); cell += perLocus) {
             Data.loci.push_back(first[cell]);

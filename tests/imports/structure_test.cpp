@@ -116,6 +116,10 @@ TEST(Structure, RefusalsTellTheLine) {
     EXPECT_THAT(refused("LocA\nN1 1 104\nN1 2 104\n"), StartsWith("data: line 3: this row and"));
     EXPECT_EQ(refused("LocA\nN1 1 104\nN1 1 104 106\n"), "data: line 3: 4 cells, but 3 are wanted");
     EXPECT_THAT(refused("LocA\nN1 1 104\nN1 1 x\n"), StartsWith("data: line 3: 'x' is neither"));
+    ImportOptions fifth = options;
+    fifth.locusColumn = 5;
+    EXPECT_THAT(rowsOf("id pop x y LocA\nN1 1 104\n", "structure", fifth),
+                StartsWith("data: line 2: 3 cells make no whole loci from column 5 on"));
     ImportOptions oneRow = options;
     oneRow.rows = 1;
     EXPECT_THAT(rowsOf("LocA LocB\nN1 1 104\n", "structure", oneRow),
