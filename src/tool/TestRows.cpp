@@ -78,7 +78,7 @@ std::vector<TestRow> testRows(const TestRecord& record, const TestNames& names) 
 }
 
 void writeTest(const TestRow& row, TidyWriter& table) {
-    const Place place = {row.Population1, row.Population2, row.Locus, {}};
+    const TidyPlace place = {row.Population1, row.Population2, row.Locus, {}};
     const auto write = [&](const char* what, const std::string& value) {
         table.write({row.Statistic + what, place, value});
     };
