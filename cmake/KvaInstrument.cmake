@@ -7,6 +7,11 @@ if(KVA_SANITIZE)
     add_link_options(${kva_sanitizers})
 endif()
 
+if(KVA_SANITIZE_THREADS)
+    add_compile_options(-fsanitize=thread)
+    add_link_options(-fsanitize=thread)
+endif()
+
 if(KVA_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()

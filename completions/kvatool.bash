@@ -4,7 +4,7 @@ _kvatool() {
     local command='' i words=''
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-        check | import) command=${COMP_WORDS[i]}; break ;;
+        check | import | run | tidy) command=${COMP_WORDS[i]}; break ;;
         esac
     done
     case $command:$before in
@@ -13,7 +13,14 @@ _kvatool() {
     import:--populations) words='first last numbers' ;;
     import:--repeat) words='unknown' ;;
     import:--ploidy | import:--rows) words='1 2' ;;
-    import:--missing | import:--pop-column | import:--pop-digits | import:--locus-column)
+    run:--fst) words='pairs global beta' ;;
+    run:--resample) words='genotypes alleles' ;;
+    run:--heterozygosity) words='observed expected inbred' ;;
+    run:--distances) words='all population individual population: individual:' ;;
+    run:--formats) words='all msvar arlequin migrate im' ;;
+    run:--permutations | run:--sequential | run:--bootstrap | run:--het-range | run:--rarefy | \
+        run:--seed | run:--threads | \
+        import:--missing | import:--pop-column | import:--pop-digits | import:--locus-column)
         COMPREPLY=()
         return
         ;;
@@ -21,6 +28,14 @@ _kvatool() {
     if [[ -z $words && $word == -* ]]; then
         case $command in
         check) words='-h --help --json' ;;
+        tidy) words='-h --help -o --output' ;;
+        run)
+            words='-h --help -o --output --force --tidy --json -q --quiet --fst --permutations
+                --sequential --resample --heterozygosity --fst-loci --thin --distances --bootstrap
+                --minus-log --distance-loci --nexus --het-range --het-linked --het-individuals
+                --het-thin --het-uncorrected --formats --im-info --rarefy --seed --clock-seed
+                --threads'
+            ;;
         import)
             words='-h --help -o --output --format --repeat --repeats --force --missing --populations
                 --ploidy --rows --pop-column --pop-digits --locus-column --half-missing'
@@ -28,7 +43,7 @@ _kvatool() {
         *) words='-h --help --version' ;;
         esac
     elif [[ -z $words && -z $command ]]; then
-        words='check import'
+        words='check import run tidy'
     fi
     if [[ -n $words ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
