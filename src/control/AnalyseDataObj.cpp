@@ -29,7 +29,7 @@ constexpr PassStep kPassSteps[] = {
          return hasBit(run.GeneralMask, GeneralBit::PopDistances) && run.PopDistMask != 0;
      },
      [](AnalyseDataObj& run, long bootstraps, long) { run.CalcDistancesPop(bootstraps); }},
-    {9, "distances of individuals",
+    {kIndividualDistancesStep, "distances of individuals",
      [](const AnalyseDataObj& run) {
          return hasBit(run.GeneralMask, GeneralBit::IndDistances) && run.IndDistMask != 0;
      },

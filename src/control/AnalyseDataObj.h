@@ -35,6 +35,8 @@ struct PassStep {
     void (*Do)(AnalyseDataObj& run, long bootstraps, long permutations);
 };
 
+constexpr uint32_t kIndividualDistancesStep = 9; // the Number of that pass
+
 // All of them in their order.
 std::span<const PassStep> allPassSteps();
 

@@ -160,6 +160,7 @@ struct DistanceRun::TextWriter {
 
     static std::vector<ResultFile> filesInto(std::vector<std::string>& texts) {
         std::vector<ResultFile> files;
+        files.reserve(texts.size());
         for (std::string& text : texts) {
             files.push_back(ResultFile::toText(text));
         }

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -47,16 +48,14 @@ class HeldSignals {
     if (getppid() != parent) {
         _exit(1);
     }
-    const int status = work();
-    std::cout.flush();
-    std::cerr.flush();
-    _exit(status);
+    std::exit(work());
 }
 
 } // namespace
 
 ChildEnd runInChild(const std::function<int()>& work) {
     std::cout.flush(); // or the child would write it again
+    (void)std::fflush(nullptr);
     const HeldSignals held;
     const pid_t self = getpid();
     const pid_t child = fork();

@@ -17,6 +17,7 @@
 #include <ctime>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -189,33 +190,34 @@ void reportSideFile(const std::string& name) {
     std::cout << "Cannot open the IM information file " << name << '\n';
 }
 
-// Opens and reads the data. False, and told, if there is nothing to run.
-bool load(AnalyseDataObj& run, const RunJob& job, InputFile& input, KeptConsole& console,
-          std::vector<std::string>& warnings) {
+// Opens and reads the data. The warnings of the reader; nothing, and told, if there is nothing to
+// run.
+std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& job,
+                                             InputFile& input, KeptConsole& console) {
     run.WantedPfad = job.Folder;
     const LoadResult loaded = LoadFirst(run, job.Data, job.Plan.IMFile, reportSideFile, input);
     const std::vector<std::string> lines = console.lines();
     if (loaded == LoadResult::NoFile) {
         tell("cannot read '" + job.Data + "': no such file, a pipe, or no right to read it");
-        return false;
+        return std::nullopt;
     }
     if (loaded == LoadResult::NoFolder || individualsOf(run) == 0) {
         tell(job.Data + " cannot be used: " + joined(lines));
-        return false;
+        return std::nullopt;
     }
+    std::vector<std::string> warnings;
     for (const std::string& line : lines) {
         if (line.starts_with("Warning: ") || line.starts_with("Cannot ")) {
             warnings.push_back(line);
         }
     }
-    return true;
+    return warnings;
 }
 
 // Goes over to the distances of individuals, whose measures may be others.
 void beginPass(const RunJob& job, AnalyseDataObj& run, const PassStep& step, Progress& progress) {
     constexpr uint32_t kNoMeasures = DistBit::Engine | DistBit::PerLocus | DistBit::Nexus;
-    constexpr uint32_t kIndividuals = 9;
-    if (step.Number == kIndividuals) {
+    if (step.Number == kIndividualDistancesStep) {
         run.PopDistMask = (run.PopDistMask & kNoMeasures) | job.Plan.IndividualMeasures;
     }
     if (run.Spreading != nullptr) {
@@ -314,13 +316,12 @@ int doJob(const RunJob& job) {
     KeptConsole console;
     InputFile input;
     AnalyseDataObj run;
-    Ran ran;
-    std::vector<std::string> warnings;
-    if (!load(run, job, input, console, warnings)) {
+    const std::optional<std::vector<std::string>> warnings = load(run, job, input, console);
+    if (!warnings) {
         return kFailed;
     }
-    ran = runPasses(job, run, console);
-    ran.Warnings.insert(ran.Warnings.begin(), warnings.begin(), warnings.end());
+    Ran ran = runPasses(job, run, console);
+    ran.Warnings.insert(ran.Warnings.begin(), warnings->begin(), warnings->end());
     if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun))) {
         tell(job.Data + ": cannot write " + kRunRecordName);
         ran.Whole = false;

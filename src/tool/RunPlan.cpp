@@ -24,6 +24,7 @@ uint32_t bitsOf(const char* what, const std::string& word, const std::vector<Bit
         return row->Bits;
     }
     std::vector<std::string> words;
+    words.reserve(known.size());
     for (const BitWord& each : known) {
         words.push_back(each.Text);
     }

@@ -91,7 +91,8 @@ int main(int argc, char** argv) {
     (void)std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write
     try {
         int status = 0;
-        CLI::App app("Checks, runs and converts genotype data: kva for scripts, the program for the population\n"
+        CLI::App app("Checks, runs and converts genotype data: kva for scripts, the program for "
+                     "the population\n"
                      "genetics of microsatellites.",
                      "kvatool");
         app.set_version_flag("--version", std::string("kvatool ") + kva::kVersion);
