@@ -39,20 +39,20 @@ bool isMissingWord(std::string_view text) {
 }
 
 // Digits alone. Six digits, or four that begin with 0, are two alleles written together.
-CellKind kindOfDigits(std::string_view digits) {
+CellContent kindOfDigits(std::string_view digits) {
     const std::size_t zeros = std::min(digits.find_first_not_of('0'), digits.size() - 1);
     if (digits.size() == 6 || (digits.size() == 4 && digits.front() == '0')) {
-        return CellKind::TwoAlleles;
+        return CellContent::TwoAlleles;
     }
     if (digits.size() - zeros > 10 ||
         (digits.size() - zeros == 10 && digits.substr(zeros) > "2147483647")) {
-        return CellKind::TooLarge;
+        return CellContent::TooLarge;
     }
-    return zeros > 0 ? CellKind::LeadingZeros : CellKind::Number;
+    return zeros > 0 ? CellContent::LeadingZeros : CellContent::Number;
 }
 
 // A number with something behind it; `number`: its digits, `behind` begins with no digit.
-CellKind kindOfNumberAnd(std::string_view number, std::string_view behind) {
+CellContent kindOfNumberAnd(std::string_view number, std::string_view behind) {
     std::string_view second = trimmed(behind.substr(1));
     const std::size_t digits = digitsInFront(second);
     const bool wholeSecond = digits > 0 && digits == second.size();
@@ -61,48 +61,50 @@ CellKind kindOfNumberAnd(std::string_view number, std::string_view behind) {
         const std::string_view decimals = behind.substr(1);
         const bool zeros = decimals.find_first_not_of('0') == std::string_view::npos;
         if (zeros) {
-            return CellKind::Number; // 104.0 is 104
+            return CellContent::Number; // 104.0 is 104
         }
         const bool pair =
             separator == ',' && number.size() >= 2 && digits == number.size() && digits >= 3;
-        return !wholeSecond ? CellKind::Letters : pair ? CellKind::TwoAlleles : CellKind::Decimal;
+        return !wholeSecond ? CellContent::Letters
+               : pair       ? CellContent::TwoAlleles
+                            : CellContent::Decimal;
     }
     constexpr std::string_view kSeparators = "/|:;-_ +\\";
     const bool divided = kSeparators.find(separator) != std::string_view::npos;
     if (!divided) {
-        return CellKind::Letters;
+        return CellContent::Letters;
     }
     // Also "104 / 106".
     if (!second.empty() && kSeparators.find(second.front()) != std::string_view::npos) {
         second = trimmed(second.substr(1));
     }
-    return !second.empty() && digitsInFront(second) == second.size() ? CellKind::TwoAlleles
-                                                                     : CellKind::Letters;
+    return !second.empty() && digitsInFront(second) == second.size() ? CellContent::TwoAlleles
+                                                                     : CellContent::Letters;
 }
 
-CellKind kindOfText(std::string_view text, std::string_view cell, int32_t value) {
+CellContent kindOfText(std::string_view text, std::string_view cell, int32_t value) {
     if (text.empty()) {
-        return CellKind::Empty;
+        return CellContent::Empty;
     }
     if (text.front() == '"' || text.front() == '\'') {
-        return CellKind::Quoted;
+        return CellContent::Quoted;
     }
     const bool sign = text.size() > 1 && (text.front() == '-' || text.front() == '+');
     const std::string_view number = text.substr(sign ? 1 : 0);
     const std::size_t digits = digitsInFront(number);
     if (digits == 0) {
-        return isMissingWord(text) ? CellKind::Word : CellKind::Text;
+        return isMissingWord(text) ? CellContent::Word : CellContent::Text;
     }
     if (sign && text.front() == '-' && value < 0 && value != -1) {
-        return CellKind::Negative;
+        return CellContent::Negative;
     }
     if (digits < number.size()) {
         return kindOfNumberAnd(number.substr(0, digits), number.substr(digits));
     }
     if (number.find_first_not_of('0') == std::string_view::npos && cell.front() != '0') {
-        return CellKind::ZeroMissing;
+        return CellContent::ZeroMissing;
     }
-    return sign && text.front() == '-' ? CellKind::Negative : kindOfDigits(number);
+    return sign && text.front() == '-' ? CellContent::Negative : kindOfDigits(number);
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 
 namespace kva {
 
-enum class CellKind {
+enum class CellContent {
     Empty,
     Number,       // a whole number, as it is read
     LeadingZeros, // 007
@@ -24,7 +24,7 @@ enum class CellKind {
 };
 
 struct CellReading {
-    CellKind kind;
+    CellContent kind;
     int32_t value; // what the reader takes; negative: missing
 };
 

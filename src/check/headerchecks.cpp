@@ -25,7 +25,7 @@ std::vector<std::string> lociCells(std::string_view row, std::size_t count) {
 
 bool isNumberOfAtLeast(const std::string& cell, int32_t least) {
     const CellReading reading = readCell(cell);
-    return (reading.kind == CellKind::Number || reading.kind == CellKind::LeadingZeros) &&
+    return (reading.kind == CellContent::Number || reading.kind == CellContent::LeadingZeros) &&
            reading.value >= least;
 }
 

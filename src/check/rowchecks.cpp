@@ -22,30 +22,30 @@ bool isBlankRow(std::string_view row) {
 }
 
 // The finding of a cell that reads otherwise than it stands, if it does.
-std::optional<Code> codeOf(CellKind kind) {
+std::optional<Code> codeOf(CellContent kind) {
     switch (kind) {
-    case CellKind::LeadingZeros:
+    case CellContent::LeadingZeros:
         return Code::LeadingZeros;
-    case CellKind::Negative:
+    case CellContent::Negative:
         return Code::NegativeMissing;
-    case CellKind::ZeroMissing:
+    case CellContent::ZeroMissing:
         return Code::ZeroMissing;
-    case CellKind::TooLarge:
+    case CellContent::TooLarge:
         return Code::NumberTooLarge;
-    case CellKind::Decimal:
+    case CellContent::Decimal:
         return Code::Decimal;
-    case CellKind::TwoAlleles:
+    case CellContent::TwoAlleles:
         return Code::TwoAlleles;
-    case CellKind::Letters:
+    case CellContent::Letters:
         return Code::Letters;
-    case CellKind::Quoted:
+    case CellContent::Quoted:
         return Code::Quoted;
-    case CellKind::Word:
+    case CellContent::Word:
         return Code::WordMissing;
-    case CellKind::Text:
+    case CellContent::Text:
         return Code::TextMissing;
-    case CellKind::Empty:
-    case CellKind::Number:
+    case CellContent::Empty:
+    case CellContent::Number:
         break;
     }
     return std::nullopt;
@@ -132,12 +132,12 @@ void RowChecks::checkPopulationNames() {
 
 void RowChecks::checkGroup(const Row& row, int64_t cells) {
     const CellReading group = readCell(row.group);
-    if (group.kind == CellKind::Empty) {
+    if (group.kind == CellContent::Empty) {
         if (cells >= kHeadCells) {
             Found.add(Code::GroupEmpty, row.number, kHeadCells);
         }
-    } else if (group.kind != CellKind::Number && group.kind != CellKind::LeadingZeros &&
-               group.kind != CellKind::Negative && group.kind != CellKind::ZeroMissing) {
+    } else if (group.kind != CellContent::Number && group.kind != CellContent::LeadingZeros &&
+               group.kind != CellContent::Negative && group.kind != CellContent::ZeroMissing) {
         Found.add(Code::GroupText, row.number, kHeadCells, row.group);
     }
     if (Rows == 1) {
@@ -196,7 +196,7 @@ void RowChecks::checkCell(std::string_view cell, std::size_t place, Row& row) {
         Found.add(*code, row.number, columnOf(place), cell);
     }
     const bool asItStands =
-        reading.kind == CellKind::Number || reading.kind == CellKind::LeadingZeros;
+        reading.kind == CellContent::Number || reading.kind == CellContent::LeadingZeros;
     if (asItStands && reading.value >= 0) {
         checkAllele(reading.value, place, cell, row.number);
     }
@@ -237,11 +237,11 @@ bool RowChecks::readsAsNames(std::string_view row) const {
     }
     bool text = false;
     for (std::size_t place = 0; place < Cells; ++place) {
-        const CellKind kind = readCell(takeCell(row)).kind;
-        if (kind != CellKind::Empty && kind != CellKind::Text) {
+        const CellContent kind = readCell(takeCell(row)).kind;
+        if (kind != CellContent::Empty && kind != CellContent::Text) {
             return false;
         }
-        text = text || kind == CellKind::Text;
+        text = text || kind == CellContent::Text;
     }
     return text;
 }

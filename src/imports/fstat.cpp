@@ -41,7 +41,7 @@ std::optional<Head> headOf(const Lines& lines) {
                : std::nullopt;
 }
 
-void readIndividual(const Line& line, const Head& head, Genotypes& data) {
+void readIndividual(const Line& line, const Head& head, PopulationPlaces& places, Genotypes& data) {
     const std::vector<std::string_view> words = wordsOf(line.text);
     const std::optional<int32_t> population = wholeNumber(words.front(), head.populations);
     if (!population || *population == 0) {
@@ -53,7 +53,7 @@ void readIndividual(const Line& line, const Head& head, Genotypes& data) {
                                     std::to_string(head.loci) + " loci are named");
     }
     ImportedIndividual individual;
-    individual.population = placeOfPopulation(data, std::to_string(*population));
+    individual.population = places.of(std::to_string(*population), data);
     for (std::size_t locus = 1; locus < words.size(); ++locus) {
         individual.loci.push_back(genotypeOfCode(words[locus], head.digits, line.number));
     }
@@ -82,9 +82,10 @@ Genotypes readFstat(const Lines& lines, const ImportOptions& options) {
     for (std::size_t locus = 1; locus <= head->loci; ++locus) {
         data.loci.emplace_back(trimmed(lines[locus].text));
     }
+    PopulationPlaces places;
     for (std::size_t row = head->loci + 1; row < lines.size(); ++row) {
         checkSize(data.individuals.size() + 1, head->loci);
-        readIndividual(lines[row], *head, data);
+        readIndividual(lines[row], *head, places, data);
     }
     if (!options.populations.empty()) {
         data.populations = namesByOption(data.populations.size(), options);

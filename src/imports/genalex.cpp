@@ -73,7 +73,7 @@ std::vector<std::string> readNames(const Line& line, Head& head, const ImportOpt
 }
 
 void readIndividual(const Line& line, const Head& head, const ImportOptions& options,
-                    Genotypes& data) {
+                    PopulationPlaces& places, Genotypes& data) {
     const std::vector<std::string> cells = cellsOf(line.text, head.separator);
     const auto ploidy = static_cast<std::size_t>(head.ploidy);
     const std::size_t wanted = kHeadColumns + head.loci * ploidy;
@@ -83,7 +83,7 @@ void readIndividual(const Line& line, const Head& head, const ImportOptions& opt
     }
     ImportedIndividual individual;
     individual.label = cells[0];
-    individual.population = placeOfPopulation(data, cells[1]);
+    individual.population = places.of(cells[1], data);
     individual.inbred = ploidy == 1;
     for (std::size_t locus = 0; locus < head.loci; ++locus) {
         const std::size_t cell = kHeadColumns + locus * ploidy;
@@ -116,8 +116,9 @@ Genotypes readGenalex(const Lines& lines, const ImportOptions& options) {
         refuseData(1, std::to_string(head->individuals) + " individuals are told, but " +
                           std::to_string(lines.size() - 3) + " rows are there");
     }
+    PopulationPlaces places;
     for (std::size_t row = 0; row < head->individuals; ++row) {
-        readIndividual(lines[3 + row], *head, codes, data);
+        readIndividual(lines[3 + row], *head, codes, places, data);
     }
     if (lines.size() > 3 + head->individuals) {
         data.notes.push_back(std::to_string(lines.size() - 3 - head->individuals) +

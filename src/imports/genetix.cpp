@@ -67,11 +67,12 @@ Genotypes readGenetix(const Lines& lines, const ImportOptions& options) {
         numberAt(lines, next + 1, "alleles of a locus"); // refuses a file that ends here
         data.loci.emplace_back(trimmed(lines[next].text));
     }
+    PopulationPlaces places;
     for (int32_t pop = 0; pop < populations; ++pop) {
         const int32_t size = numberAt(lines, next + 1, "individuals of a population");
         const std::string name(trimmed(lines[next].text));
         const std::size_t before = data.populations.size();
-        const std::size_t place = placeOfPopulation(data, name);
+        const std::size_t place = places.of(name, data);
         if (data.populations.size() == before) {
             data.notes.push_back("population " + quotedText(name) +
                                  " stands in several blocks, which are one population here");

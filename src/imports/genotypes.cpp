@@ -3,6 +3,8 @@
 #include "data/datarows.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_set>
 
 namespace kva {
 
@@ -21,20 +23,20 @@ void refuseOption(const std::string& text) {
     throw ImportRefusal(ImportRefusal::Cause::Option, text);
 }
 
-std::size_t placeOfPopulation(Genotypes& data, const std::string& name) {
-    // As a rule the one of the individual before.
-    if (!data.individuals.empty()) {
-        const std::size_t last = data.individuals.back().population;
-        if (data.populations[last] == name) {
-            return last;
-        }
-    }
-    const auto place = std::find(data.populations.begin(), data.populations.end(), name);
-    const auto index = static_cast<std::size_t>(place - data.populations.begin());
-    if (place == data.populations.end()) {
+std::size_t PopulationPlaces::of(const std::string& name, Genotypes& data) {
+    const auto place = Places.emplace(name, data.populations.size());
+    if (place.second) {
         data.populations.push_back(name);
     }
-    return index;
+    return place.first->second;
+}
+
+const std::string* repeatedName(const std::vector<std::string>& names) {
+    std::unordered_set<std::string_view> known;
+    const auto twice = std::find_if(names.begin(), names.end(), [&known](const std::string& name) {
+        return !known.insert(name).second;
+    });
+    return twice == names.end() ? nullptr : &*twice;
 }
 
 void checkSize(std::size_t individuals, std::size_t loci) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kva {
@@ -63,8 +64,18 @@ class ImportRefusal : public std::runtime_error {
 [[noreturn]] void refuseData(std::size_t line, const std::string& text);
 [[noreturn]] void refuseOption(const std::string& text);
 
-// Adds the individual's population if it is new, and gives its place.
-std::size_t placeOfPopulation(Genotypes& data, const std::string& name);
+// The populations of a file by name, as they come up.
+class PopulationPlaces {
+  public:
+    // The place of the population in `data`, which gets it if it is new.
+    std::size_t of(const std::string& name, Genotypes& data);
+
+  private:
+    std::unordered_map<std::string, std::size_t> Places;
+};
+
+// The first name that stands twice, or null.
+const std::string* repeatedName(const std::vector<std::string>& names);
 
 // Refuses more genotypes than a data file is made of. For readers, before they make room.
 void checkSize(std::size_t individuals, std::size_t loci);

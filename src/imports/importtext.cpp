@@ -42,10 +42,10 @@ void checkNames(const Genotypes& data) {
     }
     for (const std::string& name : data.populations) {
         checkName(name, "population");
-        if (std::count(data.populations.begin(), data.populations.end(), name) > 1) {
-            refuseOption("two populations have the name " + quotedText(name) +
-                         "; name them with --populations");
-        }
+    }
+    if (const std::string* const name = repeatedName(data.populations)) {
+        refuseOption("two populations have the name " + quotedText(*name) +
+                     "; name them with --populations");
     }
 }
 

@@ -121,11 +121,7 @@ class LongReader {
         if (known.second) {
             ImportedIndividual individual;
             individual.label = key.second;
-            const auto population = Populations.emplace(key.first, Data.populations.size());
-            if (population.second) {
-                Data.populations.push_back(key.first);
-            }
-            individual.population = population.first->second;
+            individual.population = Populations.of(key.first, Data);
             individual.inbred = Where.second == kNone;
             Data.individuals.push_back(std::move(individual));
         }
@@ -145,7 +141,7 @@ class LongReader {
     Genotypes Data;
     std::vector<Row> Rows;
     std::map<std::pair<std::string, std::string>, std::size_t> Individuals;
-    std::map<std::string, std::size_t> Populations;
+    PopulationPlaces Populations;
     std::map<std::string, std::size_t> Loci;
 };
 

@@ -17,11 +17,12 @@ std::vector<std::string> namesByOption(std::size_t populations, const ImportOpti
         refuseOption("--populations names " + std::to_string(told.size()) + ", the file has " +
                      std::to_string(populations) + " populations");
     }
-    for (const std::string& name : told) {
-        if (trimmed(name).empty() || std::count(told.begin(), told.end(), name) > 1) {
-            refuseOption("--populations needs a name of its own for each population, not " +
-                         quotedText(name));
-        }
+    const std::string* const twice = repeatedName(told);
+    const auto empty = std::find_if(told.begin(), told.end(),
+                                    [](const std::string& name) { return trimmed(name).empty(); });
+    if (twice != nullptr || empty != told.end()) {
+        refuseOption("--populations needs a name of its own for each population, not " +
+                     quotedText(twice != nullptr ? *twice : *empty));
     }
     return told;
 }

@@ -70,6 +70,7 @@ class StructureReader {
     void findShape();
     void askForShape() const;
     void findNames(const Cells& first, const Cells& second);
+    bool isAllele(const std::string& cell) const; // or a word for a missing one
     void readIndividual();
     std::string populationOf(const Cells& cells, std::size_t line);
     std::string populationOfLabel(const std::string& label, std::size_t line);
@@ -81,6 +82,7 @@ class StructureReader {
     const ImportOptions& Options;
     bool Tabs; // cells stand between tabs, not between blanks
     Genotypes Data;
+    PopulationPlaces Places;
     std::size_t Next = 0;        // line to read
     std::size_t Columns = 0;     // cells of a row
     std::size_t FirstAllele = 0; // place of the first allele in a row, from 0
@@ -118,12 +120,19 @@ void StructureReader::findNames(const Cells& first, const Cells& second) {
             }
             FirstAllele = second.size() - cells;
         }
-    } else if (FirstAllele < second.size() && !isNumber(first[FirstAllele]) &&
-               isNumber(second[FirstAllele])) {
+    } else if (FirstAllele < second.size() && isNumber(second[FirstAllele]) &&
+               std::none_of(first.begin() + static_cast<std::ptrdiff_t>(FirstAllele), first.end(),
+                            [this](const std::string& cell) { return isAllele(cell); })) {
         for (std::size_t cell = FirstAllele; cell < first.size(); cell += perLocus) {
             Data.loci.push_back(first[cell]);
         }
+        Data.notes.emplace_back("the first row is taken as the names of the loci");
     }
+}
+
+bool StructureReader::isAllele(const std::string& cell) const {
+    return isNumber(cell) ||
+           std::find(Options.missing.begin(), Options.missing.end(), cell) != Options.missing.end();
 }
 
 void StructureReader::findShape() {
@@ -231,7 +240,7 @@ void StructureReader::readIndividual() {
     }
     ImportedIndividual individual;
     individual.label = labelOf(rows[0]);
-    individual.population = placeOfPopulation(Data, populationOf(rows[0], line));
+    individual.population = Places.of(populationOf(rows[0], line), Data);
     for (std::size_t locus = 0; locus < Loci; ++locus) {
         const std::size_t first = FirstAllele + locus * (twoRows ? 1 : 2);
         const std::string& second = twoRows ? rows[1][first] : rows[0][first + 1];

@@ -43,6 +43,15 @@ TEST(Structure, NamesOfAllColumns) {
     options.locusColumn = 3;
     EXPECT_EQ(rowsOf(text, "structure", options), "North d 0 104 106 88 88\n");
     EXPECT_EQ(lociOf(text, "structure", options), "LocA LocB");
+    EXPECT_EQ(notesOf(text, "structure", options),
+              "the first row is taken as the names of the loci\n");
+}
+
+TEST(Structure, FirstRowOfMissingAllelesIsNoRowOfNames) {
+    ImportOptions options = structureOptions(2, 2);
+    options.locusColumn = 3;
+    options.missing = {"NA"};
+    EXPECT_EQ(rowsOf("N1 1 NA NA\nN1 1 106 88\n", "structure", options), "1 d 0 . 106 . 88\n");
 }
 
 TEST(Structure, PopulationInFrontOfTheDigitsOfTheLabel) {
