@@ -68,7 +68,8 @@ constexpr uint32_t kTails = FstBit::Confidence | FstBit::ConfidencePermuted;
 
 void comparePermutationTests(AnalyseDataObj& run, Numbers& numbers) {
     const uint32_t mask = numbers.word();
-    run.Permutationen = 1 + numbers.below(4) * 17; // up to 52, beyond the second seeding
+    constexpr int kReseeded = 52; // beyond the second seeding
+    run.Permutationen = numbers.below(16) == 15 ? kReseeded : 1 + numbers.below(4);
     run.FstMask = mask & (kShuffled | FstBit::Jackknife | FstBit::LocusTable);
     requireNone(kva_test::pairTestDifference(run), "the test of pairs gives the plain bits");
     run.FstMask = (mask & (kShuffled | kTails | FstBit::Jackknife)) | FstBit::RandomDiscard;
