@@ -45,7 +45,7 @@ build() {
     case $3 in *-flto*) more=$(tools "$2") ;; esac
     # A type of build that adds no flags of its own.
     cmake -S . -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Plain -DCMAKE_CXX_COMPILER="$2" \
-        "-DCMAKE_CXX_FLAGS=$3 -DNDEBUG" $system $more && cmake --build "$1" --target kva
+        "-DCMAKE_CXX_FLAGS=$3 -DNDEBUG" $system $more && cmake --build "$1" -j2 --target kva
 }
 
 # program FOLDER COMPILER: what to run. A program for aarch64 gets the frozen clock of its own

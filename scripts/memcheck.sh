@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh build test
 cmake -S . -B build/memcheck -G Ninja -DCMAKE_BUILD_TYPE=Debug \
     "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g" >/dev/null
-cmake --build build/memcheck --target kva
+cmake --build build/memcheck -j2 --target kva
 
 work=$PWD/build/memcheck/cases
 rm -rf "$work"

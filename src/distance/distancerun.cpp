@@ -1,6 +1,7 @@
 #include "distance/distancerun.h"
 
 #include "control/Ausgabe.h"
+#include "distance/needs.h"
 #include "fstat/randsci.h"
 #include "run/run.h"
 
@@ -11,8 +12,7 @@ namespace kva {
 
 namespace {
 
-constexpr std::size_t kKeptBytes = std::size_t{1} << 27U;     // of what loci add, from row to row
-constexpr std::size_t kMirrorBytes = std::size_t{160} << 20U; // of matrices written side by side
+constexpr std::size_t kKeptBytes = std::size_t{1} << 27U; // of what loci add, from row to row
 
 CellRules cellRules(const Run& run) {
     return {hasBit(run.GeneralMask, GeneralBit::MinusLog), run.DistUnendlich, run.DistFehlerwert};
@@ -26,9 +26,7 @@ DistanceRun::DistanceRun(Run& run, const DistanceKind& kind, Samples samples,
       Rules(cellRules(run)), Measures(selectedMeasures(run.PopDistMask)),
       Sums(Prepared, quantitiesOf(Measures),
            {static_cast<std::size_t>(std::max(run.Bootstraps, 1)), kKeptBytes}) {
-    const std::size_t room = kMirrorBytes / (MatrixWriter::bytes(Labels.size()) + 1);
-    const std::size_t sideBySide = std::min(std::max<std::size_t>(room, 1), Measures.size());
-    for (std::size_t m = 0; m < sideBySide; ++m) {
+    for (std::size_t m = 0; m < matricesAtOnce(Labels.size(), Measures.size()); ++m) {
         Matrices.emplace_back(Labels, Rules,
                               nexus() ? MatrixWriter::Form::Nexus : MatrixWriter::Form::Plain);
     }
