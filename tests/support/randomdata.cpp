@@ -38,7 +38,7 @@ RandomDataSet randomDataSet(const ByteSource& bytes, const Oddities& oddities) {
         population.name = "N" + std::to_string(p);
         population.group = 1 + below(bytes, 2);
         population.inbred = oddities.inbred ? below(bytes, 4) : 0;
-        population.individuals.resize(static_cast<std::size_t>(1 + below(bytes, 8)));
+        population.individuals.resize(1 + below(bytes, 8));
         const int emptyLocus = oddities.missing ? below(bytes, 4 * loci) : loci;
         for (std::vector<Genotype>& individual : population.individuals) {
             for (int l = 0; l < loci; ++l) {
@@ -80,7 +80,7 @@ std::string dataFile(const RandomDataSet& data, int columns, const std::string& 
                 text += head;
                 for (const Genotype& genotype : individual) {
                     for (int c = 0; c < columns; ++c) {
-                        text += "\t" + cell(genotype[static_cast<std::size_t>(row + c)]);
+                        text += "\t" + cell(genotype[row + c]);
                     }
                 }
                 text += lineEnd;
