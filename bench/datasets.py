@@ -31,6 +31,7 @@ class DataSet:
         self.slots = 2 * self.individuals * loci
         self.pair_slots = self.slots * (self.populations - 1)  # each population meets all others
         self.pool_alleles = sum(len(alleles_at(rows, locus)) for locus in range(loci))
+        self.genotype_pairs = sum(genotypes_at(rows, locus) ** 2 for locus in range(loci))
 
 
 def pairs(n):
@@ -40,6 +41,11 @@ def pairs(n):
 def alleles_at(rows, locus):
     genotypes = [genotypes[locus] for _, _, genotypes in rows]
     return {allele for genotype in genotypes if genotype for allele in genotype}
+
+
+def genotypes_at(rows, locus):
+    """How many different genotypes there are, a missing one among them."""
+    return len({tuple(sorted(genotypes[locus] or ())) for _, _, genotypes in rows})
 
 
 def text_of(rows, loci):

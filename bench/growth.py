@@ -5,6 +5,7 @@ its output, or than the work that its method asks for, whichever is more.
 """
 
 import dataclasses
+import math
 from typing import Callable
 
 import counting
@@ -41,18 +42,39 @@ def deals(data, n):
     return (data.slots + data.populations * data.pool_alleles) * n
 
 
+def places(copies):
+    """Halvings that find the place of each copy among those that are left, their order kept."""
+    return copies * math.log2(copies)
+
+
+def pair_allele_deals(data, n):
+    """Every pair has its own pool of gene copies at each locus; populations are of one size."""
+    of_pair = 2 * data.slots / data.populations / data.loci
+    return data.pairs * (data.loci * places(of_pair) + data.pool_alleles) * n
+
+
+def allele_deals(data, n):
+    """All populations share one pool at each locus."""
+    return (data.loci * places(data.slots / data.loci) + data.populations * data.pool_alleles) * n
+
+
+def look_ups(data, n):
+    """What two genotypes of a locus add is computed once, and looked up for each pair."""
+    return data.genotype_pairs + data.individual_pairs * data.loci * n
+
+
 PASSES = [
     Pass("reading and default sheets", "", cells),
     Pass("exports", "-format msvar arlequin migrate", cells),
     Pass("population distances", "-dist p POSA CAS DMS n={n}", pair_sums, True),
     Pass("individual distances", "-dist i POSA CAS DMS n={n}",
-         lambda d, n: d.individual_pairs * d.loci * n, True, 3),
+         look_ups, True, 3),
     Pass("global Fst", "-fst g n=0", lambda d, _: d.populations * d.pool_alleles),
     Pass("Fst of pairs", "-fst p n=0", pair_sums),
     Pass("tests of pairs, genotypes", "-fst p n={n}", pair_deals, True),
-    Pass("tests of pairs, alleles", "-fst p HW n={n}", pair_deals, True),
+    Pass("tests of pairs, alleles", "-fst p HW n={n}", pair_allele_deals, True),
     Pass("global test, genotypes", "-fst g n={n}", deals, True, 50),
-    Pass("global test, alleles", "-fst g HW n={n}", deals, True, 50),
+    Pass("global test, alleles", "-fst g HW n={n}", allele_deals, True, 50),
     Pass("heterozygosity range", "-hetrange n={n}", lambda d, n: d.slots * n, True),
 ]
 

@@ -26,7 +26,7 @@ for name in "$@"; do
         rm -r "$kept"
         mv "$grown.least" "$kept"
     else
-        "$program" -max_total_time="$task" -timeout=20 -max_len=4096 -print_final_stats=1 \
-            -artifact_prefix=build/fuzz/finds/"$name"- "$grown" "$kept"
+        "$program" -max_total_time="$task" -timeout=120 -max_len=4096 -print_final_stats=1 \
+            -artifact_prefix="$PWD/build/fuzz/finds/$name-" "$grown" "$kept"
     fi
 done

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|builds ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -13,6 +13,8 @@ for need in "$@"; do
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
     coverage) set -- "$@" gcovr=gcovr ;;
     clang) set -- "$@" clang-14=clang++-14 ;;
+    builds) set -- "$@" lld-14=lld-14 llvm-14=llvm-ar-14 \
+        g++-aarch64-linux-gnu=aarch64-linux-gnu-g++ qemu-user=qemu-aarch64 ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
     peers) set -- "$@" r-base-core r-cran-adegenet phylip python3=python3 ;;

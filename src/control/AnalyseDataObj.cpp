@@ -54,8 +54,8 @@ int AnalyseDataObj::LinkResultNew() {
     if (!Daten || StartPfad.empty()) {
         return 1;
     }
-    (void)chdir(StartPfad.c_str()); // InitPath tells of a folder that cannot be made
-    InitPath();                     // its failure stands in FolderMissing
+    (void)!chdir(StartPfad.c_str()); // InitPath tells of a folder that cannot be made
+    InitPath();                      // its failure stands in FolderMissing
     return 0;
 }
 

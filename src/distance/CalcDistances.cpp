@@ -2,13 +2,17 @@
 // individuals stands in this file, and in the SampleRules that it names.
 #include "control/Ausgabe.h"
 #include "distance/distancerun.h"
+#include "distance/measures.h"
+#include "distance/needs.h"
 #include "distance/passes.h"
 #include "run/passframe.h"
 #include "run/run.h"
 #include "stats/passes.h"
 
 #include <algorithm>
+#include <iostream>
 #include <limits>
+#include <string>
 #include <utility>
 
 namespace kva {
@@ -35,6 +39,8 @@ constexpr DistanceKind kIndividuals{"Distances per individuals",
                                     kIndividualRules,
                                     UnitKind::IndividualBootstrap};
 
+constexpr long kRefused = 3; // the pass takes more than the machine has
+
 // The repeat lengths of all loci, 1 where there is none; 1 everywhere for individuals.
 std::vector<double> repeatLengths(const Run& run, bool asGiven) {
     std::vector<double> repeats(run.Daten->Loci.size(), 1.0);
@@ -47,6 +53,38 @@ std::vector<double> repeatLengths(const Run& run, bool asGiven) {
 const LocusTables& poolOf(const Run& run) {
     static const LocusTables none; // the counting pass could not enter its folder
     return run.PopAllele.empty() ? none : run.PopAllele[0];
+}
+
+// Whether a pass over so many samples takes more than the machine has left: then the console and
+// the log are told what it would take.
+bool isRefused(Run& run, const char* what, std::size_t samples, bool countsTables,
+               long bootstraps) {
+    DistanceExtent extent;
+    extent.Rows = samples;
+    extent.Loci = run.Daten ? run.Daten->Loci.size() : 0;
+    const bool engine = hasBit(run.PopDistMask, DistBit::Engine);
+    extent.Measures = engine ? selectedMeasures(run.PopDistMask).size() : 0;
+    extent.Replicates = static_cast<std::size_t>(std::max(bootstraps, 1L));
+    extent.CountsTables = countsTables;
+    const DistanceNeeds needs = needsOf(extent);
+    if (extent.Measures == 0 || !isLarge(needs)) {
+        return false;
+    }
+    const std::string reason = refusal(what, needs, roomLeft(run.ResultPfad));
+    if (!reason.empty()) {
+        std::cout << '\n' << reason << std::endl;
+        run.LogFailure(reason);
+    }
+    return !reason.empty();
+}
+
+// Half the slots of all populations.
+std::size_t individualsOf(const Run& run) {
+    std::size_t slots = 0;
+    for (int pop = 1; run.Daten && pop <= run.Daten->GetPopAnzahl(); ++pop) {
+        slots += static_cast<std::size_t>(run.Daten->GetAnzDatenChromosome(pop));
+    }
+    return slots / 2;
 }
 
 // The pass of one kind. Without tables it goes on: the samples count as not typed.
@@ -71,12 +109,20 @@ long populationDistances(Run& run, long bootstraps) {
     if (run.PopDistMask == 0) {
         return 2;
     }
+    if (isRefused(run, "Distances of populations", static_cast<std::size_t>(run.AnzPop), false,
+                  bootstraps)) {
+        return kRefused;
+    }
     return runPass(run, kPopulations, bootstraps, writePopulationMatrices);
 }
 
 long individualDistances(Run& run, long bootstraps) {
     if (run.PopDistMask == 0) { // wanted: not run.IndDistMask, which only lets WriteOutput call
         return 2;
+    }
+    if (isRefused(run, "Distances of individuals", individualsOf(run), run.IndAllele.empty(),
+                  bootstraps)) {
+        return kRefused;
     }
     if (run.Daten && run.IndAllele.empty()) { // its marks stand in front of the pass's own messages
         tablesReady(run);

@@ -6,8 +6,16 @@ namespace kva {
 
 namespace {
 
-constexpr uint32_t kMinus = uint32_t{1} << 24U; // flag of a negative value
-constexpr uint32_t kKept = uint32_t{1} << 25U;  // the first place of a value that is kept
+constexpr uint32_t kMinus = 1000000000;        // begin of the negative values
+constexpr uint32_t kKept = uint32_t{1} << 30U; // the first place of a value that is kept
+
+// The two to four digits before the point. Result: the place behind them.
+char* writeWhole(char* out, uint32_t whole) {
+    if (whole < 100) {
+        return writeDigits<2>(out, whole);
+    }
+    return whole < 1000 ? writeDigits<3>(out, whole) : writeDigits<4>(out, whole);
+}
 
 } // namespace
 
@@ -36,7 +44,7 @@ char* CellCodes::writeOther(char* out, uint32_t code) const {
         return end;
     }
     *out = ' ';
-    out = writeDigits<2>(out + 1, code / kUnits);
+    out = writeWhole(out + 1, code / kUnits);
     *out = '.';
     return writeDigits<kDecimals>(out + 1, code % kUnits);
 }

@@ -1,9 +1,9 @@
 // CellCodes: the cells of a matrix, " %8.5f", as numbers of 32 bits, so that a cell is rounded once
 // and written twice, above and below the diagonal.
 //
-//      0 to 9999999       the value in units of 0.00001
-//      2^24 + 0 to 999999 a value with a minus sign, its absolute in the same units
-//      from 2^25 on       the place of a value that fits neither
+//      0 to 999999999     the value in units of 0.00001
+//      10^9 + 0 to 999999 a value with a minus sign, its absolute in the same units
+//      from 2^30 on       the place of a value that fits neither
 #ifndef KVA_DISTANCE_CELLCODES_H
 #define KVA_DISTANCE_CELLCODES_H
 
@@ -24,8 +24,8 @@ class CellCodes {
 
     // The code of a cell.
     uint32_t encode(double value) {
-        constexpr double kBelowHundred = 99.5; // no more than two digits before the point
-        return isPositiveBelow(value, kBelowHundred) ? unitsOf(value) : encodeOther(value);
+        constexpr double kBelowTenThousand = 9999.5; // no more than four digits before the point
+        return isPositiveBelow(value, kBelowTenThousand) ? unitsOf(value) : encodeOther(value);
     }
 
     // Writes the cell of a code to a place with kRoom. Result: the place behind it.

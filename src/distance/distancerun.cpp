@@ -12,8 +12,7 @@ namespace kva {
 
 namespace {
 
-constexpr std::size_t kWriterBytes = std::size_t{288} << 20U; // what all writers hold
-constexpr std::size_t kTextBytes = std::size_t{1} << 30U;     // of replicates that wait
+constexpr std::size_t kTextBytes = std::size_t{1} << 30U; // of replicates that wait
 constexpr std::size_t kCellBytes = 9;
 constexpr std::size_t kAhead = 4; // replicates that wait
 
@@ -108,7 +107,7 @@ void DistanceRun::createFiles() {
 }
 
 void DistanceRun::writeInOrder() {
-    ReplicateWriter writer(shape(), kWriterBytes, locusSheets(std::move(SheetFiles)),
+    ReplicateWriter writer(shape(), locusSheets(std::move(SheetFiles)),
                            [this](const Measure& measure) { return openMatrix(measure, "rb+"); });
     for (int32_t replicate = 0; replicate < Source.Bootstraps; ++replicate) {
         startReplicate(static_cast<std::size_t>(replicate));
@@ -150,7 +149,7 @@ void DistanceRun::startReplicate(std::size_t replicate) const {
 struct DistanceRun::TextWriter {
     explicit TextWriter(const DistanceRun& run)
         : Matrices(run.Measures.size()), Sheets(run.SheetFiles.size()),
-          Writer(run.shape(), kWriterBytes, run.locusSheets(filesInto(Sheets)),
+          Writer(run.shape(), run.locusSheets(filesInto(Sheets)),
                  [this, &run](const Measure& measure) {
                      const auto at = std::ranges::find(run.Measures, measure.Stem, &Measure::Stem);
                      std::string& text = Matrices[at - run.Measures.begin()];

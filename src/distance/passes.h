@@ -12,7 +12,9 @@ class Run;
 // matrices stand behind each other. The alleles are counted first if no pass did. Without
 // DistBit::Engine the folder alone is made; with it the random stream is seeded from the clock. The
 // process is in the result folder afterwards. 0; 1 or 2 if the folder cannot be entered (new, or
-// there already); 2 if PopDistMask is 0; -4 if nothing is loaded.
+// there already); 2 if PopDistMask is 0; 3, and nothing else is done, if the matrices take more
+// memory or disk than the machine has left, told on the console and in the log; -4 if nothing is
+// loaded.
 long populationDistances(Run& run, long bootstraps);
 
 // The same between all pairs of individuals, with 1 for the repeat length of each locus. Wanted:

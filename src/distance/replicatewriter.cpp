@@ -1,29 +1,23 @@
 #include "distance/replicatewriter.h"
 
 #include "control/Ausgabe.h"
+#include "distance/needs.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace kva {
 
 namespace {
 
-// Of the bytes that a writer may hold, for terms and for matrices.
-constexpr std::size_t kShares = 9;
-constexpr std::size_t kTermShares = 4;
-constexpr std::size_t kMatrixShares = 5;
+constexpr std::size_t kKeptBytes = std::size_t{1} << 27U; // of what loci add, from row to row
 
 } // namespace
 
-ReplicateWriter::ReplicateWriter(const ReplicateShape& shape, std::size_t bytes, LocusSheets sheets,
-                                 Opener open)
-    : Measures(shape.Measures), Sums(shape.Prepared, quantitiesOf(shape.Measures),
-                                     {shape.Replicates, bytes / kShares * kTermShares}),
+ReplicateWriter::ReplicateWriter(const ReplicateShape& shape, LocusSheets sheets, Opener open)
+    : Measures(shape.Measures),
+      Sums(shape.Prepared, quantitiesOf(shape.Measures), {shape.Replicates, kKeptBytes}),
       Sheets(std::move(sheets)), Open(std::move(open)), Rows(shape.Labels.size()) {
-    const std::size_t room = bytes / kShares * kMatrixShares / (MatrixWriter::bytes(Rows) + 1);
-    const std::size_t sideBySide = std::min(std::max<std::size_t>(room, 1), Measures.size());
-    for (std::size_t m = 0; m < sideBySide; ++m) {
+    for (std::size_t m = 0; m < matricesAtOnce(Rows, Measures.size()); ++m) {
         Matrices.emplace_back(shape.Labels, shape.Rules, shape.Form);
     }
 }

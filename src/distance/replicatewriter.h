@@ -33,10 +33,8 @@ class ReplicateWriter {
     // left out of this replicate.
     using Opener = std::function<ResultFile(const Measure& measure)>;
 
-    // Holds at most `bytes` of terms that are kept and of matrices that are written side by side,
-    // and one matrix at least. sheets: none, or one for each measure.
-    ReplicateWriter(const ReplicateShape& shape, std::size_t bytes, LocusSheets sheets,
-                    Opener open);
+    // sheets: none, or one for each measure.
+    ReplicateWriter(const ReplicateShape& shape, LocusSheets sheets, Opener open);
 
     // Writes the replicate of some loci, from 0, in their order.
     void write(std::span<const std::size_t> loci);

@@ -4,7 +4,7 @@
 // The items stand in leaves of 16, so that a take closes a gap within one leaf. Running totals tell
 // which leaf that is: 16 leaves have a node with the number of items left before each of them, 8
 // such nodes a node of their own, and 16 of those again. What is beyond, from 32768 items on,
-// stands in a plain row.
+// is halved again and again. So a take costs by the number of levels, as log(n) grows.
 #ifndef KVA_FSTAT_ORDEREDPOOL_H
 #define KVA_FSTAT_ORDEREDPOOL_H
 
@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -46,8 +47,7 @@ template <class Item> class OrderedPool {
             fillNodes(High, n, kHigh, kMiddle);
         }
         if (n > kHigh) {
-            Row.assign(High.size(), kHigh); // the last one is not filled: nothing lies behind it
-            ++Levels;
+            fillHalves(std::bit_ceil(High.size()));
         }
     }
 
@@ -88,17 +88,21 @@ template <class Item> class OrderedPool {
         LowNode* Low;
         MiddleNode* Middle;
         HighNode* High;
-        std::size_t* Row;
+        std::span<std::size_t> Halves;
 
         // Takes item r: walks down `Depth` levels to its leaf. r becomes the place in each part.
         template <int Depth> Item take(std::size_t r) const {
             std::size_t part = 0;
             if constexpr (Depth > 3) {
-                while (r >= Row[part]) {
-                    r -= Row[part];
-                    ++part;
+                for (std::size_t half = Halves.size() / 2; half > 0; half /= 2) {
+                    std::size_t& left = Halves[part + half];
+                    if (r < left) {
+                        --left;
+                    } else {
+                        r -= left;
+                        part += half;
+                    }
                 }
-                --Row[part];
             }
             if constexpr (Depth > 2) {
                 part = part * (kHigh / kMiddle) + High[part].take(r);
@@ -140,8 +144,18 @@ template <class Item> class OrderedPool {
         ++Levels;
     }
 
+    // Adds the level of halves for a number of nodes, a power of 2. Nodes that are not filled, or
+    // not there, count as full: nothing lies behind them.
+    void fillHalves(std::size_t nodes) {
+        Halves.resize(nodes);
+        for (std::size_t k = 1; k < nodes; ++k) {
+            Halves[k] = (k & (~k + 1)) * kHigh;
+        }
+        ++Levels;
+    }
+
     template <int Depth> void dealFrom(std::span<const int32_t> places, std::span<Item> dealt) {
-        const Levelled levels = {Leaves.data(), Low.data(), Middle.data(), High.data(), Row.data()};
+        const Levelled levels = {Leaves.data(), Low.data(), Middle.data(), High.data(), Halves};
         for (std::size_t k = 0; k < places.size(); ++k) {
             dealt[k] = levels.template take<Depth>(static_cast<std::size_t>(places[k]));
         }
@@ -155,13 +169,14 @@ template <class Item> class OrderedPool {
         return item;
     }
 
-    int Levels = 0;                                  // of nodes; the row is one, too
+    int Levels = 0;                                  // of nodes; the halves are one, too
     std::vector<Item> Items;                         // in a row, on their way into the leaves
     std::vector<Leaf> Leaves = std::vector<Leaf>(1); // never fewer
     std::vector<LowNode> Low;
     std::vector<MiddleNode> Middle;
     std::vector<HighNode> High;
-    std::vector<std::size_t> Row; // items left in each node of High
+    // Items left in some nodes of High: at k, in those from k less its lowest bit to before k.
+    std::vector<std::size_t> Halves;
 };
 
 } // namespace kva

@@ -105,8 +105,9 @@ class PairShuffle {
   private:
     // The place behind the last of a population in slots, which reads as missing.
     int32_t missingPlace(const ShuffleSide& side) const { return Numbers[side.Base + side.Size]; }
-    // The deal in pairs of two populations, given in slots, with an odd number in one or both.
-    void dealOddPairs(const ShuffleSide& a, const ShuffleSide& b);
+    // The deal in pairs of two populations, given in slots, with an odd number in one or both. Not
+    // inlined: deal() is called far more often, and its array would get that a guard.
+    [[gnu::noinline]] void dealOddPairs(const ShuffleSide& a, const ShuffleSide& b);
 
     ShuffleMode Mode;               // how slots are dealt
     bool Paired = false;            // of the last deal: Places are pair places

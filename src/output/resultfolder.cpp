@@ -63,7 +63,7 @@ std::string folderOf(const std::string& path) {
 ResultFolder::~ResultFolder() {
     LogDatei.close(); // now, while the object that tells of a failure is whole
     if (!StartPfad.empty()) {
-        (void)chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
+        (void)!chdir(StartPfad.c_str()); // a folder that is gone cannot be mended here
     }
 }
 

@@ -98,7 +98,10 @@ LocusTables Datensatz::AllelCountPop(ResultFile& zahl, ResultFile& freq, int pop
 }
 
 LocusTables Datensatz::AllelCountInd(int pop, int tier) const {
-    LocusTables tables(Loci.size());
+    constexpr int kRows = 3; // two alleles and the free row; there are very many such tables
+    AllelCount empty;
+    empty.init(kRows);
+    LocusTables tables(Loci.size(), empty);
     for (std::size_t l = 0; l < tables.size(); ++l) {
         const int info = Loci[l].GetInfoChromosom(pop, 2 * tier);
         tables[l].AddAllel(Loci[l].GetDataChromosom(pop, 2 * tier), info);

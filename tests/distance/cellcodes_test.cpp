@@ -40,6 +40,10 @@ TEST(CellCodes, UnitsOfTheFifthDecimal) {
     EXPECT_EQ(written(codes, 999999), "  9.99999");
     EXPECT_EQ(written(codes, 1000000), " 10.00000");
     EXPECT_EQ(written(codes, 1234567), " 12.34567");
+    EXPECT_EQ(codes.encode(100.0), 10000000U);
+    EXPECT_EQ(codes.encode(1000.0), 100000000U);
+    EXPECT_EQ(written(codes, 99999999), " 999.99999");
+    EXPECT_EQ(written(codes, 123456789), " 1234.56789");
 }
 
 TEST(CellCodes, AMinusSignShows) {
@@ -51,8 +55,11 @@ TEST(CellCodes, AMinusSignShows) {
 
 TEST(CellCodes, EdgesAsPrintf) {
     for (const double value :
-         {0.0, 9.4999999, 9.5, 9.999994, 9.999995, 9.999996, 10.0, 99.4, 99.5, 99.999994, 99.999995,
-          100.0, 0.015625, 0.046875, 32767.0, DBL_MAX, HUGE_VAL, std::nan(""), DBL_TRUE_MIN}) {
+         {0.0,         9.4999999, 9.5,         9.999994,    9.999995,     9.999996,
+          10.0,        99.4,      99.5,        99.999994,   99.999995,    100.0,
+          999.4,       999.5,     999.999994,  999.999995,  1000.0,       9999.4,
+          9999.499999, 9999.5,    9999.999994, 9999.999995, 10000.0,      0.015625,
+          0.046875,    32767.0,   DBL_MAX,     HUGE_VAL,    std::nan(""), DBL_TRUE_MIN}) {
         expectAsPrintf(value);
         expectAsPrintf(std::nextafter(value, 0.0));
         expectAsPrintf(std::nextafter(value, HUGE_VAL));
@@ -65,6 +72,7 @@ TEST(CellCodes, RandomValuesAsPrintf) {
         expectAsPrintf(std::bit_cast<double>(random()));
         expectAsPrintf(std::ldexp(static_cast<double>(random() >> 11U), -46 - int(random() % 20)));
         expectAsPrintf(static_cast<double>(random() % 6400) / 64.0); // true halves among them
+        expectAsPrintf(static_cast<double>(random() % 640000) / 64.0);
     }
 }
 
@@ -78,6 +86,6 @@ TEST(CellCodes, KeptValuesStandBesideEachOther) {
     EXPECT_EQ(written(codes, lost), " -32767.00000");
     EXPECT_EQ(written(codes, wide), " 123456.00000");
     codes.clear();
-    EXPECT_EQ(codes.encode(200.0), lost); // the first place again
-    EXPECT_EQ(written(codes, lost), " 200.00000");
+    EXPECT_EQ(codes.encode(20000.0), lost); // the first place again
+    EXPECT_EQ(written(codes, lost), " 20000.00000");
 }

@@ -397,4 +397,14 @@ std::vector<PlainFile> plainPass(const AnalyseDataObj& run, bool individuals, in
     return files;
 }
 
+std::string distanceDifference(LoadedRun& run, bool individuals, int bootstraps, long seed) {
+    for (const PlainFile& file : plainPass(*run, individuals, bootstraps, seed)) {
+        const std::string bytes = run.resultFile("Distance_data/" + file.Name);
+        if (bytes != file.Bytes) {
+            return file.Name + "\nthe pass:\n" + bytes + "\nplainly:\n" + file.Bytes;
+        }
+    }
+    return {};
+}
+
 } // namespace kva_test

@@ -5,6 +5,7 @@
 #define KVA_TESTS_DISTANCE_PLAIN_DISTANCES_H
 
 #include "control/AnalyseDataObj.h"
+#include "support/datasets.h"
 
 #include <array>
 #include <string>
@@ -84,6 +85,10 @@ struct PlainFile {
 };
 std::vector<PlainFile> plainPass(const AnalyseDataObj& run, bool individuals, int bootstraps,
                                  long seed);
+
+// The first of these files that differs from what the pass left, as text; empty if all are the
+// same.
+std::string distanceDifference(LoadedRun& run, bool individuals, int bootstraps, long seed);
 
 } // namespace kva_test
 

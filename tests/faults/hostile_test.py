@@ -203,6 +203,41 @@ class Hostile(unittest.TestCase):
         self.assert_outside_untouched()
         self.assertIn("KVA.log", results(self.home, 1))
 
+    # --- Matrices that do not fit --------------------------------------------------------------
+
+    # 12000 individuals: the cells of a matrix take 12000 x 12000 / 2 x 4 bytes, 288 MB.
+    MANY = "2\t\t\t2\t\n\t\t\t0\t\n\t\t\tL\tL2\n" + "A\td\t1\t100\t102\n" * 12000
+
+    def run_many(self, options, limits=()):
+        self.data.write_text(self.MANY)
+        run = subprocess.run(
+            [PROGRAM, "-i", "d.txt", *options], cwd=self.home, check=False, timeout=250,
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+            preexec_fn=lambda: [resource.setrlimit(limit, (size, size)) for limit, size in limits])
+        files = results(self.home)
+        self.clear()
+        return run.returncode, run.stdout.decode("latin-1"), files
+
+    def test_matrix_beyond_the_memory_is_refused_beforehand(self):
+        _, _, others = self.run_many([])
+        status, console, files = self.run_many(["-dist", "individual", "POSA"],
+                                               [(resource.RLIMIT_AS, 250 << 20)])
+        self.assertEqual(status, 1)
+        line = "Distances of individuals are not computed: they take "
+        told = [row for row in console.split("\n") if row.startswith(line)]
+        self.assertEqual(len(told), 1, console)
+        self.assertIn(told[0].encode() + b"\n", files.pop("KVA.log"))
+        others.pop("KVA.log")
+        self.assertEqual(files.keys(), others.keys())  # no folder of distances, all else
+
+    def test_matrices_beyond_the_disk_are_refused_beforehand(self):
+        # 12000 x 12000 x 9 bytes, and a hundred million replicates
+        status, console, files = self.run_many(["-dist", "individual", "POSA", "n=100000000"])
+        self.assertEqual(status, 1)
+        self.assertIn("and 129600000000 MB on the disk", console)
+        self.assertIn("Summary.xls", files)
+        self.assertFalse([name for name in files if name.startswith("Distance_data")])
+
     # --- Kills and company -------------------------------------------------------------------
 
     def test_killed_at_random_times(self):

@@ -2,8 +2,7 @@
 #include "formats/GenepopRows.h"
 
 #include "data/lociclass.h"
-#include "formats/GenePop.h"
-#include "fstat/randsci.h"
+#include "formats/plain_rows.h"
 #include "output/resultfile.h"
 
 #include <array>
@@ -67,27 +66,7 @@ LocusTables poolOf(const Datensatz& data) {
 }
 
 void expectPlainRows(const Datensatz& data, long seed) {
-    const LocusTables pool = poolOf(data);
-    GenepopRows rows(data, pool);
-    data.ForEachTier([&](int pop, int ind) {
-        std::array<std::string, 8> plain;
-        const GenepopLines lines{&plain[0], &plain[1], &plain[2], &plain[3],
-                                 &plain[4], &plain[5], &plain[6], &plain[7]};
-        srand2(seed);
-        const std::string genepop = data.MakeGenePopLine(pop, ind, 1, 0, pool, lines);
-        const double nextDraw = InternRand();
-        srand2(seed);
-        const GenepopRowTexts texts = rows.of(pop, ind);
-        EXPECT_EQ(InternRand(), nextDraw);
-        EXPECT_EQ(texts.Genepop, genepop + "\n");
-        EXPECT_EQ(texts.GenepopRD, *lines.GenepopRD + "\n");
-        EXPECT_EQ(texts.TwoColumns, *lines.TwoColumns + "\n");
-        EXPECT_EQ(texts.OneColumn, *lines.OneColumn + "\n");
-        EXPECT_EQ(texts.OneColumn2, *lines.OneColumn2 + "\n");
-        EXPECT_EQ(texts.Structure, *lines.Structure + "\n");
-        EXPECT_EQ(texts.Structure2, *lines.Structure2 + "\n");
-        ++seed;
-    });
+    EXPECT_EQ(kva_test::rowDifference(data, poolOf(data), seed), "");
 }
 
 } // namespace

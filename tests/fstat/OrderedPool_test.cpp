@@ -107,7 +107,21 @@ TEST(OrderedPool, TheEdgesOfItsLevelsGiveTheDealOfAPlainList) {
     }
 }
 
-TEST(OrderedPool, ARowOfHighNodesGivesTheDealOfAPlainList) {
+// The first takes of pools with so many nodes that they are halved several times.
+TEST(OrderedPool, ManyHighNodesGiveTheDealOfAPlainList) {
+    constexpr std::size_t kTakes = 2000;
+    std::mt19937 stream(9);
+    OrderedPool<int32_t> pool;
+    for (const int32_t n : {3 * kHigh, 3 * kHigh + 1, 4 * kHigh + 1, 5 * kHigh - 1, 9 * kHigh}) {
+        for (const Where where : {Where::Anywhere, Where::First, Where::Last}) {
+            std::vector<int32_t> places = placesOf(n, where, stream);
+            places.resize(kTakes);
+            expectSameAsList(pool, n, places);
+        }
+    }
+}
+
+TEST(OrderedPool, AFewHighNodesGiveTheDealOfAPlainList) {
     std::mt19937 stream(5);
     OrderedPool<int32_t> pool;
     for (const int32_t n : {kHigh - 1, kHigh, kHigh + 1, 2 * kHigh + 1}) {

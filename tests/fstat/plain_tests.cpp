@@ -4,8 +4,10 @@
 #include "fstat/randsci.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <span>
 
 using namespace kva;
 
@@ -231,6 +233,118 @@ GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& 
         }
     }
     return p;
+}
+
+// --- The tests of the program beside these ------------------------------------------------
+
+namespace {
+
+// The bits of doubles, so that not-a-numbers compare, too.
+bool sameBits(std::span<const double> a, std::span<const double> b) {
+    return std::ranges::equal(a, b, [](double x, double y) {
+        return std::bit_cast<uint64_t>(x) == std::bit_cast<uint64_t>(y);
+    });
+}
+
+// Names of what differs.
+class Differences {
+  public:
+    void compare(const char* what, const CMatrix& fast, const CMatrix& plain) {
+        add(what, sameBits(fast.Daten, plain.Daten));
+    }
+    void compare(const char* what, const FTriple& fast, const FTriple& plain) {
+        for (std::size_t s = 0; s < fast.size(); ++s) {
+            compare(what, fast[s], plain[s]);
+        }
+    }
+    void compare(const char* what, double fast, double plain) {
+        add(what, sameBits({&fast, 1}, {&plain, 1}));
+    }
+    const std::string& names() const { return Names; }
+
+  private:
+    void add(const char* what, bool same) {
+        if (!same) {
+            Names.append(what).append("; ");
+        }
+    }
+    std::string Names;
+};
+
+// What the tests of pairs are given.
+struct Observed {
+    explicit Observed(AnalyseDataObj& run) : f(newFTriple(run.AnzPop)) {
+        const int pairs = run.AnzPop * (run.AnzPop - 1) / 2;
+        locusTable.Resize(run.AnzLoci, std::max(pairs, 1));
+        run.FST_PAIR_WC84(f, run.PopAllele, locusTable);
+    }
+    FTriple f;
+    CMatrix locusTable;
+};
+
+} // namespace
+
+std::string pairTestDifference(AnalyseDataObj& run) {
+    Observed fast(run);
+    CMatrix plainTable = fast.locusTable;
+    FTriple p = newFTriple(run.AnzPop);
+    FTriple plainP = p;
+    run.FST_P_WC84(p, fast.f, run.PopAllele, fast.locusTable);
+    const float next = rand2();
+    plainPairTest(run, plainP, fast.f, plainTable);
+    Differences differences;
+    differences.compare("place in the random stream", next, rand2());
+    differences.compare("p-values", p, plainP);
+    differences.compare("values of the loci", fast.locusTable, plainTable);
+    return differences.names();
+}
+
+std::string discardTestDifference(AnalyseDataObj& run) {
+    Observed fast(run);
+    Observed plain = fast;
+    FTriple p = newFTriple(run.AnzPop);
+    FTriple plainP = p;
+    CMatrix limits[4];
+    for (CMatrix& limit : limits) {
+        limit.Resize(run.AnzPop, run.AnzPop);
+    }
+    run.FST_RD_WC84(p, fast.f, run.PopAllele, limits[0], limits[1], fast.locusTable);
+    const float next = rand2();
+    plainDiscardTest(run, plainP, plain.f, limits[2], limits[3], plain.locusTable);
+    Differences differences;
+    differences.compare("place in the random stream", next, rand2());
+    differences.compare("p-values", p, plainP);
+    differences.compare("means", fast.f, plain.f);
+    differences.compare("lower limits", limits[0], limits[2]);
+    differences.compare("upper limits", limits[1], limits[3]);
+    differences.compare("values of the loci", fast.locusTable, plain.locusTable);
+    return differences.names();
+}
+
+std::string globalTestDifference(AnalyseDataObj& run) {
+    double fst = 0.0;
+    double fit = 0.0;
+    double fis = 0.0;
+    double gst = 0.0;
+    double gstStrich = 0.0;
+    CMatrix locus;
+    locus.Resize(5, run.AnzLoci);
+    locus.Fill(run.DistFehlerwert);
+    run.FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, run.PopAllele, run.AnzLoci,
+                        run.AnzPop);
+    GlobalP fast;
+    fast.locus.Resize(3, run.AnzLoci);
+    run.FST_GLOBAL_P_WC84(fst, gst, gstStrich, locus, fast.fst, fast.gst, fast.gstStrich,
+                          fast.locus);
+    const float next = rand2();
+    const GlobalP plain = plainGlobalTest(run, {fst, gst, gstStrich}, locus);
+    Differences differences;
+    differences.compare("place in the random stream", next, rand2());
+    differences.compare("p of Fst", fast.fst, plain.fst);
+    differences.compare("p of Gst", fast.gst, plain.gst);
+    differences.compare("p of Gst'", fast.gstStrich, plain.gstStrich);
+    differences.compare("p of the loci", fast.locus, plain.locus);
+    return differences.names();
 }
 
 } // namespace kva_test

@@ -5,6 +5,9 @@
 
 #include "control/AnalyseDataObj.h"
 
+#include <array>
+#include <string>
+
 namespace kva_test {
 
 using namespace kva;
@@ -27,6 +30,13 @@ struct GlobalP {
 // As AnalyseDataObj::FST_GLOBAL_P_WC84; `observed` are the three values over all loci.
 GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& observed,
                         const CMatrix& observedLocus);
+
+// Run a test of the program and its plain twin on the observed F-statistics of a run whose tables
+// are counted, under its FstMask and Permutationen. Result: the names of what differs in a bit, the
+// place in the random stream among them; empty if nothing does. The clock stands still.
+std::string pairTestDifference(AnalyseDataObj& run);
+std::string discardTestDifference(AnalyseDataObj& run);
+std::string globalTestDifference(AnalyseDataObj& run); // of two populations or more
 
 } // namespace kva_test
 

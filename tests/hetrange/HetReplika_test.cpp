@@ -1,6 +1,7 @@
 #include "hetrange/HetReplika.h"
 
 #include "fstat/randsci.h"
+#include "hetrange/plain_count.h"
 #include "support/datasets.h"
 #include "support/draws.h"
 
@@ -238,30 +239,6 @@ Datensatz randomPopulation(std::mt19937& random) {
     return daten;
 }
 
-// The pairs of a row, one after the other, with random discard if it is asked for.
-AllelCount plainCount(const LociObj& locus, std::span<const int32_t> row, bool randomDiscard) {
-    const auto missing = static_cast<int32_t>(locus.DataSlots(1).size());
-    const auto entry = [&](int32_t place) {
-        return place == missing ? -1 : locus.GetDataChromosom(1, place);
-    };
-    const auto flag = [&](int32_t place) {
-        return place == missing ? 0 : static_cast<int>(locus.isHaploid(1, place));
-    };
-    AllelCount count;
-    for (std::size_t k = 0; k + 1 < row.size(); k += 2) {
-        std::array<int, 2> alleles{entry(row[k]), entry(row[k + 1])};
-        std::array<int, 2> flags{flag(row[k]), flag(row[k + 1])};
-        if (randomDiscard && flags[0] != 0) {
-            const std::size_t kept = rand2() < 0.5F ? 1 : 0;
-            alleles[1 - kept] = alleles[kept];
-            flags[1] = flags[0];
-        }
-        count.AddAllel(alleles[0], flags[0]);
-        count.AddAllel(alleles[1], flags[1]);
-    }
-    return count;
-}
-
 // Doubles are compared as they are, not nearly.
 TEST(HetTable, EqualsThePlainCountOnManyPopulations) {
     std::mt19937 random(11);
@@ -281,15 +258,9 @@ TEST(HetTable, EqualsThePlainCountOnManyPopulations) {
                                   [&] { return static_cast<int32_t>(random() % (entries + 1)); });
             const bool randomDiscard = random() % 2 == 0;
             table.Clr();
-            srand2(population + 1);
-            table.Add(row, randomDiscard);
-            const HetStatistics wert = table.Statistics();
-            srand2(population + 1);
-            const AllelCount plain = plainCount(locus, row, randomDiscard);
-            ASSERT_EQ(wert.H, plain.CalcHet()) << "population " << population;
-            ASSERT_EQ(wert.V, plain.CalcVar(plain.CalcMean())) << "population " << population;
-            ASSERT_EQ(wert.A, plain.AnzAllele < 1 ? -1.0 : plain.AnzAllele) << population;
-            ASSERT_EQ(wert.n, plain.AnzChromosomen / 2) << "population " << population;
+            const long seed = population + 1;
+            ASSERT_EQ(kva_test::countDifference(table, locus, 1, row, randomDiscard, seed), "")
+                << "population " << population;
         }
     }
 }

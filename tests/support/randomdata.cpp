@@ -37,7 +37,8 @@ RandomDataSet randomDataSet(const ByteSource& bytes, const Oddities& oddities) {
         RandomPopulation& population = data.populations.emplace_back();
         population.name = "N" + std::to_string(p);
         population.group = 1 + below(bytes, 2);
-        population.individuals.resize(static_cast<std::size_t>(1 + below(bytes, 8)));
+        population.inbred = oddities.inbred ? below(bytes, 4) : 0;
+        population.individuals.resize(1 + below(bytes, 8));
         const int emptyLocus = oddities.missing ? below(bytes, 4 * loci) : loci;
         for (std::vector<Genotype>& individual : population.individuals) {
             for (int l = 0; l < loci; ++l) {
@@ -69,13 +70,17 @@ std::string dataFile(const RandomDataSet& data, int columns, const std::string& 
         text += row + lineEnd;
     }
     for (const RandomPopulation& population : data.populations) {
-        const std::string head = population.name + "\td\t" + std::to_string(population.group);
+        int number = 0;
         for (const std::vector<Genotype>& individual : population.individuals) {
+            const bool inbred = population.inbred > 0 && number % population.inbred == 0;
+            const std::string head =
+                population.name + (inbred ? "\th\t" : "\td\t") + std::to_string(population.group);
+            ++number;
             for (int row = 0; row < 2 / columns; ++row) {
                 text += head;
                 for (const Genotype& genotype : individual) {
                     for (int c = 0; c < columns; ++c) {
-                        text += "\t" + cell(genotype[static_cast<std::size_t>(row + c)]);
+                        text += "\t" + cell(genotype[row + c]);
                     }
                 }
                 text += lineEnd;

@@ -20,6 +20,7 @@ using Genotype = std::array<int, 2>;
 struct RandomPopulation {
     std::string name;
     int group = 0;
+    int inbred = 0; // each so-maniest individual is haploid (inbred), from the first on; 0: none
     std::vector<std::vector<Genotype>> individuals; // [individual][locus]
 };
 
@@ -31,6 +32,7 @@ struct RandomDataSet {
 // What a data set may have besides plain diploid genotypes.
 struct Oddities {
     bool missing = true; // now and then an allele, a genotype or a whole population at a locus
+    bool inbred = false; // individuals that are marked so
 };
 
 // 2 to 5 populations of 1 to 8 individuals, 1 to 5 loci of 1 to 6 alleles. Names are N0, N1 and so
