@@ -18,13 +18,14 @@ kinds <- function() c("fst", "tree", "pcoa", "diversity", "alleles", "hetrange",
 #'   \item{`"alleles"`}{the frequencies of the alleles of each locus in each population}
 #'   \item{`"hetrange"`}{heterozygosity of resampled data: least, mean and largest value of each
 #'     population and locus}
-#'   \item{`"errors"`}{the alleles of each locus in all populations, those that the error report remarks
-#'     on in colour}
+#'   \item{`"errors"`}{the alleles of each locus in all populations; loci that the error report
+#'     remarks on are orange, with the remark}
 #' }
 #' @param ... For `"tree"`: arguments of [ape::plot.phylo()].
 #' @param measure Distance of `"tree"` and `"pcoa"`; not given: the first one of the folder.
 #' @param of `"tree"` and `"pcoa"`: of populations or of individuals.
-#' @param loci Names of the loci of `"diversity"`, `"alleles"`, `"hetrange"` and `"errors"`; not given: all.
+#' @param loci Names of the loci of `"diversity"`, `"alleles"`, `"hetrange"` and `"errors"`; not
+#'   given: all.
 #' @return The plot of ggplot2, or the tree, invisibly.
 #' @examples
 #' \dontrun{
@@ -100,11 +101,10 @@ fst_plot <- function(x) {
   values <- fst(x)
   n <- nrow(values)
   names <- make.unique(rownames(values))
-  adjusted <- !is.null(attr(values, "p_holm"))
-  p <- attr(values, if (adjusted) "p_holm" else "p")
+  p <- attr(values, if (is.null(attr(values, "p_holm"))) "p" else "p_holm")
   pairs <- data.frame(first = factor(rep(names, each = n), names),
                       second = from_top(rep(names, n), names), fst = as.vector(values))
-  pairs$star <- if (is.null(p)) "" else ifelse(!is.na(p) & p <= 0.05, "*", "")
+  pairs$star <- if (is.null(p)) "" else ifelse(as.vector(!is.na(p) & p <= 0.05), "*", "")
   pairs <- pairs[pairs$first != pairs$second, ]
   size <- label_points(n)
   plot <- ggplot2::ggplot(pairs, ggplot2::aes(.data$first, .data$second, fill = .data$fst)) +
@@ -114,7 +114,7 @@ fst_plot <- function(x) {
     ggplot2::scale_y_discrete(drop = FALSE) +
     ggplot2::coord_equal() +
     ggplot2::labs(x = "Population", y = "Population",
-                  caption = if (!is.null(p)) paste0("*: p <= 0.05", if (adjusted) " (Holm)")) +
+                  caption = stars_told(x, values)) +
     kva_theme() +
     ggplot2::theme(axis.text.x = ggplot2::element_text(angle = 90, hjust = 1, vjust = 0.5,
                                                        size = size),
@@ -130,21 +130,40 @@ fst_plot <- function(x) {
     ggplot2::scale_colour_identity()
 }
 
+# What the stars of a map of Fst mean; nothing without tests.
+stars_told <- function(x, values) {
+  if (is.null(attr(values, "p_holm"))) {
+    return(if (!is.null(attr(values, "p"))) "*: p <= 0.05")
+  }
+  permutations <- x$record$settings$permutations
+  if (sum(upper.tri(values) & !is.na(attr(values, "p"))) / (permutations + 1) > 0.05) {
+    return(paste(permutations, "permutations are too few for a p of 0.05 or less (Holm)"))
+  }
+  "*: p <= 0.05 (Holm)"
+}
+
 tree_plot <- function(x, measure, of, ...) {
   tree <- as.phylo.kva(x, measure, of)
   n <- length(tree$tip.label)
-  size <- label_points(n) / graphics::par("ps")
-  words <- utils::modifyList(list(x = tree, cex = min(size, 1), no.margin = FALSE), list(...))
+  size <- min(1, label_points(n) / graphics::par("ps"))
+  room <- 0.06 * (n + 5) # below the tips, for the bar
+  words <- utils::modifyList(list(x = tree, cex = size, font = 1, y.lim = c(1 - room, n),
+                                  label.offset = 0.01 * max(ape::node.depth.edgelength(tree))),
+                             list(...))
+  lying <- is.null(words$type) || words$type %in% c("phylogram", "cladogram")
+  if (!lying) words$y.lim <- list(...)$y.lim
+  before <- graphics::par(mar = c(3.5, 1, 2.5, 1))
+  on.exit(graphics::par(before))
   do.call(ape::plot.phylo, words)
   if (!is.null(tree$node.label)) {
     shown <- ifelse(as.numeric(tree$node.label) >= 50, tree$node.label, "")
-    ape::nodelabels(ifelse(is.na(shown), "", shown), frame = "none", cex = 0.8 * min(size, 1),
+    ape::nodelabels(ifelse(is.na(shown), "", shown), frame = "none", cex = 0.8 * size,
                     adj = c(1.1, -0.3), col = "#0072B2")
   }
-  ape::add.scale.bar(cex = 0.8)
-  graphics::title(paste("Neighbour joining,", measure),
-                  sub = paste0("bar: distance ", measure, if (!is.null(tree$node.label))
-                    "; numbers: bootstrap support of 50 % or more"))
+  if (lying) ape::add.scale.bar(0, 1 - room, cex = 0.8) else ape::add.scale.bar(cex = 0.8)
+  graphics::title(paste("Neighbour joining,", measure), cex.main = 1)
+  graphics::mtext(paste0("bar: distance ", measure, if (!is.null(tree$node.label))
+    "; numbers: bootstrap support, 50 % or more"), side = 1, line = 2, cex = 0.8)
   tree
 }
 
@@ -203,24 +222,26 @@ alleles_plot <- function(x, loci) {
   if (!nrow(rows)) nothing(x, "allele")
   rows$allele <- as.numeric(rows$replicate)
   rows$population <- from_top(rows$population1, unique(x$populations))
+  n <- length(x$populations) * panel_rows(rows)
   ggplot2::ggplot(rows, ggplot2::aes(.data$allele, .data$population, size = .data$value,
                                      colour = .data$value)) +
     ggplot2::geom_point() +
-    ggplot2::facet_wrap(~locus, scales = "free_x", nrow = ceiling(nlevels(rows$locus) / 10)) +
-    ggplot2::scale_size_area("Frequency", max_size = 4) +
+    ggplot2::facet_wrap(~locus, scales = "free_x", nrow = panel_rows(rows)) +
+    ggplot2::scale_size_area("Frequency", max_size = min(4, label_points(n) / 2)) +
     ggplot2::scale_colour_viridis_c("Frequency", direction = -1, end = 0.95) +
     ggplot2::guides(colour = ggplot2::guide_legend(), size = ggplot2::guide_legend()) +
-    ggplot2::scale_x_continuous(breaks = scales_two) +
+    ggplot2::scale_x_continuous(n.breaks = 4, expand = ggplot2::expansion(0.12)) +
     ggplot2::labs(x = "Allele (base pairs, or its code)", y = "Population") +
-    kva_theme() + population_axis(length(x$populations) * ceiling(nlevels(rows$locus) / 10))
+    kva_theme() + population_axis(n) + upright_x()
 }
 
-# Two round numbers within the limits of an axis.
-scales_two <- function(limits) {
-  ticks <- pretty(limits, 3)
-  ticks <- ticks[ticks >= limits[1] & ticks <= limits[2]]
-  ticks[unique(c(1, length(ticks)))]
+# Numbers of an x axis that stand, in narrow panels.
+upright_x <- function() {
+  ggplot2::theme(axis.text.x = ggplot2::element_text(angle = 90, hjust = 1, vjust = 0.5))
 }
+
+# Rows of panels, ten loci in a row.
+panel_rows <- function(rows) ceiling(length(unique(rows$locus)) / 10)
 
 hetrange_plot <- function(x, loci) {
   rows <- locus_rows(x, rows_of(x, "heterozygosity_range"), loci)
@@ -230,17 +251,16 @@ hetrange_plot <- function(x, loci) {
   ranges$least <- of("min")$value
   ranges$most <- of("max")$value
   ranges$population <- from_top(ranges$population1, unique(x$populations))
-  high <- ceiling(nlevels(ranges$locus) / 10)
   ggplot2::ggplot(ranges[is.finite(ranges$value), ],
                   ggplot2::aes(.data$value, .data$population, xmin = .data$least,
                                xmax = .data$most)) +
     ggplot2::geom_linerange(colour = "#56B4E9", linewidth = 1) +
     ggplot2::geom_point(colour = "#0072B2", size = 1.2) +
-    ggplot2::facet_wrap(~locus, nrow = high) +
+    ggplot2::facet_wrap(~locus, nrow = panel_rows(ranges)) +
     ggplot2::scale_x_continuous(limits = c(0, 1), breaks = c(0, 0.5, 1)) +
     ggplot2::labs(x = "Heterozygosity", y = "Population",
                   caption = "point: mean of the draws; bar: least to largest draw") +
-    kva_theme() + population_axis(length(x$populations) * high)
+    kva_theme() + population_axis(length(x$populations) * panel_rows(ranges)) + upright_x()
 }
 
 remarks <- function() {
@@ -265,6 +285,7 @@ errors_plot <- function(x, loci) {
   ggplot2::ggplot(alleles, ggplot2::aes(.data$allele, .data$value)) +
     ggplot2::geom_segment(ggplot2::aes(xend = .data$allele, yend = 0, colour = .data$remarked),
                           linewidth = 1.2) +
+    ggplot2::geom_point(ggplot2::aes(colour = .data$remarked), size = 0.9) +
     ggplot2::geom_text(ggplot2::aes(x = Inf, y = Inf, label = .data$text), data = notes, hjust = 1.05,
                        vjust = 1.3, size = 2.6, lineheight = 0.9) +
     ggplot2::facet_wrap(~locus, scales = "free") +
