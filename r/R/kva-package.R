@@ -7,5 +7,6 @@
 #' The program is looked for at three places, see [kva_tool()].
 #'
 #' @importFrom ggplot2 .data
+#' @name kva-package
 #' @keywords internal
-"_PACKAGE"
+NULL
