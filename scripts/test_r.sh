@@ -13,9 +13,10 @@ export KVATOOL
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cp -R r "$work/kva"
+# The example data are links.
+cp -RL r "$work/kva"
 
-cp -R r "$work/documented"
+cp -R "$work/kva" "$work/documented"
 (cd "$work/documented" && rm -rf man NAMESPACE &&
     Rscript --vanilla -e 'suppressMessages(roxygen2::roxygenise(".", load_code = "source"))' >/dev/null)
 for part in NAMESPACE man; do

@@ -25,6 +25,11 @@
 #' @param quiet Whether to leave out the messages of progress.
 #' @return An object of class `kva`, see [read_kva()].
 #' @examples
+#' if (kva_tool(must = FALSE) != "") {
+#'   data <- system.file("extdata", "testdata.dat", package = "kva")
+#'   x <- kva(data, output = tempfile(), permutations = 0, distances = "CAS", quiet = TRUE)
+#'   print(x)
+#' }
 #' \dontrun{
 #' data(nancycats, package = "adegenet")
 #' x <- kva(nancycats, distances = "CAS", bootstrap = 100, seed = 1, write = list(repeats = 2))

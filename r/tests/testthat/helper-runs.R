@@ -35,15 +35,16 @@ run_folder <- function(data, ..., name = "results") {
   folder
 }
 
-# A matrix sheet: a line with the number of samples, a line for each of ten bytes of name and its
-# numbers.
+# A matrix sheet: a line with the number of samples, a line for each with its name, that has no
+# blanks here, and its numbers.
 sheet_matrix <- function(file) {
   lines <- readLines(file)
   n <- as.integer(lines[1])
-  lines <- lines[1 + seq_len(n)]
-  names <- trimws(substr(lines, 1, 10))
-  values <- lapply(strsplit(trimws(substring(lines, 11)), " +"), as.numeric)
-  matrix(unlist(values), n, n, byrow = TRUE, dimnames = list(names, names))
+  words <- strsplit(trimws(lines[1 + seq_len(n)]), " +")
+  stopifnot(lengths(words) == n + 1)
+  names <- vapply(words, `[`, "", 1)
+  values <- unlist(lapply(words, function(line) as.numeric(line[-1])))
+  matrix(values, n, n, byrow = TRUE, dimnames = list(names, names))
 }
 
 # A sheet with a head of loci and a row for each population, in two-column data.

@@ -32,10 +32,12 @@ test_that("pairs that are not defined are NA", {
   lines[4:9] <- sub("(\t[0-9]*\t[0-9]*)$", "\t\t", lines[4:9])
   lines[10:12] <- "East\td\t2\t\t\t88\t90"
   writeLines(lines, file)
-  x <- read_kva(run_folder(file, "--fst", "pairs", "--permutations", "0", "--distances",
+  x <- read_kva(run_folder(file, "--fst", "pairs", "--permutations", "9", "--distances",
                            "population:CAS"))
   expect_true(is.na(fst(x)["North", "East"]))
   expect_false(is.na(fst(x)["North", "South"]))
+  expect_true(is.na(attr(fst(x), "p")["East", "North"]))
+  expect_false(is.na(attr(fst(x), "p")["South", "North"]))
   d <- as.matrix(distances(x, "CAS"))
   expect_true(is.na(d["East", "South"]))
   expect_false(is.na(d["North", "South"]))
