@@ -124,12 +124,17 @@ print.kva <- function(x, ...) {
         if (is.null(seed)) "of the clock" else format(seed, digits = 16), "\n", sep = "")
   }
   have <- unique(x$table$statistic)
-  of <- function(ending) toupper(measures()[paste0("distance_", tolower(measures()), ending) %in%
-                                              have])
-  cat("  F-statistics: ", paste(c("pairs", "global", "beta")[
-    c("fst_pairwise", "fst_global", "beta_population") %in% have], collapse = ", "), "\n",
-    "  distances of populations: ", paste(of(""), collapse = ", "), "\n",
-    "  distances of individuals: ", paste(of("_individuals"), collapse = ", "), "\n", sep = "")
+  of <- function(ending) measures()[paste0("distance_", tolower(measures()), ending) %in% have]
+  fst <- c("pairs", "global", "beta")[
+    c("fst_pairwise", "fst_global", "beta_population") %in% have]
+  show <- function(what, words) {
+    if (length(words)) cat("  ", what, ": ", paste(words, collapse = ", "), "\n", sep = "")
+  }
+  show("F-statistics", fst)
+  show("distances of populations", of(""))
+  show("distances of individuals", of("_individuals"))
+  replicates <- unique(x$bootstrap$replicate)
+  show("bootstrap replicates", if (length(replicates)) length(replicates))
   invisible(x)
 }
 

@@ -44,13 +44,15 @@ kva <- function(x, output = NULL, fst = c("pairs", "global"), distances = c("CAS
   of_first <- option_words(list(fst = fst, permutations = if (length(fst)) permutations,
                                 distances = distance_words(distances),
                                 het_range = if (het_range > 0) het_range))
-  run_kvatool(places$data, places$output, c(of_first, general), quiet)
   second <- NULL
   if (bootstrap > 1) {
     second <- paste0(places$output, "_bootstrap")
-    run_kvatool(places$data, second,
-                bootstrap_words(distances, bootstrap, list(threads = threads, seed = seed, ...)),
-                quiet)
+    of_second <- bootstrap_words(distances, bootstrap,
+                                 list(threads = threads, seed = seed, ...))
+  }
+  run_kvatool(places$data, places$output, c(of_first, general), quiet)
+  if (bootstrap > 1) {
+    run_kvatool(places$data, second, of_second, quiet)
   }
   read_kva(places$output, second)
 }
@@ -127,8 +129,9 @@ value_word <- function(value) {
 }
 
 run_kvatool <- function(data, output, words, quiet) {
+  short <- function(line) message(sub(paste0(data, ": "), "", line, fixed = TRUE))
   told <- run_tool(c("run", data, "-o", output, words),
-                   if (quiet) function(line) NULL else message)
+                   if (quiet) function(line) NULL else short)
   if (told$status != 0) {
     wrong <- told$lines[!grepl(", [0-9.]+ s$", told$lines)]
     stop("kvatool run failed:\n", paste(wrong, collapse = "\n"), call. = FALSE)

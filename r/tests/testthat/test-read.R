@@ -40,6 +40,7 @@ test_that("populations, loci and the record are those of the data", {
   expect_equal(x$record$random$seed, 7)
   expect_equal(x$record$data$individuals, 9)
   expect_output(print(x), "3 populations, 2 loci")
+  expect_output(print(cats_run()), "populations: CAS, DAN\n  bootstrap replicates: 20")
 })
 
 test_that("a folder without run.json is read, with the p-values of the sheet", {

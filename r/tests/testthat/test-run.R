@@ -30,7 +30,7 @@ test_that("a run on a data file puts its results beside it and tells its progres
   skip_without_tool()
   data <- small_data()
   suppressMessages(expect_message(
-    x <- kva(data, permutations = 20, seed = 3, distances = NULL), "F-statistics, "
+    x <- kva(data, permutations = 20, seed = 3, distances = NULL), "^F-statistics, "
   ))
   expect_identical(basename(x$folder), "small.txt_kvatool")
   expect_equal(x$record$settings$permutations, 20)
@@ -81,6 +81,8 @@ test_that("what the program refuses is an error with its words", {
   expect_error(kva(tempfile(), quiet = TRUE), "there is no file")
   expect_error(kva(data, quiet = TRUE, write = list(repeats = 2)), "not for a data file")
   expect_error(kva(matrix(1)), "neither a genind")
+  expect_error(kva(data, distances = "individual:CAS", bootstrap = 9), "distances of populations")
+  expect_identical(list.files(dirname(data)), "small.txt") # nothing was begun
 })
 
 test_that("a data frame is run", {
