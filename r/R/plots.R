@@ -1,8 +1,6 @@
 # Plots: ggplot2, and ape for the tree. Colours are of the scale viridis and of Okabe and Ito, which
 # the colour-blind can tell.
 
-kinds <- function() c("fst", "tree", "pcoa", "diversity", "alleles", "hetrange", "errors")
-
 #' Plot results
 #'
 #' @param x An object of class `kva`.
@@ -32,9 +30,10 @@ kinds <- function() c("fst", "tree", "pcoa", "diversity", "alleles", "hetrange",
 #' plot(read_kva("data.txt_KVAresult00"), "fst")
 #' }
 #' @export
-plot.kva <- function(x, what = kinds(), ..., measure = NULL,
-                     of = c("populations", "individuals"), loci = NULL) {
-  what <- match.arg(what, kinds())
+plot.kva <- function(x, what = c("fst", "tree", "pcoa", "diversity", "alleles", "hetrange",
+                                 "errors"), ...,
+                     measure = NULL, of = c("populations", "individuals"), loci = NULL) {
+  what <- match.arg(what)
   of <- match.arg(of)
   drawn <- switch(what,
     fst = fst_plot(x),
