@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|builds ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|builds|r ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -18,6 +18,10 @@ for need in "$@"; do
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
     peers) set -- "$@" r-base-core r-cran-adegenet phylip python3=python3 ;;
+    r)
+        set -- "$@" r-base-core r-cran-adegenet r-cran-ape r-cran-ggplot2 r-cran-jsonlite \
+            r-cran-rmarkdown pandoc=pandoc r-cran-testthat r-cran-roxygen2 r-cran-knitr
+        ;;
     *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;
     esac
     shift

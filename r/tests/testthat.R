@@ -1,0 +1,4 @@
+library(testthat)
+library(kva)
+
+test_check("kva")
