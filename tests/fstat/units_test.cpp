@@ -189,6 +189,8 @@ TEST(TestsInUnits, PairWithoutValueIsMarked) {
         Tested t(fixed, {10}, way);
         t.testPairs();
         EXPECT_FALSE(t.record.Pairs[0].Of[0].Defined);
+        EXPECT_FALSE(t.record.Pairs[0].Of[0].Ended);
+        EXPECT_EQ(t.record.Pairs[0].Of[0].Permutations, 10);
     }
 }
 

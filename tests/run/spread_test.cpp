@@ -56,6 +56,22 @@ TEST(Spread, DoesFewUnitsAhead) {
     EXPECT_GT(farthest, 0U);
 }
 
+// Each of three units waits until all three are begun.
+TEST(Spread, EachThreadHasAUnitHoweverFewAreAhead) {
+    std::atomic<int> begun = 0;
+    Spread(1, 3).inOrder(3, 0, [&]() -> Spread::Work {
+        return [&](std::size_t) -> Spread::Take {
+            ++begun;
+            const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+            while (begun < 3 && std::chrono::steady_clock::now() < end) {
+                std::this_thread::yield();
+            }
+            EXPECT_EQ(begun, 3);
+            return nullptr;
+        };
+    });
+}
+
 TEST(Spread, EachThreadHasItsOwnWork) {
     std::atomic<int> works = 0;
     Spread(1, 3).inOrder(10, 1, [&]() -> Spread::Work {
