@@ -86,6 +86,9 @@ std::string writeWholeFile(const std::string& file, std::string_view bytes, bool
     if (lstat(file.c_str(), &state) == 0 && (!replace || S_ISDIR(state.st_mode))) {
         return S_ISDIR(state.st_mode) ? "it is a folder" : kExists;
     }
+    if (lstat(file.c_str(), &state) == 0 && !S_ISREG(state.st_mode) && !S_ISLNK(state.st_mode)) {
+        return "it is no file on a disk";
+    }
     std::string written = file + ".XXXXXX";
     const int descriptor = mkstemp(written.data());
     if (descriptor < 0) {

@@ -23,7 +23,7 @@ void TidyWriter::write(const TidyRow& row) {
     for (const std::string_view text :
          {row.place.population1, row.place.population2, row.place.locus, row.place.replicate}) {
         Waiting += '\t';
-        addText(text);
+        appendTidyText(Waiting, text);
     }
     Waiting += '\t';
     Waiting += row.value;
@@ -38,16 +38,16 @@ void TidyWriter::flush() {
     Waiting.clear();
 }
 
-void TidyWriter::addText(std::string_view text) {
+void appendTidyText(std::string& line, std::string_view text) {
     if (std::all_of(text.begin(), text.end(), isPlain)) {
-        Waiting += text;
+        line += text;
         return;
     }
-    Waiting += '"';
+    line += '"';
     for (const char c : text) {
-        Waiting.append(c == '"' ? 2 : 1, c);
+        line.append(c == '"' ? 2 : 1, c);
     }
-    Waiting += '"';
+    line += '"';
 }
 
 } // namespace kva

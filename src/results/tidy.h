@@ -34,6 +34,10 @@ struct TidyRow {
 // Takes the rows one by one.
 using RowSink = std::function<void(const TidyRow&)>;
 
+// Appends a text as the table has it: in quotes, those inside doubled, unless it is empty or of
+// letters, digits, "_", "-", "+" and "." alone.
+void appendTidyText(std::string& line, std::string_view text);
+
 // Writes rows into a stream, the head of the table in front. The rows are there when the writer is
 // gone or flush() was called; whether the stream took them is for its owner to ask.
 class TidyWriter {
@@ -47,10 +51,6 @@ class TidyWriter {
     void flush();
 
   private:
-    // A text in quotes, those inside doubled, unless it is empty or of letters, digits, "_", "-",
-    // "+" and "." alone.
-    void addText(std::string_view text);
-
     std::ostream& Out;
     std::string Waiting; // rows that are not in the stream yet
 };

@@ -1,5 +1,6 @@
 #include "tool/Gathered.h"
 
+#include "results/tidy.h"
 #include "tool/ResultPlace.h"
 #include "tool/RunJob.h"
 
@@ -15,12 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string quoted(const std::string& name) {
-    std::string text = "\"";
-    for (const char c : name) {
-        text.append(c == '"' ? 2 : 1, c);
-    }
-    return text + "\"";
+// What a file is written as: beside its name, but for a device or pipe, which has no beside.
+std::string unfinishedName(const std::string& name) {
+    std::error_code error;
+    const fs::file_status status = fs::status(name, error);
+    const bool isFile = !fs::exists(status) || fs::is_regular_file(status);
+    return isFile ? name + ".unfinished-" + std::to_string(getpid()) : name;
 }
 
 } // namespace
@@ -28,22 +29,23 @@ std::string quoted(const std::string& name) {
 // --- WholeFile ---------------------------------------------------------------------------
 
 WholeFile::WholeFile(const std::string& name)
-    : Name(name), Unfinished(name + ".unfinished-" + std::to_string(getpid())),
-      Out(Unfinished, std::ios::binary) {
+    : Name(name), Unfinished(unfinishedName(name)), Out(Unfinished, std::ios::binary) {
     if (!Out) {
         throw PlaceError("cannot write '" + Name + "': " + std::strerror(errno));
     }
 }
 
 WholeFile::~WholeFile() {
-    std::error_code gone; // where it has its name
-    fs::remove(Unfinished, gone);
+    if (Unfinished != Name) {
+        std::error_code gone; // where it has its name
+        fs::remove(Unfinished, gone);
+    }
 }
 
 void WholeFile::finish() {
     Out.close();
     std::error_code error;
-    if (Out) {
+    if (Out && Unfinished != Name) {
         fs::rename(Unfinished, Name, error);
     }
     if (!Out || error) {
@@ -72,7 +74,11 @@ void GatheredTable::add(const std::string& data, const fs::path& folder) {
         File->out() << (Several ? "data\t" : "") << line << '\n';
         Begun = true;
     }
-    const std::string front = Several ? quoted(data) + '\t' : "";
+    std::string front;
+    if (Several) {
+        appendTidyText(front, data);
+        front += '\t';
+    }
     while (std::getline(in, line)) {
         File->out() << front << line << '\n';
     }

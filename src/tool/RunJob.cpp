@@ -31,7 +31,7 @@ constexpr int kFailed = 1;
 
 // --- What the library tells --------------------------------------------------------------
 
-// While it lives, what goes to standard output is kept here.
+// While it lives, what goes to standard output is kept here, or dropped.
 class KeptConsole {
   public:
     KeptConsole() : Before(std::cout.rdbuf(Text.rdbuf())) {}
@@ -39,10 +39,12 @@ class KeptConsole {
     KeptConsole(const KeptConsole&) = delete;
     KeptConsole& operator=(const KeptConsole&) = delete;
 
-    // The lines since the last call.
-    std::vector<std::string> lines() {
+    // Drops what comes from now on: marks of passes, of which there are many.
+    static void drop() { std::cout.rdbuf(nullptr); }
+
+    // The lines so far.
+    std::vector<std::string> lines() const {
         std::istringstream in(Text.str());
-        Text.str({});
         std::vector<std::string> all;
         for (std::string line; std::getline(in, line);) {
             if (!line.empty()) {
@@ -193,7 +195,7 @@ void reportSideFile(const std::string& name) {
 // Opens and reads the data. The warnings of the reader; nothing, and told, if there is nothing to
 // run.
 std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& job,
-                                             InputFile& input, KeptConsole& console) {
+                                             InputFile& input, const KeptConsole& console) {
     run.WantedPfad = job.Folder;
     const LoadResult loaded = LoadFirst(run, job.Data, job.Plan.IMFile, reportSideFile, input);
     const std::vector<std::string> lines = console.lines();
@@ -227,7 +229,7 @@ void beginPass(const RunJob& job, AnalyseDataObj& run, const PassStep& step, Pro
 }
 
 // Runs all passes on loaded data.
-Ran runPasses(const RunJob& job, AnalyseDataObj& run, KeptConsole& console) {
+Ran runPasses(const RunJob& job, AnalyseDataObj& run) {
     Ran ran;
     Progress progress(job.Data, job.Told, std::cerr);
     const Spread spread(
@@ -239,10 +241,7 @@ Ran runPasses(const RunJob& job, AnalyseDataObj& run, KeptConsole& console) {
     run.Tests = &tests;
     run.TakeSettings(job.Plan.Masks, job.Plan.Scalars);
     run.WriteOutput(job.Plan.Scalars.Bootstraps, job.Plan.Scalars.Permutationen,
-                    [&](const PassStep& step) {
-                        (void)console.lines(); // marks, which nobody reads
-                        beginPass(job, run, step, progress);
-                    });
+                    [&](const PassStep& step) { beginPass(job, run, step, progress); });
     progress.end();
     if (job.Plan.Seed) {
         run.LogEntry(("Random seed: " + std::to_string(*job.Plan.Seed)).c_str());
@@ -313,14 +312,15 @@ bool writeTable(const RunJob& job, const Ran& ran) {
 
 int doJob(const RunJob& job) {
     const std::string begun = now();
-    KeptConsole console;
+    const KeptConsole console;
     InputFile input;
     AnalyseDataObj run;
     const std::optional<std::vector<std::string>> warnings = load(run, job, input, console);
     if (!warnings) {
         return kFailed;
     }
-    Ran ran = runPasses(job, run, console);
+    KeptConsole::drop();
+    Ran ran = runPasses(job, run);
     ran.Warnings.insert(ran.Warnings.begin(), warnings->begin(), warnings->end());
     if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun))) {
         tell(job.Data + ": cannot write " + kRunRecordName);

@@ -133,6 +133,35 @@ class SheetsOfKva(RunTest):
                 shutil.rmtree(self.folder / "r")
                 shutil.rmtree(self.folder / "d.txt_KVAresult00")
 
+    def test_information_file_of_im(self):
+        (self.folder / "im.txt").write_bytes(
+            b"\r\n".join(self.data.read_bytes().split(b"\n")[:3] + [b"inherit\t\t\t0.25\t\t1\t", b""]))
+        sheets = self.kva("-fim", "im.txt", "-format", "im", env=frozen())
+        self.done("d.txt", "-o", "r", "--clock-seed", "--formats", "im", "--im-info", "im.txt",
+                  env=frozen())
+        self.assertEqual(tree(self.folder / "r"), sheets)
+        self.assertTrue(any(b"0.25" in text for name, text in sheets.items() if "IM_Format" in name))
+
+    def test_heterozygosity_is_told_and_taken(self):
+        values = set()
+        for word, told in (("observed", "Hobserved"), ("expected", "Hexpected"), ("inbred", "(AUTO)")):
+            self.done("d.txt", "-o", "r", "--force", "--fst", "pairs", "--permutations", "0",
+                      "--heterozygosity", word)
+            self.assertEqual(self.record()["settings"]["heterozygosity"], word)
+            self.assertIn(told, (self.folder / "r" / "KVA.log").read_text())
+            values.add((self.folder / "r" / "F-Statistic" / "FST_WC84.txt").read_bytes())
+        self.assertEqual(len(values), 2, "without inbred populations the last is the first")
+
+    def test_uncorrected_range_keeps_a_heterozygosity_of_zero(self):
+        self.data.write_text("2\t\t\t2\t\n\t\t\t0\t\n\t\t\tL1\tL1b\nA\td\t0\t5\t6\nA\td\t0\t6\t5\n")
+        least = []
+        for words in ([], ["--het-uncorrected"]):
+            self.done("d.txt", "-o", "r", "--force", "--seed", "1", "--het-range", "400", *words)
+            sheet = (self.folder / "r" / "Resampling_data" / "HetRangeMin.xls").read_text()
+            least.append(float(sheet.splitlines()[-1].split("\t")[1]))
+        self.assertGreater(least[0], 0)
+        self.assertEqual(least[1], 0)  # all four copies are equal in an eighth of the draws
+
     def test_with_a_seed_only_what_is_drawn_differs(self):
         sheets = self.kva(*ALL_OF_KVA)
         self.done("d.txt", "-o", "r", "--seed", "3", *ALL)
@@ -367,6 +396,10 @@ class Places(RunTest):
                 (["--im-info", "x"], ["--formats im"])):
             with self.subTest(words=words):
                 self.refused(2, ["d.txt", *words], "kvatool run", *parts)
+
+    def test_device_is_written_and_stays_one(self):
+        self.done("d.txt", "-o", "r", "--tidy", "/dev/null", "--json", "/dev/null")
+        self.assertTrue(pathlib.Path("/dev/null").is_char_device())
 
     def test_full_disk_is_told(self):
         told = self.run_tool("d.txt", "-o", "r", "-q", preexec_fn=lambda: limit_files(3000))
