@@ -15,27 +15,7 @@ namespace {
 
 constexpr const char* kExists = "it is there already; --force replaces it";
 
-// Writes and closes. Result: the system's error number, 0 if all went well.
-int writeAndClose(int descriptor, std::string_view bytes) {
-    int failure = 0;
-    while (failure == 0 && !bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            failure = errno;
-        }
-    }
-    if (failure == 0 && fsync(descriptor) != 0 && errno != EINVAL) {
-        failure = errno;
-    }
-    if (close(descriptor) != 0 && failure == 0) {
-        failure = errno;
-    }
-    return failure;
-}
-
-// Gives the written file its name. Result as above.
+// Gives the written file its name. Result: the system's error number, 0 if all went well.
 int giveName(const std::string& written, const std::string& name, bool replace) {
     if (replace) {
         return std::rename(written.c_str(), name.c_str()) == 0 ? 0 : errno;
@@ -78,35 +58,106 @@ std::string readWholeFile(const std::string& file, std::string& bytes, int64_t m
             return "it is larger than " + std::to_string(most) + " bytes";
         }
     }
-    return std::ferror(stream.get()) != 0 ? std::strerror(errno) : "";
+    if (std::ferror(stream.get()) != 0) {
+        return std::strerror(errno);
+    }
+    return static_cast<off_t>(bytes.size()) < state.st_size ? std::strerror(EIO) : "";
+}
+
+// --- NewFile -----------------------------------------------------------------------------
+
+int NewFile::Descriptor::sync() {
+    const char* from = pbase();
+    while (Error == 0 && from < pptr()) {
+        const ssize_t written = write(Number, from, static_cast<std::size_t>(pptr() - from));
+        if (written >= 0) {
+            from += written;
+        } else if (errno != EINTR) {
+            Error = errno;
+        }
+    }
+    setp(Bytes.data(), Bytes.data() + Bytes.size());
+    return Error == 0 ? 0 : -1;
+}
+
+NewFile::Descriptor::int_type NewFile::Descriptor::overflow(int_type c) {
+    if (sync() != 0) {
+        return traits_type::eof();
+    }
+    return traits_type::eq_int_type(c, traits_type::eof()) ? traits_type::not_eof(c)
+                                                           : sputc(traits_type::to_char_type(c));
+}
+
+NewFile::NewFile(std::string name, bool replace) : Name(std::move(name)), Replace(replace) {
+    open();
+    if (!File.isOpen()) {
+        Out.setstate(std::ios::badbit);
+    }
+}
+
+NewFile::~NewFile() {
+    close();
+    if (!Written.empty()) {
+        (void)unlink(Written.c_str());
+    }
+}
+
+void NewFile::open() {
+    struct stat state {};
+    const bool isThere = stat(Name.c_str(), &state) == 0;
+    if (isThere && S_ISDIR(state.st_mode)) {
+        Failure = "it is a folder";
+    } else if (isThere && !S_ISREG(state.st_mode)) {
+        File.Number = ::open(Name.c_str(), O_WRONLY | O_CLOEXEC);
+    } else if (!Replace && lstat(Name.c_str(), &state) == 0) {
+        Failure = kExists;
+    } else {
+        std::string written = Name + ".XXXXXX";
+        File.Number = mkostemp(written.data(), O_CLOEXEC);
+        if (File.isOpen()) {
+            Written = std::move(written);
+            const mode_t mask = umask(0);
+            umask(mask);
+            constexpr mode_t kReadWrite = 0666;
+            (void)fchmod(File.Number, kReadWrite & ~mask); // else it is its owner's alone
+        }
+    }
+    if (Failure.empty() && !File.isOpen()) {
+        Failure = std::strerror(errno);
+    }
+}
+
+void NewFile::close() {
+    if (File.isOpen() && ::close(File.Number) != 0 && File.Error == 0) {
+        File.Error = errno;
+    }
+    File.Number = -1;
+}
+
+const std::string& NewFile::finish() {
+    if (!File.isOpen()) {
+        return Failure;
+    }
+    Out.flush();
+    if (File.Error == 0 && fsync(File.Number) != 0 && errno != EINVAL && errno != EROFS) {
+        File.Error = errno;
+    }
+    close();
+    if (File.Error == 0 && !Written.empty()) {
+        File.Error = giveName(Written, Name, Replace);
+    }
+    if (File.Error == 0) {
+        Written.clear();
+    } else {
+        Failure = File.Error == EEXIST ? kExists : std::strerror(File.Error);
+    }
+    return Failure;
 }
 
 std::string writeWholeFile(const std::string& file, std::string_view bytes, bool replace) {
-    struct stat state {};
-    if (lstat(file.c_str(), &state) == 0 && (!replace || S_ISDIR(state.st_mode))) {
-        return S_ISDIR(state.st_mode) ? "it is a folder" : kExists;
-    }
-    if (lstat(file.c_str(), &state) == 0 && !S_ISREG(state.st_mode) && !S_ISLNK(state.st_mode)) {
-        return "it is no file on a disk";
-    }
-    std::string written = file + ".XXXXXX";
-    const int descriptor = mkstemp(written.data());
-    if (descriptor < 0) {
-        return std::strerror(errno);
-    }
-    const mode_t mask = umask(0);
-    umask(mask);
-    constexpr mode_t kReadWrite = 0666;
-    (void)fchmod(descriptor, kReadWrite & ~mask); // mkstemp gives it to its owner alone
-    int failure = writeAndClose(descriptor, bytes);
-    if (failure == 0) {
-        failure = giveName(written, file, replace);
-    }
-    if (failure == 0) {
-        return {};
-    }
-    (void)unlink(written.c_str());
-    return failure == EEXIST ? kExists : std::strerror(failure);
+    NewFile written(file, replace);
+    written.out() << bytes;
+    return written.finish();
 }
 
 } // namespace kva

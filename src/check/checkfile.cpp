@@ -136,13 +136,14 @@ void addRefusal(const std::string& told, Findings& findings) {
 // --- Rows ------------------------------------------------------------------------------
 
 // The rows of individuals. Two header rows with CR LF are taken as if the lines ended in LF.
-void checkRows(std::FILE* stream, const LoadedData& data, const DataSummary& summary,
-               const RawScan& scan, Findings& findings) {
+// Result: the system's error number where reading failed; 0: it did not.
+int checkRows(std::FILE* stream, const LoadedData& data, const DataSummary& summary,
+              const RawScan& scan, Findings& findings) {
     DataWindow window(stream);
     const HeaderRows header = headerRowsOf(window, data.KopfZeilen);
     checkHeader(header, data, findings);
     if (data.AnzLoci == 0) {
-        return;
+        return window.failure();
     }
     RowChecks rows(summary, cellCount(header.first), findings);
     RowWalk walk(window, header.lastByte, CrLf::LineEnd);
@@ -158,14 +159,21 @@ void checkRows(std::FILE* stream, const LoadedData& data, const DataSummary& sum
     }
     rows.finish();
     checkSummary(summary, findings);
+    return window.failure();
 }
 
+// What the reader makes of the file; report.failure where it could not read all of it.
 void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Findings& findings) {
     LoadedData data;
     data.DateiName.clear();
     {
         const ConsoleText console;
-        if (data.CheckDataFile(stream) != 0) {
+        const int refused = data.CheckDataFile(stream);
+        report.failure = data.Unread;
+        if (!report.failure.empty()) {
+            return;
+        }
+        if (refused != 0) {
             addRefusal(console.text(), findings);
             checkSeparator(scan.front, findings);
             return;
@@ -181,12 +189,19 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
     {
         const ConsoleText console;
         report.read = data.GetDataFile(stream) == 0;
+        report.failure = data.Unread;
+    }
+    if (!report.failure.empty()) {
+        return;
     }
     report.summary = summaryOf(data);
     if (data.AnzLoci == 0) {
         checkSeparator(scan.front, findings);
     }
-    checkRows(stream, data, report.summary, scan, findings);
+    const int failure = checkRows(stream, data, report.summary, scan, findings);
+    if (failure != 0) {
+        report.failure = std::strerror(failure);
+    }
 }
 
 void count(CheckReport& report) {
@@ -211,6 +226,11 @@ CheckReport checkStream(std::FILE* stream) {
     if (!checkFront(scan, findings)) {
         checkLineEnds(scan, findings);
         checkText(stream, scan, report, findings);
+    }
+    if (!report.failure.empty()) { // what was found may not be true
+        CheckReport failed;
+        failed.failure = report.failure;
+        return failed;
     }
     report.findings = findings.sorted();
     count(report);

@@ -70,8 +70,10 @@ RawScan scanBytes(std::FILE* stream) {
         result.bytes += static_cast<int64_t>(got);
         scanner.take(bytes);
     }
-    if (std::ferror(stream) != 0) {
+    if (std::ferror(stream) != 0 || fseeko(stream, 0, SEEK_END) != 0) {
         result.failure = errno;
+    } else if (ftello(stream) != result.bytes) {
+        result.failure = EIO; // it ended too early
     }
     scanner.finish();
     return result;

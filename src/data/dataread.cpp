@@ -210,15 +210,13 @@ void tell(const std::string& file, const Refusal& refusal) {
 }
 
 // What is read of the file may not be all of it.
-void tellLost(const std::string& file, const char* reason) {
+void tellLost(const std::string& file, const std::string& reason) {
     std::cout << "\nCannot read data file " << file << ": " << reason << std::endl;
 }
 
-// The same of a read or seek that failed, if one did.
-void tellFailure(const std::string& file, const DataWindow& window) {
-    if (window.failure() != 0) {
-        tellLost(file, std::strerror(window.failure()));
-    }
+// Of a read or seek that failed; empty if none did.
+std::string failureOf(const DataWindow& window) {
+    return window.failure() != 0 ? std::strerror(window.failure()) : "";
 }
 
 std::string shownByte(char c) {
@@ -593,11 +591,12 @@ int LoadedData::CheckDataFile(std::FILE* stream) {
     }
     const Refusal refusal = findShape(*this, window);
     DataBytes = window.size();
+    Unread = failureOf(window);
     if (refusal.status != 0) {
         Daten->init(0);
         tell(DateiName, refusal);
-    } else {
-        tellFailure(DateiName, window);
+    } else if (!Unread.empty()) {
+        tellLost(DateiName, Unread);
     }
     return refusal.status;
 }
@@ -611,10 +610,15 @@ int LoadedData::GetDataFile(std::FILE* stream) {
         throw std::bad_alloc();
     }
     const int status = fillLoci(window);
-    if (window.failure() == 0 && window.size() != DataBytes) {
-        tellLost(DateiName, "it changed while it was read");
-    } else {
-        tellFailure(DateiName, window);
+    std::string failure = failureOf(window);
+    if (failure.empty() && window.size() != DataBytes) {
+        failure = "it changed while it was read";
+    }
+    if (!failure.empty()) {
+        tellLost(DateiName, failure);
+    }
+    if (Unread.empty()) {
+        Unread = std::move(failure);
     }
     return status;
 }

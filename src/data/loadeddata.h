@@ -100,6 +100,8 @@ class LoadedData {
                                             // until checked
     std::string DateiName = "testdata.dat"; // data file as it was typed
     int64_t DataBytes = 0;                  // size of the data file; 0 until checked
+    std::string Unread; // why what was read may not be all of the file; empty: nothing failed since
+                        // it was checked
 
   private:
     // The second pass itself.

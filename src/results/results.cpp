@@ -17,6 +17,14 @@ namespace fs = std::filesystem;
 // The sheet that tells the names of the populations: its column of labels, without the pool's.
 constexpr std::string_view kSheetOfNames = "Single_data/Hetexp.xls";
 
+// Whether the file ended before it should. The stream is of no use any more then.
+bool endsEarly(std::ifstream& in, const fs::path& path) {
+    const bool ended = in.eof();
+    in.clear();
+    std::error_code error;
+    return ended && static_cast<uintmax_t>(in.tellg()) != fs::file_size(path, error);
+}
+
 // The names; none where the sheet is not there or not sound.
 std::vector<std::string> populationNames(const fs::path& folder) {
     const fs::path path = folder / kSheetOfNames;
@@ -31,7 +39,7 @@ std::vector<std::string> populationNames(const fs::path& folder) {
     for (bool more = head.more; more; more = lines.next()) {
         names.emplace_back(lines.cells()[0]);
     }
-    if (!lines.sound() || names.empty() || names.front() != "Total") {
+    if (!lines.sound() || endsEarly(in, path) || names.empty() || names.front() != "Total") {
         return {};
     }
     names.erase(names.begin());
@@ -44,9 +52,10 @@ struct Found {
     std::string part;
 };
 
-std::vector<Found> filesOf(const SheetRule& rule, const fs::path& folder) {
+// `error`: why the folder cannot be listed; one that is not there has no files.
+std::vector<Found> filesOf(const SheetRule& rule, const fs::path& folder, std::error_code& error) {
     std::vector<Found> found;
-    std::error_code error;
+    error.clear();
     if (rule.name.find('*') == std::string_view::npos) {
         if (fs::exists(folder / rule.name, error)) {
             found.push_back({std::string(rule.name), ""});
@@ -60,6 +69,9 @@ std::vector<Found> filesOf(const SheetRule& rule, const fs::path& folder) {
             found.push_back({name, std::string(*part)});
         }
         entries.increment(error);
+    }
+    if (error == std::errc::no_such_file_or_directory) {
+        error.clear();
     }
     std::sort(found.begin(), found.end(),
               [](const Found& a, const Found& b) { return a.name < b.name; });
@@ -78,7 +90,8 @@ std::string readFile(const fs::path& path, const SheetRule& rule,
     if (!in) {
         return std::string("cannot be opened: ") + std::strerror(errno);
     }
-    return readSheet(in, rule, populations, part, sink);
+    const std::string fault = readSheet(in, rule, populations, part, sink);
+    return fault.empty() && endsEarly(in, path) ? "cannot be read to its end" : fault;
 }
 
 } // namespace
@@ -102,7 +115,11 @@ std::vector<std::string> readResults(const fs::path& folder, const RowSink& sink
     bool any = false;
     for (const SheetRule& rule : catalogue()) {
         const fs::path place = folder / rule.folder;
-        for (const Found& file : filesOf(rule, place)) {
+        const std::vector<Found> files = filesOf(rule, place, error);
+        if (error) {
+            faults.push_back(place.string() + ": cannot be listed: " + error.message());
+        }
+        for (const Found& file : files) {
             any = true;
             const std::string fault =
                 readFile(place / file.name, rule, populations, file.part, sink);

@@ -5,10 +5,9 @@
 #include "tool/RunJob.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
-#include <sstream>
-#include <system_error>
-#include <unistd.h>
+#include <fstream>
 
 namespace kva {
 
@@ -16,41 +15,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a file is written as: beside its name, but for a device or pipe, which has no beside.
-std::string unfinishedName(const std::string& name) {
-    std::error_code error;
-    const fs::file_status status = fs::status(name, error);
-    const bool isFile = !fs::exists(status) || fs::is_regular_file(status);
-    return isFile ? name + ".unfinished-" + std::to_string(getpid()) : name;
+constexpr int64_t kLargestRecord = int64_t{1} << 32U; // bytes
+
+[[noreturn]] void throwUnread(const fs::path& file, const std::string& why) {
+    throw PlaceError("cannot read '" + file.string() + "': " + why);
 }
 
 } // namespace
 
-// --- WholeFile ---------------------------------------------------------------------------
+// --- GatheredFile ------------------------------------------------------------------------
 
-WholeFile::WholeFile(const std::string& name)
-    : Name(name), Unfinished(unfinishedName(name)), Out(Unfinished, std::ios::binary) {
-    if (!Out) {
-        throw PlaceError("cannot write '" + Name + "': " + std::strerror(errno));
-    }
+GatheredFile::GatheredFile(const std::string& name) : Name(name), File(name, true) {
+    throwFailure();
 }
 
-WholeFile::~WholeFile() {
-    if (Unfinished != Name) {
-        std::error_code gone; // where it has its name
-        fs::remove(Unfinished, gone);
-    }
+void GatheredFile::finish() {
+    (void)File.finish();
+    throwFailure();
 }
 
-void WholeFile::finish() {
-    Out.close();
-    std::error_code error;
-    if (Out && Unfinished != Name) {
-        fs::rename(Unfinished, Name, error);
-    }
-    if (!Out || error) {
-        throw PlaceError("cannot write '" + Name + "'" +
-                         (error ? ": " + error.message() : std::string()));
+void GatheredFile::throwFailure() const {
+    if (!File.failure().empty()) {
+        throw PlaceError("cannot write '" + Name + "': " + File.failure());
     }
 }
 
@@ -70,6 +56,7 @@ void GatheredTable::add(const std::string& data, const fs::path& folder) {
     std::ifstream in(table, std::ios::binary);
     std::string line;
     std::getline(in, line);
+    uintmax_t bytes = line.size() + 1;
     if (!Begun) {
         File->out() << (Several ? "data\t" : "") << line << '\n';
         Begun = true;
@@ -81,6 +68,10 @@ void GatheredTable::add(const std::string& data, const fs::path& folder) {
     }
     while (std::getline(in, line)) {
         File->out() << front << line << '\n';
+        bytes += line.size() + 1;
+    }
+    if (in.bad() || bytes != fs::file_size(table)) {
+        throwUnread(table, std::strerror(EIO));
     }
     fs::remove(table);
 }
@@ -103,10 +94,12 @@ void GatheredRecords::add(const fs::path& folder) {
     if (!File) {
         return;
     }
-    std::ifstream in(folder / kRunRecordName, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    Records.push_back(text.str());
+    std::string& record = Records.emplace_back();
+    const fs::path file = folder / kRunRecordName;
+    const std::string failure = readWholeFile(file, record, kLargestRecord);
+    if (!failure.empty()) {
+        throwUnread(file, failure);
+    }
 }
 
 void GatheredRecords::finish() {

@@ -3,32 +3,32 @@
 #ifndef KVA_TOOL_GATHERED_H
 #define KVA_TOOL_GATHERED_H
 
+#include "base/newfile.h"
+
 #include <filesystem>
-#include <fstream>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
 namespace kva {
 
-// A file that is written beside its name and renamed when it is whole; else nothing is left of it.
-class WholeFile {
+// The file that a user names for what is gathered.
+class GatheredFile {
   public:
     // Throws PlaceError if the file cannot be written.
-    explicit WholeFile(const std::string& name);
-    ~WholeFile();
-    WholeFile(const WholeFile&) = delete;
-    WholeFile& operator=(const WholeFile&) = delete;
+    explicit GatheredFile(const std::string& name);
 
-    std::ostream& out() { return Out; }
+    std::ostream& out() { return File.out(); }
 
     // Gives the file its name. Throws PlaceError if that or a write before failed.
     void finish();
 
   private:
+    void throwFailure() const;
+
     std::string Name;
-    std::string Unfinished;
-    std::ofstream Out;
+    NewFile File;
 };
 
 // The long tables (kTidyName) of result folders, moved into one file; of several data files with a
@@ -38,11 +38,12 @@ class GatheredTable {
     // file: empty: nothing is gathered.
     GatheredTable(const std::string& file, bool several);
 
+    // Throws PlaceError if the folder's table cannot be read or taken away.
     void add(const std::string& data, const std::filesystem::path& folder);
     void finish();
 
   private:
-    std::optional<WholeFile> File;
+    std::optional<GatheredFile> File;
     bool Several;
     bool Begun = false; // the head is written
 };
@@ -54,11 +55,12 @@ class GatheredRecords {
     // file: empty: nothing is gathered.
     GatheredRecords(const std::string& file, bool several);
 
+    // Throws PlaceError if the folder's record cannot be read.
     void add(const std::filesystem::path& folder);
     void finish();
 
   private:
-    std::optional<WholeFile> File;
+    std::optional<GatheredFile> File;
     bool Several;
     std::vector<std::string> Records; // as texts
 };

@@ -207,6 +207,10 @@ std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& 
         tell(job.Data + " cannot be used: " + joined(lines));
         return std::nullopt;
     }
+    if (!run.Unread.empty()) {
+        tell("cannot read '" + job.Data + "': " + run.Unread);
+        return std::nullopt;
+    }
     std::vector<std::string> warnings;
     for (const std::string& line : lines) {
         if (line.starts_with("Warning: ") || line.starts_with("Cannot ")) {
@@ -261,7 +265,18 @@ Ran runPasses(const RunJob& job, AnalyseDataObj& run) {
     return ran;
 }
 
-Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::string& begun) {
+// The check sum of the data file; empty, and told, if it cannot be read.
+std::string dataSum(const RunJob& job, const Run& run, Ran& ran) {
+    std::string sum = sha256OfFile(run.DataPath);
+    if (sum.empty()) {
+        tell("cannot read '" + job.Data + "' for its check sum");
+        ran.Whole = false;
+    }
+    return sum;
+}
+
+Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::string& begun,
+              const std::string& sum) {
     Json passes = Json::array();
     for (const Progress::Done& pass : ran.Passes) {
         passes.push_back({{"name", pass.Pass}, {"seconds", pass.Seconds}});
@@ -272,7 +287,7 @@ Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::stri
             {"version", kVersion},
             {"data",
              {{"file", run.DataPath},
-              {"sha256", sha256OfFile(run.DataPath)},
+              {"sha256", sum},
               {"populations", run.AnzPop},
               {"individuals", ran.Individuals},
               {"loci", run.AnzLoci}}},
@@ -322,7 +337,8 @@ int doJob(const RunJob& job) {
     KeptConsole::drop();
     Ran ran = runPasses(job, run);
     ran.Warnings.insert(ran.Warnings.begin(), warnings->begin(), warnings->end());
-    if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun))) {
+    const std::string sum = dataSum(job, run, ran);
+    if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun, sum))) {
         tell(job.Data + ": cannot write " + kRunRecordName);
         ran.Whole = false;
     }

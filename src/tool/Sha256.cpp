@@ -38,12 +38,15 @@ std::string sha256OfFile(const std::string& file) {
     }
     std::vector<unsigned char> block(std::size_t{1} << 16U);
     std::size_t bytes = 0;
+    off_t read = 0;
     while ((bytes = std::fread(block.data(), 1, block.size(), input.get())) > 0) {
         EVP_DigestUpdate(context.get(), block.data(), bytes);
+        read += static_cast<off_t>(bytes);
     }
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
     unsigned length = 0;
-    if (std::ferror(input.get()) != 0 ||
+    if (std::ferror(input.get()) != 0 || fseeko(input.get(), 0, SEEK_END) != 0 ||
+        ftello(input.get()) != read || // it ended too early
         EVP_DigestFinal_ex(context.get(), digest.data(), &length) != 1) {
         return {};
     }

@@ -1,12 +1,10 @@
 #include "tool/TidyCommand.h"
 
+#include "base/newfile.h"
 #include "results/results.h"
 
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -41,13 +39,12 @@ int tidy(const Options& options) {
     if (options.output.empty()) {
         return writeTable(options, std::cout) ? 0 : 1; // main tells a failed write
     }
-    std::ofstream file(options.output, std::ios::binary);
-    const bool whole = file && writeTable(options, file);
-    file.close();
-    if (!file) {
-        tell("cannot write '" + options.output + "': " + std::strerror(errno));
+    NewFile file(options.output, true);
+    const bool whole = file.failure().empty() && writeTable(options, file.out());
+    if (!file.finish().empty()) {
+        tell("cannot write '" + options.output + "': " + file.failure());
     }
-    return whole && file ? 0 : 1;
+    return whole && file.failure().empty() ? 0 : 1;
 }
 
 } // namespace

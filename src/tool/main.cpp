@@ -15,6 +15,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -114,7 +115,10 @@ int main(int argc, char** argv) {
             return kFailed;
         }
         return status;
-    } catch (const std::exception& error) { // no memory, above all
+    } catch (const std::bad_alloc&) {
+        std::cerr << "kvatool: not enough memory\n";
+        return kFailed;
+    } catch (const std::exception& error) {
         std::cerr << "kvatool: " << error.what() << '\n';
         return kFailed;
     }

@@ -13,7 +13,8 @@
 //
 // Calls are caught at the door of the kernel by a filter (seccomp) that raises SIGSYS, whose
 // handler makes the call itself, marked by a sixth argument that no caller uses. Counting begins
-// with the program's own main, behind the loader.
+// with the program's own main, behind the loader, and goes on over its child processes, which it
+// is taken to wait for.
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -27,6 +28,7 @@
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <ucontext.h>
@@ -39,14 +41,16 @@ constexpr uint32_t kMark = 0x4B56'4131; // the sixth argument of calls that are 
 struct Kind {
     const char* Name;
     long Call;        // its number
-    long Made = 0;    // so far
     long Refused = 0; // the one that fails, from 1; 0: none
 };
 
-Kind kinds[] = {{"open", SYS_openat}, {"write", SYS_write}, {"close", SYS_close},
-                {"mkdir", SYS_mkdir}, {"chdir", SYS_chdir}, {"read", SYS_read},
-                {"lseek", SYS_lseek}, {"malloc", -1}};
-Kind& allocations = kinds[7];
+Kind kinds[] = {{"malloc", -1},          {"open", SYS_openat},        {"write", SYS_write},
+                {"close", SYS_close},    {"mkdir", SYS_mkdir},        {"chdir", SYS_chdir},
+                {"fchdir", SYS_fchdir},  {"read", SYS_read},          {"lseek", SYS_lseek},
+                {"fork", SYS_clone},     {"rename", SYS_rename},      {"unlink", SYS_unlink},
+                {"rmdir", SYS_unlinkat}, {"renameat", SYS_renameat2}, {"fsync", SYS_fsync}};
+constexpr auto kKinds = sizeof kinds / sizeof *kinds;
+long* made = nullptr; // of each kind so far; in memory that child processes share
 int refusal = EIO;
 char action[8] = "";   // the fourth word; empty: none
 char target[256] = ""; // the fifth
@@ -99,16 +103,17 @@ bool meddle(const Kind& kind, const greg_t* registers) {
 // Whether the order means this call of its kind.
 bool isMeant(const Kind& kind, const greg_t* registers) {
     if (std::strcmp(action, "on") == 0) {
-        return kind.Refused > 0 && kind.Made >= kind.Refused && registers[REG_RDI] > STDERR_FILENO;
+        return kind.Refused > 0 && made[&kind - kinds] >= kind.Refused &&
+               registers[REG_RDI] > STDERR_FILENO;
     }
-    return kind.Made == kind.Refused;
+    return made[&kind - kinds] == kind.Refused;
 }
 
 void onCall(int /*signal*/, siginfo_t* info, void* context) {
     greg_t* const registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
     for (Kind& kind : kinds) {
         if (kind.Call == info->si_syscall && counting) {
-            ++kind.Made;
+            ++made[&kind - kinds];
             if (isMeant(kind, registers) && meddle(kind, registers)) {
                 registers[REG_RAX] = -refusal;
                 return;
@@ -123,7 +128,7 @@ void catchCalls() {
     handling.sa_sigaction = onCall;
     handling.sa_flags = SA_SIGINFO | SA_NODEFER | SA_RESTART;
     sigaction(SIGSYS, &handling, nullptr);
-    constexpr auto kCalls = sizeof kinds / sizeof *kinds - 1;
+    constexpr auto kCalls = kKinds - 1; // all but allocations
     sock_filter filter[5 + kCalls + 1] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[5])),
         BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, kMark, 0, 1),
@@ -133,8 +138,8 @@ void catchCalls() {
     std::size_t at = 4;
     for (std::size_t k = 0; k < kCalls; ++k, ++at) {
         const auto toTrap = static_cast<uint8_t>(kCalls - k);
-        filter[at] =
-            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<uint32_t>(kinds[k].Call), toTrap, 0);
+        filter[at] = BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<uint32_t>(kinds[k + 1].Call),
+                              toTrap, 0);
     }
     filter[at++] = BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW);
     filter[at++] = BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_TRAP);
@@ -155,6 +160,8 @@ __attribute__((constructor)) void begin() {
             kind.Refused = std::strcmp(kind.Name, name) == 0 ? number : 0;
         }
     }
+    made = static_cast<long*>(mmap(nullptr, kKinds * sizeof *made, PROT_READ | PROT_WRITE,
+                                   MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     catchCalls();
     counting = true;
 }
@@ -166,8 +173,8 @@ __attribute__((destructor)) void end() {
         return;
     }
     const int file = open(path, O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    for (const Kind& kind : kinds) {
-        dprintf(file, "%s %ld\n", kind.Name, kind.Made);
+    for (std::size_t k = 0; k < kKinds; ++k) {
+        dprintf(file, "%s %ld\n", kinds[k].Name, made[k]);
     }
     close(file);
 }
@@ -177,7 +184,7 @@ __attribute__((destructor)) void end() {
 extern "C" void* malloc(std::size_t size) {
     static auto* const original =
         reinterpret_cast<void* (*)(std::size_t)>(dlsym(RTLD_NEXT, "malloc"));
-    if (counting && ++allocations.Made == allocations.Refused) {
+    if (counting && ++made[0] == kinds[0].Refused) {
         errno = ENOMEM;
         return nullptr;
     }
