@@ -7,7 +7,8 @@ set -eu
 for need in "$@"; do
     case $need in
     build)
-        set -- "$@" g++=g++ cmake=cmake ninja-build=ninja libcli11-dev nlohmann-json3-dev libssl-dev
+        set -- "$@" g++=g++ cmake=cmake ninja-build=ninja libcli11-dev nlohmann-json3-dev nettle-dev \
+            pkg-config=pkg-config
         ;;
     test) set -- "$@" libgtest-dev libgmock-dev faketime valgrind=valgrind python3=python3 ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <string_view>
 #include <sys/stat.h>
@@ -140,6 +141,9 @@ void addRefusal(const std::string& told, Findings& findings) {
 int checkRows(std::FILE* stream, const LoadedData& data, const DataSummary& summary,
               const RawScan& scan, Findings& findings) {
     DataWindow window(stream);
+    if (!window.hasBuffer()) {
+        throw std::bad_alloc();
+    }
     const HeaderRows header = headerRowsOf(window, data.KopfZeilen);
     checkHeader(header, data, findings);
     if (data.AnzLoci == 0) {
@@ -169,6 +173,9 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
     {
         const ConsoleText console;
         const int refused = data.CheckDataFile(stream);
+        if (refused == 1 || refused == 2) {
+            throw std::bad_alloc();
+        }
         report.failure = data.Unread;
         if (!report.failure.empty()) {
             return;
