@@ -57,6 +57,45 @@ TEST(WriteWholeFile, FailuresLeaveNothing) {
     EXPECT_EQ(filesIn(folder), 0);
 }
 
+TEST(NewFile, HasItsNameOnlyWhenItIsFinished) {
+    const TempFolder folder;
+    const std::string name = folder / "a";
+    const std::string text(100000, 'x'); // more than a buffer holds
+    {
+        NewFile file(name, true);
+        file.out() << text;
+        EXPECT_FALSE(std::filesystem::exists(name));
+        EXPECT_EQ(file.finish(), "");
+        EXPECT_EQ(readFile(name), text);
+    }
+    EXPECT_EQ(readFile(name), text);
+    { NewFile(name, true).out() << "never finished"; }
+    EXPECT_EQ(readFile(name), text);
+    EXPECT_EQ(filesIn(folder), 1);
+}
+
+TEST(NewFile, DevicesAndPipesAreWrittenToAsTheyAre) {
+    NewFile device("/dev/null", false);
+    device.out() << "text";
+    EXPECT_EQ(device.finish(), "");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    NewFile full("/dev/full", false);
+    full.out() << "text";
+    EXPECT_EQ(full.finish(), "No space left on device");
+}
+
+TEST(NewFile, LinksAreReplacedButNotThoseToFolders) {
+    const TempFolder folder;
+    writeFile(folder / "old", "old");
+    std::filesystem::create_symlink("old", folder / "link");
+    EXPECT_EQ(writeWholeFile(folder / "link", "new", false), kExists);
+    EXPECT_EQ(writeWholeFile(folder / "link", "new", true), "");
+    EXPECT_EQ(readFile(folder / "link"), "new");
+    EXPECT_EQ(readFile(folder / "old"), "old");
+    std::filesystem::create_symlink(".", folder / "here");
+    EXPECT_EQ(writeWholeFile(folder / "here", "new", true), "it is a folder");
+}
+
 TEST(ReadWholeFile, GivesAllBytesOrWhyNot) {
     const TempFolder folder;
     writeFile(folder / "a", std::string("x\0y", 3));

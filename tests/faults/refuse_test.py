@@ -27,8 +27,8 @@ SKIPPED = 77
 CALLS = ["open", "write", "close", "mkdir", "chdir", "fchdir", "read", "lseek", "fork", "rename", "renameat",
          "unlink", "rmdir", "fsync"]
 ERRORS = {"write": [errno.ENOSPC], "read": [errno.EIO, 0], "fork": [errno.EAGAIN]}
-# Below so many allocations each one is refused, above them every 13th.
-EACH_ALLOCATION = 2500
+# Of so many allocations each one is refused, of the later ones every 29th.
+EACH_ALLOCATION = int(os.environ.get("KVA_EACH_ALLOCATION", 1000))
 GENEPOP = b"Two loci\nLa\nLb\nPop\na1, 100102 080080\na2, 100100 080084\nPop\nb1, 102102 084084\n"
 
 
@@ -186,7 +186,7 @@ def orders(calls):
     """Kind, number of the call and error number of each fault to try."""
     if FAULTS == "memory":
         every = itertools.chain(range(1, min(calls["malloc"], EACH_ALLOCATION) + 1),
-                                range(EACH_ALLOCATION + 1, calls["malloc"] + 1, 13))
+                                range(EACH_ALLOCATION + 1, calls["malloc"] + 1, 29))
         return [("malloc", n, errno.ENOMEM) for n in every]
     return [(kind, n, number) for kind in CALLS for n in range(1, calls[kind] + 1)
             for number in ERRORS.get(kind, [errno.EACCES])]
