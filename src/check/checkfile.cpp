@@ -1,5 +1,6 @@
 #include "check/checkfile.h"
 
+#include "base/console.h"
 #include "check/headerchecks.h"
 #include "check/rawscan.h"
 #include "check/rowchecks.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 #include <memory>
 #include <sstream>
 #include <string_view>
@@ -22,21 +22,6 @@ namespace {
 using Code = FindingCode;
 
 constexpr std::size_t kFileNameLimit = 1024; // kva opens no longer name
-
-// Takes what the reader tells on the console.
-class ConsoleText {
-  public:
-    ConsoleText() : Console(std::cout.rdbuf(Taken.rdbuf())) {}
-    ~ConsoleText() { std::cout.rdbuf(Console); }
-    ConsoleText(const ConsoleText&) = delete;
-    ConsoleText& operator=(const ConsoleText&) = delete;
-
-    std::string text() const { return Taken.str(); }
-
-  private:
-    std::ostringstream Taken;
-    std::streambuf* Console;
-};
 
 // --- The first bytes -------------------------------------------------------------------
 
@@ -164,13 +149,14 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
     LoadedData data;
     data.DateiName.clear();
     {
-        const ConsoleText console;
+        std::ostringstream told;
+        const ConsoleTo console(&told);
         if (data.CheckDataFile(stream) != 0) {
-            addRefusal(console.text(), findings);
+            addRefusal(told.str(), findings);
             checkSeparator(scan.front, findings);
             return;
         }
-        if (data.KopfZeilen == 2 && console.text().find("misaligned") != std::string::npos) {
+        if (data.KopfZeilen == 2 && told.str().find("misaligned") != std::string::npos) {
             findings.add(Code::CrLfTwoHeaders, 1);
         }
     }
@@ -179,7 +165,7 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
         return;
     }
     {
-        const ConsoleText console;
+        const ConsoleTo nobody(nullptr);
         report.read = data.GetDataFile(stream) == 0;
     }
     report.summary = summaryOf(data);

@@ -1,5 +1,6 @@
 // The two passes of the genetic distances. All that differs between populations and
 // individuals stands in this file, and in the SampleRules that it names.
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "distance/distancerun.h"
 #include "distance/measures.h"
@@ -10,7 +11,6 @@
 #include "stats/passes.h"
 
 #include <algorithm>
-#include <iostream>
 #include <limits>
 #include <string>
 #include <utility>
@@ -72,7 +72,7 @@ bool isRefused(Run& run, const char* what, std::size_t samples, bool countsTable
     }
     const std::string reason = refusal(what, needs, roomLeft(run.ResultPfad));
     if (!reason.empty()) {
-        std::cout << '\n' << reason << std::endl;
+        console() << '\n' << reason << std::endl;
         run.LogFailure(reason);
     }
     return !reason.empty();

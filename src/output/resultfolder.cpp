@@ -1,6 +1,7 @@
 // The search for the number of the next folder, and the files and entries of a run.
 #include "output/resultfolder.h"
 
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "output/nofollow.h"
 
@@ -8,7 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <iostream>
 #include <new>
 #include <sys/stat.h>
 #include <system_error>
@@ -83,7 +83,7 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     }
     if (error != 0) {
         AUSGABE(Message::ResultNotEntered);
-        std::cout << "Cannot make result folder " << folder << ": " << std::strerror(error)
+        console() << "Cannot make result folder " << folder << ": " << std::strerror(error)
                   << std::endl;
         return 1;
     }
@@ -117,7 +117,7 @@ ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
     return {name, mode, CurrentFolder + name,
             [this](const std::string& shownName, const std::string& reason) {
                 const std::string line = "Cannot write result file " + shownName + ": " + reason;
-                std::cout << '\n' << line << std::endl;
+                console() << '\n' << line << std::endl;
                 LogFailure(line);
             }};
 }

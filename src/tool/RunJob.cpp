@@ -1,5 +1,6 @@
 #include "tool/RunJob.h"
 
+#include "base/console.h"
 #include "control/AnalyseDataObj.h"
 #include "control/frontend.h"
 #include "distance/measures.h"
@@ -31,33 +32,17 @@ constexpr int kFailed = 1;
 
 // --- What the library tells --------------------------------------------------------------
 
-// While it lives, what goes to standard output is kept here, or dropped.
-class KeptConsole {
-  public:
-    KeptConsole() : Before(std::cout.rdbuf(Text.rdbuf())) {}
-    ~KeptConsole() { std::cout.rdbuf(Before); }
-    KeptConsole(const KeptConsole&) = delete;
-    KeptConsole& operator=(const KeptConsole&) = delete;
-
-    // Drops what comes from now on: marks of passes, of which there are many.
-    static void drop() { std::cout.rdbuf(nullptr); }
-
-    // The lines so far.
-    std::vector<std::string> lines() const {
-        std::istringstream in(Text.str());
-        std::vector<std::string> all;
-        for (std::string line; std::getline(in, line);) {
-            if (!line.empty()) {
-                all.push_back(line);
-            }
+// The lines of a text that hold something.
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> all;
+    for (std::string line; std::getline(in, line);) {
+        if (!line.empty()) {
+            all.push_back(line);
         }
-        return all;
     }
-
-  private:
-    std::ostringstream Text;
-    std::streambuf* Before;
-};
+    return all;
+}
 
 std::string joined(const std::vector<std::string>& lines) {
     std::string all;
@@ -189,16 +174,18 @@ TestNames namesOf(const Run& run) {
 }
 
 void reportSideFile(const std::string& name) {
-    std::cout << "Cannot open the IM information file " << name << '\n';
+    console() << "Cannot open the IM information file " << name << '\n';
 }
 
 // Opens and reads the data. The warnings of the reader; nothing, and told, if there is nothing to
 // run.
 std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& job,
-                                             InputFile& input, const KeptConsole& console) {
+                                             InputFile& input) {
     run.WantedPfad = job.Folder;
+    std::ostringstream told;
+    const ConsoleTo console(&told);
     const LoadResult loaded = LoadFirst(run, job.Data, job.Plan.IMFile, reportSideFile, input);
-    const std::vector<std::string> lines = console.lines();
+    const std::vector<std::string> lines = linesOf(told.str());
     if (loaded == LoadResult::NoFile) {
         tell("cannot read '" + job.Data + "': no such file, a pipe, or no right to read it");
         return std::nullopt;
@@ -312,14 +299,12 @@ bool writeTable(const RunJob& job, const Ran& ran) {
 
 int doJob(const RunJob& job) {
     const std::string begun = now();
-    const KeptConsole console;
     InputFile input;
     AnalyseDataObj run;
-    const std::optional<std::vector<std::string>> warnings = load(run, job, input, console);
+    const std::optional<std::vector<std::string>> warnings = load(run, job, input);
     if (!warnings) {
         return kFailed;
     }
-    KeptConsole::drop();
     Ran ran = runPasses(job, run);
     ran.Warnings.insert(ran.Warnings.begin(), warnings->begin(), warnings->end());
     if (!writeRecord(job.Folder / kRunRecordName, recordOf(job, run, ran, begun))) {

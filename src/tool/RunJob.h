@@ -1,5 +1,5 @@
 // RunJob: one data file run as a RunPlan says, in the process that it is called in: it changes the
-// current folder and takes standard output away.
+// current folder.
 #ifndef KVA_TOOL_RUNJOB_H
 #define KVA_TOOL_RUNJOB_H
 
