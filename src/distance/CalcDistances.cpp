@@ -66,7 +66,10 @@ bool isRefused(Run& run, const char* what, std::size_t samples, bool countsTable
     extent.Measures = engine ? selectedMeasures(run.PopDistMask).size() : 0;
     extent.Replicates = static_cast<std::size_t>(std::max(bootstraps, 1L));
     extent.CountsTables = countsTables;
-    const DistanceNeeds needs = needsOf(extent);
+    DistanceNeeds needs = needsOf(extent);
+    if (run.InMemory()) { // its files, too
+        needs = {needs.Memory + needs.Disk, 0};
+    }
     if (extent.Measures == 0 || !isLarge(needs)) {
         return false;
     }

@@ -68,6 +68,10 @@ ResultFolder::~ResultFolder() {
 }
 
 int ResultFolder::MakeNext(const std::string& dataFile) {
+    if (InMemory()) {
+        makeInMemory(dataFile);
+        return 0;
+    }
     FolderMissing = true;
     if (DataPath.empty()) {
         DataPath = absolutePath(dataFile);
@@ -97,6 +101,15 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     return 0;
 }
 
+void ResultFolder::makeInMemory(const std::string& dataFile) {
+    LogDatei.close();
+    Texts->clear();
+    DataPath = dataFile;
+    DateiKurzName = dataFile.substr(dataFile.rfind('/') + 1);
+    CurrentFolder.clear();
+    LogDatei = OpenResult("KVA.log", "wb");
+}
+
 bool ResultFolder::Enter() {
     if (EnterQuietly()) {
         return true;
@@ -106,14 +119,25 @@ bool ResultFolder::Enter() {
 }
 
 bool ResultFolder::EnterQuietly() {
-    if (enterFolder(ResultPfad)) {
+    if (InMemory() || enterFolder(ResultPfad)) {
         return true;
     }
     LogFailure("Cannot enter " + ResultPfad + ": " + std::strerror(errno));
     return false;
 }
 
+ResultFile ResultFolder::openText(const std::string& path, const char* mode) {
+    std::string& text = (*Texts)[path];
+    if (mode[0] == 'w') {
+        text.clear();
+    }
+    return ResultFile::toText(text);
+}
+
 ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
+    if (InMemory()) {
+        return openText(CurrentFolder + name, mode);
+    }
     return {name, mode, CurrentFolder + name,
             [this](const std::string& shownName, const std::string& reason) {
                 const std::string line = "Cannot write result file " + shownName + ": " + reason;

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <memory>
+#include <sstream>
 #include <system_error>
 
 namespace kva {
@@ -15,17 +17,106 @@ namespace {
 namespace fs = std::filesystem;
 
 // The sheet that tells the names of the populations: its column of labels, without the pool's.
-constexpr std::string_view kSheetOfNames = "Single_data/Hetexp.xls";
+constexpr const char* kSheetOfNames = "Single_data/Hetexp.xls";
+
+// --- Where the sheets lie ------------------------------------------------------------------
+
+// The files of a result folder, by their paths inside it.
+class Sheets {
+  public:
+    Sheets() = default;
+    virtual ~Sheets() = default;
+    Sheets(const Sheets&) = delete;
+    Sheets& operator=(const Sheets&) = delete;
+
+    virtual bool has(const std::string& path) const = 0;
+
+    // The bare names of the files in a folder, in any order.
+    virtual std::vector<std::string> namesIn(std::string_view folder) const = 0;
+
+    // Null, with the reason in `fault`, if it cannot be read.
+    virtual std::unique_ptr<std::istream> open(const std::string& path,
+                                               std::string& fault) const = 0;
+};
+
+// A path of two parts, of which the first may be empty.
+std::string joined(std::string_view folder, std::string_view name) {
+    return std::string(folder) + (folder.empty() ? "" : "/") + std::string(name);
+}
+
+class SheetsOnDisk : public Sheets {
+  public:
+    explicit SheetsOnDisk(const fs::path& folder) : Folder(folder) {}
+
+    bool has(const std::string& path) const override {
+        std::error_code error;
+        return fs::exists(Folder / path, error);
+    }
+
+    std::vector<std::string> namesIn(std::string_view folder) const override {
+        std::vector<std::string> names;
+        std::error_code error;
+        fs::directory_iterator entries(Folder / folder, error);
+        while (!error && entries != fs::directory_iterator()) {
+            names.push_back(entries->path().filename().string());
+            entries.increment(error);
+        }
+        return names;
+    }
+
+    std::unique_ptr<std::istream> open(const std::string& path, std::string& fault) const override {
+        std::error_code error;
+        if (!fs::is_regular_file(Folder / path, error)) {
+            fault = "is no file"; // a folder, or a pipe that would keep us waiting
+            return nullptr;
+        }
+        auto in = std::make_unique<std::ifstream>(Folder / path, std::ios::binary);
+        if (!*in) {
+            fault = std::string("cannot be opened: ") + std::strerror(errno);
+            return nullptr;
+        }
+        return in;
+    }
+
+  private:
+    const fs::path& Folder; // NOT OWNED
+};
+
+class SheetsInMemory : public Sheets {
+  public:
+    explicit SheetsInMemory(const ResultTexts& texts) : Texts(texts) {}
+
+    bool has(const std::string& path) const override { return Texts.contains(path); }
+
+    std::vector<std::string> namesIn(std::string_view folder) const override {
+        const std::string front = joined(folder, "");
+        std::vector<std::string> names;
+        for (auto text = Texts.lower_bound(front);
+             text != Texts.end() && text->first.starts_with(front); ++text) {
+            names.push_back(text->first.substr(front.size()));
+        }
+        return names;
+    }
+
+    std::unique_ptr<std::istream> open(const std::string& path,
+                                       std::string& /*fault*/) const override {
+        return std::make_unique<std::istringstream>(Texts.find(path)->second);
+    }
+
+  private:
+    const ResultTexts& Texts; // NOT OWNED
+};
+
+// --- The walk --------------------------------------------------------------------------------
 
 // The names; none where the sheet is not there or not sound.
-std::vector<std::string> populationNames(const fs::path& folder) {
-    const fs::path path = folder / kSheetOfNames;
-    std::error_code error;
-    if (!fs::is_regular_file(path, error)) {
+std::vector<std::string> populationNames(const Sheets& sheets) {
+    std::string fault;
+    const auto in = sheets.has(kSheetOfNames) ? sheets.open(kSheetOfNames, fault) : nullptr;
+    if (!in) {
         return {};
     }
-    std::ifstream in(path, std::ios::binary);
-    SheetLines lines(in, false);
+    SheetLines lines(*in, false);
     const LocusHead head = readLocusHead(lines, 1);
     std::vector<std::string> names;
     for (bool more = head.more; more; more = lines.next()) {
@@ -44,22 +135,18 @@ struct Found {
     std::string part;
 };
 
-std::vector<Found> filesOf(const SheetRule& rule, const fs::path& folder) {
+std::vector<Found> filesOf(const SheetRule& rule, const Sheets& sheets) {
     std::vector<Found> found;
-    std::error_code error;
     if (rule.name.find('*') == std::string_view::npos) {
-        if (fs::exists(folder / rule.name, error)) {
+        if (sheets.has(joined(rule.folder, rule.name))) {
             found.push_back({std::string(rule.name), ""});
         }
         return found;
     }
-    fs::directory_iterator entries(folder, error);
-    while (!error && entries != fs::directory_iterator()) {
-        const std::string name = entries->path().filename().string();
+    for (const std::string& name : sheets.namesIn(rule.folder)) {
         if (const auto part = partOf(rule, name)) {
             found.push_back({name, std::string(*part)});
         }
-        entries.increment(error);
     }
     std::sort(found.begin(), found.end(),
               [](const Found& a, const Found& b) { return a.name < b.name; });
@@ -67,18 +154,34 @@ std::vector<Found> filesOf(const SheetRule& rule, const fs::path& folder) {
 }
 
 // What is wrong with a sheet; empty: nothing.
-std::string readFile(const fs::path& path, const SheetRule& rule,
+std::string readFile(const Sheets& sheets, const std::string& path, const SheetRule& rule,
                      std::span<const std::string> populations, std::string_view part,
                      const RowSink& sink) {
-    std::error_code error;
-    if (!fs::is_regular_file(path, error)) {
-        return "is no file"; // a folder, or a pipe that would keep us waiting
+    std::string fault;
+    const auto in = sheets.open(path, fault);
+    return in ? readSheet(*in, rule, populations, part, sink) : fault;
+}
+
+// name: of the folder, for a fault of all of it.
+std::vector<std::string> readSheets(const Sheets& sheets, const std::string& name,
+                                    const RowSink& sink) {
+    const std::vector<std::string> populations = populationNames(sheets);
+    std::vector<std::string> faults;
+    bool any = false;
+    for (const SheetRule& rule : catalogue()) {
+        for (const Found& file : filesOf(rule, sheets)) {
+            any = true;
+            const std::string path = joined(rule.folder, file.name);
+            const std::string fault = readFile(sheets, path, rule, populations, file.part, sink);
+            if (!fault.empty()) {
+                faults.push_back(path + ": " + fault);
+            }
+        }
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        return std::string("cannot be opened: ") + std::strerror(errno);
+    if (!any) {
+        faults.push_back(name + ": holds no result sheet");
     }
-    return readSheet(in, rule, populations, part, sink);
+    return faults;
 }
 
 } // namespace
@@ -97,24 +200,11 @@ std::vector<std::string> readResults(const fs::path& folder, const RowSink& sink
     if (!fs::is_directory(folder, error)) {
         return {folder.string() + ": is no folder"};
     }
-    const std::vector<std::string> populations = populationNames(folder);
-    std::vector<std::string> faults;
-    bool any = false;
-    for (const SheetRule& rule : catalogue()) {
-        const fs::path place = folder / rule.folder;
-        for (const Found& file : filesOf(rule, place)) {
-            any = true;
-            const std::string fault =
-                readFile(place / file.name, rule, populations, file.part, sink);
-            if (!fault.empty()) {
-                faults.push_back((fs::path(rule.folder) / file.name).string() + ": " + fault);
-            }
-        }
-    }
-    if (!any) {
-        faults.push_back(folder.string() + ": holds no result sheet");
-    }
-    return faults;
+    return readSheets(SheetsOnDisk(folder), folder.string(), sink);
+}
+
+std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink) {
+    return readSheets(SheetsInMemory(texts), "the result", sink);
 }
 
 } // namespace kva
