@@ -1,15 +1,14 @@
 #include "tool/RunJob.h"
 
+#include "api/PlannedRun.h"
+#include "api/TestRows.h"
 #include "base/console.h"
 #include "control/AnalyseDataObj.h"
 #include "control/frontend.h"
 #include "distance/measures.h"
 #include "formats/exports.h"
-#include "fstat/randsci.h"
 #include "results/results.h"
-#include "run/spread.h"
 #include "tool/Sha256.h"
-#include "tool/TestRows.h"
 
 #include <nlohmann/json.hpp>
 
@@ -142,35 +141,14 @@ Json settingsOf(const RunPlan& plan) {
 
 // What run.json and the long table take from a run.
 struct Ran {
-    TestNames Names;
     std::vector<TestRow> Tests;
     std::vector<std::string> Warnings;
     std::vector<Progress::Done> Passes;
-    int32_t Individuals = 0;
     bool Whole = true; // every file was written
 };
 
 void tell(const std::string& line) {
     std::cerr << "kvatool run: " << line << '\n';
-}
-
-int32_t individualsOf(const Run& run) {
-    int32_t individuals = 0;
-    for (int pop = 1; run.Daten && pop <= run.AnzPop; ++pop) {
-        individuals += run.Daten->GetIndividuals(pop);
-    }
-    return individuals;
-}
-
-TestNames namesOf(const Run& run) {
-    TestNames names;
-    for (int pop = 1; pop <= run.AnzPop; ++pop) {
-        names.Populations.push_back(orEmpty(run.Daten->GetPopName(pop)));
-    }
-    for (int locus = 1; locus <= run.AnzLoci; ++locus) {
-        names.Loci.push_back(orEmpty(run.Daten->GetLociName(locus)));
-    }
-    return names;
 }
 
 void reportSideFile(const std::string& name) {
@@ -190,7 +168,7 @@ std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& 
         tell("cannot read '" + job.Data + "': no such file, a pipe, or no right to read it");
         return std::nullopt;
     }
-    if (loaded == LoadResult::NoFolder || individualsOf(run) == 0) {
+    if (loaded == LoadResult::NoFolder || run.GetGesamtIndividuuenAnzahl() == 0) {
         tell(job.Data + " cannot be used: " + joined(lines));
         return std::nullopt;
     }
@@ -203,48 +181,20 @@ std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& 
     return warnings;
 }
 
-// Goes over to the distances of individuals, whose measures may be others.
-void beginPass(const RunJob& job, AnalyseDataObj& run, const PassStep& step, Progress& progress) {
-    constexpr uint32_t kNoMeasures = DistBit::Engine | DistBit::PerLocus | DistBit::Nexus;
-    if (step.Number == kIndividualDistancesStep) {
-        run.PopDistMask = (run.PopDistMask & kNoMeasures) | job.Plan.IndividualMeasures;
-    }
-    if (run.Spreading != nullptr) {
-        startUnit(run.Spreading->seed(), {UnitKind::Pass, step.Number});
-    }
-    progress.begin(step.Name);
-}
-
 // Runs all passes on loaded data.
 Ran runPasses(const RunJob& job, AnalyseDataObj& run) {
     Ran ran;
     Progress progress(job.Data, job.Told, std::cerr);
-    const Spread spread(
-        job.Plan.Seed.value_or(0), job.Plan.Threads,
+    ran.Tests = runPlan(
+        run, job.Plan, [&progress](const PassStep& step) { progress.begin(step.Name); },
         [&progress](std::size_t done, std::size_t all) { progress.share(done, all); });
-    TestRecord tests;
-    run.Spreading = job.Plan.Seed ? &spread : nullptr;
-    run.SequentialHits = job.Plan.SequentialHits;
-    run.Tests = &tests;
-    run.TakeSettings(job.Plan.Masks, job.Plan.Scalars);
-    run.WriteOutput(job.Plan.Scalars.Bootstraps, job.Plan.Scalars.Permutationen,
-                    [&](const PassStep& step) { beginPass(job, run, step, progress); });
     progress.end();
-    if (job.Plan.Seed) {
-        run.LogEntry(("Random seed: " + std::to_string(*job.Plan.Seed)).c_str());
-    }
-    run.LogDatei.close();
     ran.Whole = run.Failures.empty();
     for (const std::string& line : run.Failures) {
         tell(job.Data + ": " + line);
         ran.Warnings.push_back(line);
     }
-    run.Tests = nullptr;
-    run.Spreading = nullptr;
-    ran.Names = namesOf(run);
-    ran.Tests = testRows(tests, ran.Names);
     ran.Passes = progress.passes();
-    ran.Individuals = individualsOf(run);
     return ran;
 }
 
@@ -261,7 +211,7 @@ Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::stri
              {{"file", run.DataPath},
               {"sha256", sha256OfFile(run.DataPath)},
               {"populations", run.AnzPop},
-              {"individuals", ran.Individuals},
+              {"individuals", run.GetGesamtIndividuuenAnzahl()},
               {"loci", run.AnzLoci}}},
             {"settings", settingsOf(job.Plan)},
             {"random", std::move(random)},

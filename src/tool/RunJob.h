@@ -3,8 +3,8 @@
 #ifndef KVA_TOOL_RUNJOB_H
 #define KVA_TOOL_RUNJOB_H
 
+#include "api/RunPlan.h"
 #include "tool/Progress.h"
-#include "tool/RunPlan.h"
 
 #include <filesystem>
 #include <string>
