@@ -11,9 +11,10 @@
 //      const auto result = kva::api::run(*data, settings);      // after a look at both
 //      const kva::api::Matrix fst = result->fst();
 //
-// Nothing here prints, writes a file or changes the working folder, and no exception leaves it:
-// what goes wrong is an Error in the place of a value. All functions may be called from several
-// threads at once, also run() on one data set.
+// Nothing here prints, writes a file or changes the working folder. What goes wrong is an Error in
+// the place of a value: no exception leaves loading and running, and none but std::bad_alloc the
+// look-ups of a Result. All functions may be called from several threads at once, also run() on one
+// data set.
 #ifndef KVA_KVA_H
 #define KVA_KVA_H
 

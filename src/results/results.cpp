@@ -162,13 +162,21 @@ std::string readFile(const Sheets& sheets, const std::string& path, const SheetR
     return in ? readSheet(*in, rule, populations, part, sink) : fault;
 }
 
-// name: of the folder, for a fault of all of it.
+bool has(const SheetRule& rule, std::string_view statistic) {
+    const std::vector<std::string_view> all = statisticsOf(rule);
+    return statistic.empty() || std::find(all.begin(), all.end(), statistic) != all.end();
+}
+
+// name: of the folder, for a fault of all of it. statistic: of the sheets; empty: all.
 std::vector<std::string> readSheets(const Sheets& sheets, const std::string& name,
-                                    const RowSink& sink) {
+                                    const RowSink& sink, std::string_view statistic) {
     const std::vector<std::string> populations = populationNames(sheets);
     std::vector<std::string> faults;
     bool any = false;
     for (const SheetRule& rule : catalogue()) {
+        if (!has(rule, statistic)) {
+            continue;
+        }
         for (const Found& file : filesOf(rule, sheets)) {
             any = true;
             const std::string path = joined(rule.folder, file.name);
@@ -200,11 +208,12 @@ std::vector<std::string> readResults(const fs::path& folder, const RowSink& sink
     if (!fs::is_directory(folder, error)) {
         return {folder.string() + ": is no folder"};
     }
-    return readSheets(SheetsOnDisk(folder), folder.string(), sink);
+    return readSheets(SheetsOnDisk(folder), folder.string(), sink, {});
 }
 
-std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink) {
-    return readSheets(SheetsInMemory(texts), "the result", sink);
+std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink,
+                                     std::string_view statistic) {
+    return readSheets(SheetsInMemory(texts), "the result", sink, statistic);
 }
 
 } // namespace kva

@@ -25,7 +25,9 @@ namespace kva {
 std::vector<std::string> readResults(const std::filesystem::path& folder, const RowSink& sink);
 
 // The same for a result folder that lies in memory.
-std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink);
+// statistic: only the sheets that have it are read; empty: all.
+std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink,
+                                     std::string_view statistic = {});
 
 // The same for the text of a single sheet. populations: names in their order, or empty. part: what
 // "*" in the rule's name stands for. Result: "line 3: ..."; empty where all is well.

@@ -2,6 +2,7 @@
 
 #include "api/PlannedRun.h"
 #include "api/TestRows.h"
+#include "api/ToldLines.h"
 #include "base/console.h"
 #include "control/AnalyseDataObj.h"
 #include "control/frontend.h"
@@ -28,28 +29,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kFailed = 1;
-
-// --- What the library tells --------------------------------------------------------------
-
-// The lines of a text that hold something.
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> all;
-    for (std::string line; std::getline(in, line);) {
-        if (!line.empty()) {
-            all.push_back(line);
-        }
-    }
-    return all;
-}
-
-std::string joined(const std::vector<std::string>& lines) {
-    std::string all;
-    for (const std::string& line : lines) {
-        all += (all.empty() ? "" : "; ") + line;
-    }
-    return all;
-}
 
 // --- The record ----------------------------------------------------------------------------
 
@@ -169,16 +148,10 @@ std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& 
         return std::nullopt;
     }
     if (loaded == LoadResult::NoFolder || run.GetGesamtIndividuuenAnzahl() == 0) {
-        tell(job.Data + " cannot be used: " + joined(lines));
+        tell(job.Data + " cannot be used: " + joinedLines(lines));
         return std::nullopt;
     }
-    std::vector<std::string> warnings;
-    for (const std::string& line : lines) {
-        if (line.starts_with("Warning: ") || line.starts_with("Cannot ")) {
-            warnings.push_back(line);
-        }
-    }
-    return warnings;
+    return warningsAmong(lines);
 }
 
 // Runs all passes on loaded data.
