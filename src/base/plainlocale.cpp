@@ -4,7 +4,7 @@
 
 namespace kva {
 
-PlainLocale::PlainLocale() : Plain(newlocale(LC_ALL_MASK, "C", nullptr)), Before(nullptr) {
+PlainLocale::PlainLocale() : Plain(newlocale(LC_ALL_MASK, "C", nullptr)) {
     if (Plain == nullptr) {
         throw std::bad_alloc();
     }

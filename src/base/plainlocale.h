@@ -3,7 +3,6 @@
 #define KVA_BASE_PLAINLOCALE_H
 
 #include <clocale>
-#include <locale.h>
 
 namespace kva {
 
@@ -17,7 +16,7 @@ class PlainLocale {
 
   private:
     locale_t Plain; // OWNED
-    locale_t Before;
+    locale_t Before = nullptr;
 };
 
 // The same for the threads that a thread starts: they take its locale over.

@@ -41,7 +41,9 @@ class Sheets {
 
 // A path of two parts, of which the first may be empty.
 std::string joined(std::string_view folder, std::string_view name) {
-    return std::string(folder) + (folder.empty() ? "" : "/") + std::string(name);
+    std::string path(folder);
+    path.append(folder.empty() ? "" : "/").append(name);
+    return path;
 }
 
 class SheetsOnDisk : public Sheets {

@@ -155,6 +155,19 @@ TEST(Running, IMInformationReachesTheExport) {
     EXPECT_THAT(without->sheets().find(kPath)->second, testing::Not(testing::HasSubstr("0.25")));
 }
 
+// 2 x 10^9 replicates of 64 cells of 9 bytes: more than any machine has.
+TEST(Running, APassBeyondTheMemoryIsLeftOutWithAWarning) {
+    Settings settings;
+    settings.populationDistances = {"DAN"};
+    settings.bootstrap = 2000000000;
+    const auto result = run(example(), settings);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->distances("DAN").size(), 0U);
+    ASSERT_EQ(result->warnings().size(), 1U);
+    EXPECT_THAT(result->warnings()[0], testing::HasSubstr("are not computed: they take"));
+    EXPECT_FALSE(result->rows("heterozygosity_expected").empty());
+}
+
 // --- What stays as it is -----------------------------------------------------------------------
 
 TEST(Running, WritesNothingAndStaysInItsFolder) {
