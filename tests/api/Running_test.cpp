@@ -195,6 +195,7 @@ TEST(Running, RunsAtTheSameTimeDoNotDisturbOneAnother) {
     std::vector<Outcome<Result>> results(3, Outcome<Result>(Error{ErrorKind::Internal, "not run"}));
     {
         std::vector<std::jthread> threads;
+        threads.reserve(results.size());
         for (auto& result : results) {
             threads.emplace_back([&data, &result] { result = run(data, everything()); });
         }
