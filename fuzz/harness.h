@@ -3,6 +3,8 @@
 #ifndef KVA_FUZZ_HARNESS_H
 #define KVA_FUZZ_HARNESS_H
 
+#include "base/console.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -15,10 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
 namespace kva_fuzz {
 
-// What goes to std::cout while the object lives is dropped.
+// What goes to std::cout, as the console does, is dropped while the object lives.
 class Quiet {
   public:
-    Quiet() : Before(std::cout.rdbuf(&Nothing)) {}
+    Quiet() : Before(std::cout.rdbuf(&Nothing)), Console(&std::cout) {}
     ~Quiet() { std::cout.rdbuf(Before); }
     Quiet(const Quiet&) = delete;
     Quiet& operator=(const Quiet&) = delete;
@@ -29,6 +31,7 @@ class Quiet {
     };
     Drop Nothing;
     std::streambuf* Before;
+    kva::ConsoleTo Console;
 };
 
 // The bytes as a file to read; null for none.

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Checks form and habits of the C++ code: clang-format 14 and clang-tidy 14.
-# Usage: scripts/lint.sh             all of src/, tests/ and bench/
+# Usage: scripts/lint.sh             all of src/, tests/, bench/, include/ and examples/
 #        scripts/lint.sh file ...
 #        scripts/lint.sh --changed   the form of all; the habits of the sources of src/ that differ from
 #                                    the last commit, or where nothing does that came with it
@@ -11,7 +11,7 @@ scripts/setup.sh build test lint
 cmake --preset test >/dev/null
 
 files=$(git ls-files 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp' \
-    'fuzz/*.h' 'fuzz/*.cpp')
+    'fuzz/*.h' 'fuzz/*.cpp' 'include/*.h' 'examples/*.cpp')
 case ${1-} in
 --changed)
     changed=$(git diff --name-only HEAD -- src)

@@ -137,7 +137,7 @@ def prepare():
         target, new = pathlib.Path(target), pathlib.Path(source).read_bytes()
         if not target.exists() or target.read_bytes() != new:
             target.write_bytes(new)
-    for name in ["cmake", "src", "tests", "examples", "scripts", "fuzz", "docs", "man", "completions"]:
+    for name in ["cmake", "include", "src", "tests", "examples", "scripts", "fuzz", "docs", "man", "completions"]:
         shutil.copytree(ROOT / name, TREE / name, copy_function=copy, dirs_exist_ok=True)
     copy(ROOT / "CMakeLists.txt", TREE / "CMakeLists.txt")
     if not run(["cmake", "-S", TREE, "-B", BUILD] + CONFIGURATION):

@@ -10,7 +10,8 @@ for need in "$@"; do
         set -- "$@" g++=g++ cmake=cmake ninja-build=ninja libcli11-dev nlohmann-json3-dev nettle-dev \
             pkg-config=pkg-config
         ;;
-    test) set -- "$@" libgtest-dev libgmock-dev faketime valgrind=valgrind python3=python3 ;;
+    test) set -- "$@" libgtest-dev libgmock-dev faketime valgrind=valgrind python3=python3 \
+        pkg-config=pkg-config ;;
     lint) set -- "$@" clang-format-14=clang-format-14 clang-tidy-14=clang-tidy-14 ;;
     coverage) set -- "$@" gcovr=gcovr ;;
     clang) set -- "$@" clang-14=clang++-14 ;;

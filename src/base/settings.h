@@ -11,7 +11,7 @@
 namespace kva {
 
 // The version, as the log and the exports tell it.
-constexpr const char* kVersion = "4.05";
+extern const char* const kVersion;
 
 // True if all bits of `bits` are on in `mask`.
 constexpr bool hasBit(uint32_t mask, uint32_t bits) {

@@ -1,5 +1,6 @@
 #include "check/checkfile.h"
 
+#include "base/console.h"
 #include "check/headerchecks.h"
 #include "check/rawscan.h"
 #include "check/rowchecks.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 #include <memory>
 #include <new>
 #include <sstream>
@@ -23,21 +23,6 @@ namespace {
 using Code = FindingCode;
 
 constexpr std::size_t kFileNameLimit = 1024; // kva opens no longer name
-
-// Takes what the reader tells on the console.
-class ConsoleText {
-  public:
-    ConsoleText() : Console(std::cout.rdbuf(Taken.rdbuf())) {}
-    ~ConsoleText() { std::cout.rdbuf(Console); }
-    ConsoleText(const ConsoleText&) = delete;
-    ConsoleText& operator=(const ConsoleText&) = delete;
-
-    std::string text() const { return Taken.str(); }
-
-  private:
-    std::ostringstream Taken;
-    std::streambuf* Console;
-};
 
 // --- The first bytes -------------------------------------------------------------------
 
@@ -171,7 +156,8 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
     LoadedData data;
     data.DateiName.clear();
     {
-        const ConsoleText console;
+        std::ostringstream told;
+        const ConsoleTo console(&told);
         const int refused = data.CheckDataFile(stream);
         if (refused == 1 || refused == 2) {
             throw std::bad_alloc();
@@ -181,11 +167,11 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
             return;
         }
         if (refused != 0) {
-            addRefusal(console.text(), findings);
+            addRefusal(told.str(), findings);
             checkSeparator(scan.front, findings);
             return;
         }
-        if (data.KopfZeilen == 2 && console.text().find("misaligned") != std::string::npos) {
+        if (data.KopfZeilen == 2 && told.str().find("misaligned") != std::string::npos) {
             findings.add(Code::CrLfTwoHeaders, 1);
         }
     }
@@ -194,7 +180,7 @@ void checkText(std::FILE* stream, const RawScan& scan, CheckReport& report, Find
         return;
     }
     {
-        const ConsoleText console;
+        const ConsoleTo nobody(nullptr);
         report.read = data.GetDataFile(stream) == 0;
         report.failure = data.Unread;
     }

@@ -23,7 +23,7 @@ struct CheckReport {
     int64_t notes = 0;    // findings, not kinds
 };
 
-// Reads the stream as a run does, three times from its start; nothing goes to std::cout.
+// Reads the stream as a run does, three times from its start; nothing goes to the console.
 CheckReport checkStream(std::FILE* stream);
 
 // The same of a file; a folder, a pipe and what else kva does not open is a failure.

@@ -6,11 +6,12 @@
 //     Errorcode: 3-2
 #include "control/Ausgabe.h"
 
+#include "base/console.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <iostream>
 #include <iterator>
 #include <span>
 #include <string>
@@ -183,16 +184,16 @@ void print(const MessageRow& message, const char* argument) {
     for (const char* place = message.Form; *place != '\0'; ++place) {
         switch (*place) {
         case 'E':
-            std::cout << std::endl;
+            console() << std::endl;
             break;
         case 'a':
-            std::cout << argument;
+            console() << argument;
             break;
         default:
-            std::cout << message.Texts[*place - '1'];
+            console() << message.Texts[*place - '1'];
         }
     }
-    std::cout << std::flush;
+    console() << std::flush;
 }
 
 } // namespace
@@ -201,9 +202,9 @@ void AUSGABE(int code, const char* text) {
     if (const MessageRow* message = find(kTexts, code)) {
         print(*message, text != nullptr ? text : "");
     } else if (text != nullptr) {
-        std::cout << text << std::flush;
+        console() << text << std::flush;
     } else {
-        std::cout << std::endl;
+        console() << std::endl;
     }
 }
 
@@ -214,7 +215,7 @@ void AUSGABE(int code, const int& wert) {
 }
 
 void AUSGABE(int /*code*/, const double& wert) {
-    std::cout << wert << std::flush;
+    console() << wert << std::flush;
 }
 
 } // namespace kva

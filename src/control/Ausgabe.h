@@ -1,6 +1,6 @@
 // AUSGABE: the numbered catalogue of console messages. A pass names a message and holds no text
-// of its own. Everything goes to standard output and is flushed, mark by mark. A code outside the
-// catalogue is a mark: its text as it is, or an end of line if there is none.
+// of its own. Everything goes to the console (base/console.h) and is flushed, mark by mark. A code
+// outside the catalogue is a mark: its text as it is, or an end of line if there is none.
 #ifndef KVA_CONTROL_AUSGABE_H
 #define KVA_CONTROL_AUSGABE_H
 

@@ -1,4 +1,5 @@
 // The entry of the program: picks the front end, and its result is the exit status.
+#include "base/console.h"
 #include "base/standardstreams.h"
 #include "control/CMenu.h"
 #include "control/cczkva.h"
@@ -27,6 +28,7 @@ int runCommandLine(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     holdStandardStreams();
+    setConsole(&std::cout);
     // A reader of the console that goes away takes no result with it: the files are still written.
     (void)std::signal(SIGPIPE, SIG_IGN);
     try {

@@ -1,12 +1,12 @@
 #include "control/frontend.h"
 
+#include "base/console.h"
 #include "control/AnalyseDataObj.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <filesystem>
-#include <iostream>
 #include <limits>
 #include <new>
 #include <system_error>
@@ -45,7 +45,7 @@ LoadResult LoadFirst(AnalyseDataObj& run, const std::string& dataFile, const std
     daten = openDataFile(dataFile);
     const InputFile im = imName.empty() ? nullptr : openInput(imName);
     if (!daten) {
-        std::cout << std::endl << "Wrong Filename or Path!" << std::endl;
+        console() << std::endl << "Wrong Filename or Path!" << std::endl;
         return LoadResult::NoFile;
     }
     const int refusal = run.CheckDataFile(daten.get()); // told by the reader itself

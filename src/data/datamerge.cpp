@@ -172,6 +172,18 @@ int LoadedData::CompareSamples(const LoadedData& other) const {
     return 0;
 }
 
+void LoadedData::CopyOf(const LoadedData& other) {
+    Daten = other.Daten ? std::make_unique<Datensatz>(*other.Daten) : nullptr;
+    AnzLoci = other.AnzLoci;
+    AnzPop = other.AnzPop;
+    KopfSpalten = other.KopfSpalten;
+    KopfZeilen = other.KopfZeilen;
+    MaxChromosomen = other.MaxChromosomen;
+    DatenFormat = other.DatenFormat;
+    DateiName = other.DateiName;
+    DataBytes = other.DataBytes;
+}
+
 int LoadedData::AddLociOf(const LoadedData& other) {
     const int largest = Daten ? Daten->AddNewDatensatz(other.Daten.get()) : kNoSize;
     AnzLoci = Daten ? Daten->AnzLoci : 0;

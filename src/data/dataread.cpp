@@ -11,13 +11,13 @@
 // row tells the layouts apart: it is the row of names if it begins with a tab.
 #include "data/dataread.h"
 
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "data/datarows.h"
 #include "data/loadeddata.h"
 
 #include <algorithm>
 #include <cstring>
-#include <iostream>
 #include <limits>
 #include <new>
 #include <optional>
@@ -201,17 +201,17 @@ void tell(const std::string& file, const Refusal& refusal) {
     if (refusal.words == CatalogueWords::NoMemory) {
         AUSGABE(Message::NoMemory); // speaks of memory, also where nothing could be read
     } else if (refusal.words == CatalogueWords::NoLineEnd) {
-        std::cout << "Error to detect NEWLINE" << std::endl;
+        console() << "Error to detect NEWLINE" << std::endl;
     } else {
-        std::cout << std::endl;
+        console() << std::endl;
     }
-    std::cout << file << ", row " << refusal.row << ": found " << refusal.found << ", expected "
+    console() << file << ", row " << refusal.row << ": found " << refusal.found << ", expected "
               << refusal.expected << std::endl;
 }
 
 // What is read of the file may not be all of it.
 void tellLost(const std::string& file, const std::string& reason) {
-    std::cout << "\nCannot read data file " << file << ": " << reason << std::endl;
+    console() << "\nCannot read data file " << file << ": " << reason << std::endl;
 }
 
 // Of a read or seek that failed; empty if none did.
@@ -283,14 +283,14 @@ Refusal refuseWithoutRows(const Header& header) {
 }
 
 void warnOfNoLocus(const std::string& file, const Header& header, int columns) {
-    std::cout << '\n'
+    console() << '\n'
               << "Warning: " << file << ", row 1: " << shownCells(header)
               << " name no locus, expected " << cellsWanted(columns)
               << ". The sheets hold their heads alone." << std::endl;
 }
 
 void warnOfAlignment(const std::string& file) {
-    std::cout << '\n'
+    console() << '\n'
               << "Warning: " << file
               << " has two header rows and CR LF line ends: locus names and first row are "
                  "misaligned. Please save it with LF line ends or with three header rows."

@@ -76,6 +76,9 @@ class LoadedData {
     // populations differ; p > 0 if the name or the size of population p differs.
     int CompareSamples(const LoadedData& other) const;
 
+    // Becomes a copy of `other`, with genotypes of its own.
+    void CopyOf(const LoadedData& other);
+
     // Adds the loci of a second data set that holds the same individuals in the same order; a locus
     // of a known name is left out. AnzLoci, AnzPop and MaxChromosomen follow. 0; else the result
     // of Datensatz::AddNewDatensatz (-2 if nothing is loaded here) less 1, where that is not

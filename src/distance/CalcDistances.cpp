@@ -1,5 +1,6 @@
 // The two passes of the genetic distances. All that differs between populations and
 // individuals stands in this file, and in the SampleRules that it names.
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "distance/distancerun.h"
 #include "distance/measures.h"
@@ -10,7 +11,6 @@
 #include "stats/passes.h"
 
 #include <algorithm>
-#include <iostream>
 #include <limits>
 #include <string>
 #include <utility>
@@ -66,13 +66,16 @@ bool isRefused(Run& run, const char* what, std::size_t samples, bool countsTable
     extent.Measures = engine ? selectedMeasures(run.PopDistMask).size() : 0;
     extent.Replicates = static_cast<std::size_t>(std::max(bootstraps, 1L));
     extent.CountsTables = countsTables;
-    const DistanceNeeds needs = needsOf(extent);
+    DistanceNeeds needs = needsOf(extent);
+    if (run.InMemory()) { // its files, too
+        needs = {needs.Memory + needs.Disk, 0};
+    }
     if (extent.Measures == 0 || !isLarge(needs)) {
         return false;
     }
     const std::string reason = refusal(what, needs, roomLeft(run.ResultPfad));
     if (!reason.empty()) {
-        std::cout << '\n' << reason << std::endl;
+        console() << '\n' << reason << std::endl;
         run.LogFailure(reason);
     }
     return !reason.empty();

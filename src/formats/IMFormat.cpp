@@ -11,6 +11,7 @@
 //       South001 1
 //
 // and an empty line. Without a mutation rate the head of a locus reads "LocA 2 1 1 S 1.000000".
+#include "base/console.h"
 #include "base/filename.h"
 #include "control/Ausgabe.h"
 #include "formats/StepWidth.h"
@@ -20,7 +21,6 @@
 #include "run/run.h"
 
 #include <algorithm>
-#include <iostream>
 #include <span>
 
 namespace kva {
@@ -91,7 +91,7 @@ int writeAlleles(ResultFile& file, const std::string& name, std::span<const int3
 // Tells of a population whose table and slots do not agree.
 void checkCopies(int pop, int locus, int expected, int counted) {
     if (counted != expected) {
-        std::cout << "Fehler! " << pop << "/" << locus << " : " << expected << "!=" << counted
+        console() << "Fehler! " << pop << "/" << locus << " : " << expected << "!=" << counted
                   << std::endl;
     }
 }

@@ -13,13 +13,13 @@
 //      P01	P02	0.069180	0.130774	0.183466		0.050404
 #include "fstat/FstHeterogeneity.h"
 
+#include "base/console.h"
 #include "data/ftriple.h"
 #include "fstat/CConfidenz.h"
 #include "fstat/randsci.h"
 #include "run/run.h"
 
 #include <array>
-#include <iostream>
 #include <span>
 
 namespace kva {
@@ -41,7 +41,7 @@ void writeHead(const Run& run, ResultFile& sheet, const char* verb) {
 void tellNoLocus(Run& run, const std::string& row) {
     const std::string line =
         "No locus with a defined Fst, heterogeneity among loci is n.d.: " + row;
-    std::cout << '\n' << line << std::endl;
+    console() << '\n' << line << std::endl;
     run.LogDatei.text(line + "\n");
     run.LogDatei.flush();
 }

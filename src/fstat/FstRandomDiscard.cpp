@@ -2,6 +2,7 @@
 // data anew (of inbred individuals one allele is kept at random, or a tenth of the
 // individuals is dropped), computes the test statistic, shuffles the thinned data and
 // compares. Mean and limits of the test statistic come with it.
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "fstat/FstPermutation.h"
 #include "fstat/PairTest.h"
@@ -12,7 +13,6 @@
 #include "run/testrecord.h"
 
 #include <algorithm>
-#include <iostream>
 
 namespace kva {
 
@@ -172,7 +172,7 @@ class DiscardSums {
 std::size_t announceTails(const Run& run) {
     const auto k =
         static_cast<std::size_t>(std::max(run.Permutationen * run.FstAlpha * 0.5 + 1.0, 2.0));
-    std::cout << "\nConfidenz intervall:" << k << std::endl;
+    console() << "\nConfidenz intervall:" << k << std::endl;
     return k;
 }
 

@@ -36,6 +36,10 @@ int makeAndEnter(ResultFolder& root, const std::string& path, const FolderRule& 
 } // namespace
 
 PassFolder::PassFolder(ResultFolder& folder, const FolderRule& rule) : Root(folder) {
+    if (Root.InMemory()) {
+        Root.CurrentFolder = std::string(rule.Name) + "/";
+        return;
+    }
     // The result folder first, then the one inside by its bare name: each step refuses a link.
     // Without a result folder (nothing was loaded) there is no path: it fails like any other that
     // cannot be made.
@@ -57,7 +61,7 @@ PassFolder::~PassFolder() {
 }
 
 int PassFolder::enterInner(const FolderRule& rule) {
-    const int status = makeAndEnter(Root, rule.Name, rule);
+    const int status = Root.InMemory() ? 0 : makeAndEnter(Root, rule.Name, rule);
     if (status == 0) {
         Root.CurrentFolder += std::string(rule.Name) + "/";
     }

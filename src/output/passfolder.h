@@ -48,7 +48,7 @@ class PassFolder {
     // a failure leaves the process where it is and is told on the console, with the system's reason
     // in the log, and so is a `folder` without a path, where nothing was loaded. Result files
     // opened meanwhile are shown with the folder's name in failure lines. `folder` must outlive the
-    // stay.
+    // stay. In memory a folder is a part of the names of its files, and nothing can fail.
     PassFolder(ResultFolder& folder, const FolderRule& rule);
 
     // Goes back to ResultPfad, unless stay() was called or nothing was entered.

@@ -1,6 +1,7 @@
 // The search for the number of the next folder, and the files and entries of a run.
 #include "output/resultfolder.h"
 
+#include "base/console.h"
 #include "control/Ausgabe.h"
 #include "output/nofollow.h"
 
@@ -8,7 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <iostream>
 #include <new>
 #include <sys/stat.h>
 #include <system_error>
@@ -68,6 +68,10 @@ ResultFolder::~ResultFolder() {
 }
 
 int ResultFolder::MakeNext(const std::string& dataFile) {
+    if (InMemory()) {
+        makeInMemory(dataFile);
+        return 0;
+    }
     FolderMissing = true;
     if (DataPath.empty()) {
         DataPath = absolutePath(dataFile);
@@ -83,7 +87,7 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     }
     if (error != 0) {
         AUSGABE(Message::ResultNotEntered);
-        std::cout << "Cannot make result folder " << folder << ": " << std::strerror(error)
+        console() << "Cannot make result folder " << folder << ": " << std::strerror(error)
                   << std::endl;
         return 1;
     }
@@ -97,6 +101,15 @@ int ResultFolder::MakeNext(const std::string& dataFile) {
     return 0;
 }
 
+void ResultFolder::makeInMemory(const std::string& dataFile) {
+    LogDatei.close();
+    Texts->clear();
+    DataPath = dataFile;
+    DateiKurzName = dataFile.substr(dataFile.rfind('/') + 1);
+    CurrentFolder.clear();
+    LogDatei = OpenResult("KVA.log", "wb");
+}
+
 bool ResultFolder::Enter() {
     if (EnterQuietly()) {
         return true;
@@ -106,18 +119,29 @@ bool ResultFolder::Enter() {
 }
 
 bool ResultFolder::EnterQuietly() {
-    if (enterFolder(ResultPfad)) {
+    if (InMemory() || enterFolder(ResultPfad)) {
         return true;
     }
     LogFailure("Cannot enter " + ResultPfad + ": " + std::strerror(errno));
     return false;
 }
 
+ResultFile ResultFolder::openText(const std::string& path, const char* mode) {
+    std::string& text = (*Texts)[path];
+    if (mode[0] == 'w') {
+        text.clear();
+    }
+    return ResultFile::toText(text);
+}
+
 ResultFile ResultFolder::OpenResult(const std::string& name, const char* mode) {
+    if (InMemory()) {
+        return openText(CurrentFolder + name, mode);
+    }
     return {name, mode, CurrentFolder + name,
             [this](const std::string& shownName, const std::string& reason) {
                 const std::string line = "Cannot write result file " + shownName + ": " + reason;
-                std::cout << '\n' << line << std::endl;
+                console() << '\n' << line << std::endl;
                 LogFailure(line);
             }};
 }

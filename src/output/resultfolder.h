@@ -7,15 +7,25 @@
 //
 // The current folder of the process is part of the state: passes go from ResultPfad into their
 // folder and back (PassFolder).
+//
+// It can lie in memory instead (KeepInMemory): then its files are texts, no file or folder is
+// touched, and the current folder of the process stays as it is.
 #ifndef KVA_OUTPUT_RESULTFOLDER_H
 #define KVA_OUTPUT_RESULTFOLDER_H
 
 #include "output/resultfile.h"
 
+#include <functional>
+#include <map>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kva {
+
+// The files of a result folder, by their path inside it.
+using ResultTexts = std::map<std::string, std::string, std::less<>>;
 
 class ResultFolder {
   public:
@@ -27,11 +37,20 @@ class ResultFolder {
     ResultFolder(const ResultFolder&) = delete;
     ResultFolder& operator=(const ResultFolder&) = delete;
 
+    // From now on, before MakeNext, the folder lies in memory.
+    void KeepInMemory() { Texts = std::make_unique<ResultTexts>(); }
+    bool InMemory() const { return Texts != nullptr; }
+
+    // Its files, those that are open up to their last flush; the folder must lie in memory.
+    const ResultTexts& texts() const { return *Texts; }
+    ResultTexts takeTexts() { return std::move(*Texts); }
+
     // Makes WantedPfad, or without it the next numbered folder (mode 0777) for a data file, named
     // as it was typed, enters it and opens its log. From the second call on the folder lies beside
     // the first file, whatever the name. 0; 1, and told on the console, if there is no such folder
     // to enter: StartPfad, ResultPfad, DateiKurzName and the log stay as they were. A log that does
-    // not open is told, and the result is 0.
+    // not open is told, and the result is 0. In memory the folder begins empty, and only
+    // DateiKurzName and DataPath are set, to the name alone.
     int MakeNext(const std::string& dataFile);
 
     // Goes into the result folder itself; false, with Message::ResultNotEntered on the console and
@@ -64,6 +83,12 @@ class ResultFolder {
     std::vector<std::string> Failures; // lines told by LogFailure
     bool FolderMissing = false;        // the last MakeNext failed: no pass may run
     ResultFile LogDatei;               // the run log "KVA.log"
+
+  private:
+    void makeInMemory(const std::string& dataFile);
+    ResultFile openText(const std::string& path, const char* mode);
+
+    std::unique_ptr<ResultTexts> Texts; // the folder in memory; null: it lies on the disk
 };
 
 // The folder of a file, from the file's absolute path: the part before its last "/"; "/" for a

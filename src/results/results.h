@@ -2,6 +2,7 @@
 #ifndef KVA_RESULTS_RESULTS_H
 #define KVA_RESULTS_RESULTS_H
 
+#include "output/resultfolder.h"
 #include "results/sheetreading.h"
 #include "results/tidy.h"
 
@@ -22,6 +23,11 @@ namespace kva {
 // none or has no sheet, with the path in the folder, the line and what is wrong. The rows up to
 // there are handed out, the later ones of the sheet are not.
 std::vector<std::string> readResults(const std::filesystem::path& folder, const RowSink& sink);
+
+// The same for a result folder that lies in memory.
+// statistic: only the sheets that have it are read; empty: all.
+std::vector<std::string> readResults(const ResultTexts& texts, const RowSink& sink,
+                                     std::string_view statistic = {});
 
 // The same for the text of a single sheet. populations: names in their order, or empty. part: what
 // "*" in the rule's name stands for. Result: "line 3: ..."; empty where all is well.

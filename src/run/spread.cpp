@@ -1,5 +1,7 @@
 #include "run/spread.h"
 
+#include "base/plainlocale.h"
+
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
@@ -99,10 +101,14 @@ class Units {
 void Spread::inOrder(std::size_t units, std::size_t ahead,
                      const std::function<Work()>& newWork) const {
     Units running(units, std::max<std::size_t>(ahead, TheThreads), Told);
+    const locale_t locale = localeOfThread(); // numbers look the same in all threads
     {
         std::vector<std::jthread> threads;
         for (unsigned t = 0; t < std::max(TheThreads, 1U); ++t) {
-            threads.emplace_back([&] { running.work(newWork); });
+            threads.emplace_back([&] {
+                takeLocale(locale);
+                running.work(newWork);
+            });
         }
     }
     running.finish();

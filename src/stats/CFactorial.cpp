@@ -5,19 +5,13 @@
 
 namespace kva {
 
-namespace {
-
-constexpr int kNoFactorialFrom = 126; // wanted: the table ends at 125!, though a double holds 170!
-
-} // namespace
-
 CFactorial Factorial;
 
 double CFactorial::calc(int n) {
     if (n < 0) {
         return -1.0;
     }
-    if (n >= kNoFactorialFrom) {
+    if (n > kLargest) {
         return -2.0;
     }
     if (static_cast<int>(Tabelle.size()) <= n) {

@@ -9,6 +9,8 @@ namespace kva {
 
 class CFactorial {
   public:
+    static constexpr int kLargest = 125; // the last cell that calc() gives; wanted, see there
+
     // n!, filling the table up to n first if it is too short. -1.0 for a negative n,
     // -2.0 for n >= 126: wanted, the table ends at 125! though a double holds 170!. The allelic
     // richness asks for 122! at most and takes products from there on.
@@ -30,6 +32,7 @@ class CFactorial {
 };
 
 // The one table of the program, global state; it grows as needed and lasts as long as the process.
+// Once it is full, calc() may be called in several threads at once.
 extern CFactorial Factorial;
 
 } // namespace kva

@@ -1,14 +1,15 @@
 #include "tool/RunJob.h"
 
+#include "api/PlannedRun.h"
+#include "api/TestRows.h"
+#include "api/ToldLines.h"
+#include "base/console.h"
 #include "control/AnalyseDataObj.h"
 #include "control/frontend.h"
 #include "distance/measures.h"
 #include "formats/exports.h"
-#include "fstat/randsci.h"
 #include "results/results.h"
-#include "run/spread.h"
 #include "tool/Sha256.h"
-#include "tool/TestRows.h"
 
 #include <nlohmann/json.hpp>
 
@@ -28,44 +29,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kFailed = 1;
-
-// --- What the library tells --------------------------------------------------------------
-
-// While it lives, what goes to standard output is kept here, or dropped.
-class KeptConsole {
-  public:
-    KeptConsole() : Before(std::cout.rdbuf(Text.rdbuf())) {}
-    ~KeptConsole() { std::cout.rdbuf(Before); }
-    KeptConsole(const KeptConsole&) = delete;
-    KeptConsole& operator=(const KeptConsole&) = delete;
-
-    // Drops what comes from now on: marks of passes, of which there are many.
-    static void drop() { std::cout.rdbuf(nullptr); }
-
-    // The lines so far.
-    std::vector<std::string> lines() const {
-        std::istringstream in(Text.str());
-        std::vector<std::string> all;
-        for (std::string line; std::getline(in, line);) {
-            if (!line.empty()) {
-                all.push_back(line);
-            }
-        }
-        return all;
-    }
-
-  private:
-    std::ostringstream Text;
-    std::streambuf* Before;
-};
-
-std::string joined(const std::vector<std::string>& lines) {
-    std::string all;
-    for (const std::string& line : lines) {
-        all += (all.empty() ? "" : "; ") + line;
-    }
-    return all;
-}
 
 // --- The record ----------------------------------------------------------------------------
 
@@ -157,11 +120,9 @@ Json settingsOf(const RunPlan& plan) {
 
 // What run.json and the long table take from a run.
 struct Ran {
-    TestNames Names;
     std::vector<TestRow> Tests;
     std::vector<std::string> Warnings;
     std::vector<Progress::Done> Passes;
-    int32_t Individuals = 0;
     bool Whole = true; // every file was written
 };
 
@@ -169,99 +130,48 @@ void tell(const std::string& line) {
     std::cerr << "kvatool run: " << line << '\n';
 }
 
-int32_t individualsOf(const Run& run) {
-    int32_t individuals = 0;
-    for (int pop = 1; run.Daten && pop <= run.AnzPop; ++pop) {
-        individuals += run.Daten->GetIndividuals(pop);
-    }
-    return individuals;
-}
-
-TestNames namesOf(const Run& run) {
-    TestNames names;
-    for (int pop = 1; pop <= run.AnzPop; ++pop) {
-        names.Populations.push_back(orEmpty(run.Daten->GetPopName(pop)));
-    }
-    for (int locus = 1; locus <= run.AnzLoci; ++locus) {
-        names.Loci.push_back(orEmpty(run.Daten->GetLociName(locus)));
-    }
-    return names;
-}
-
 void reportSideFile(const std::string& name) {
-    std::cout << "Cannot open the IM information file " << name << '\n';
+    console() << "Cannot open the IM information file " << name << '\n';
 }
 
 // Opens and reads the data. The warnings of the reader; nothing, and told, if there is nothing to
 // run.
 std::optional<std::vector<std::string>> load(AnalyseDataObj& run, const RunJob& job,
-                                             InputFile& input, const KeptConsole& console) {
+                                             InputFile& input) {
     run.WantedPfad = job.Folder;
+    std::ostringstream told;
+    const ConsoleTo console(&told);
     const LoadResult loaded = LoadFirst(run, job.Data, job.Plan.IMFile, reportSideFile, input);
-    const std::vector<std::string> lines = console.lines();
+    const std::vector<std::string> lines = linesOf(told.str());
     if (loaded == LoadResult::NoFile) {
         tell("cannot read '" + job.Data + "': no such file, a pipe, or no right to read it");
         return std::nullopt;
     }
-    if (loaded == LoadResult::NoFolder || individualsOf(run) == 0) {
-        tell(job.Data + " cannot be used: " + joined(lines));
+    if (loaded == LoadResult::NoFolder || run.GetGesamtIndividuuenAnzahl() == 0) {
+        tell(job.Data + " cannot be used: " + joinedLines(lines));
         return std::nullopt;
     }
     if (!run.Unread.empty()) {
         tell("cannot read '" + job.Data + "': " + run.Unread);
         return std::nullopt;
     }
-    std::vector<std::string> warnings;
-    for (const std::string& line : lines) {
-        if (line.starts_with("Warning: ") || line.starts_with("Cannot ")) {
-            warnings.push_back(line);
-        }
-    }
-    return warnings;
-}
-
-// Goes over to the distances of individuals, whose measures may be others.
-void beginPass(const RunJob& job, AnalyseDataObj& run, const PassStep& step, Progress& progress) {
-    constexpr uint32_t kNoMeasures = DistBit::Engine | DistBit::PerLocus | DistBit::Nexus;
-    if (step.Number == kIndividualDistancesStep) {
-        run.PopDistMask = (run.PopDistMask & kNoMeasures) | job.Plan.IndividualMeasures;
-    }
-    if (run.Spreading != nullptr) {
-        startUnit(run.Spreading->seed(), {UnitKind::Pass, step.Number});
-    }
-    progress.begin(step.Name);
+    return warningsAmong(lines);
 }
 
 // Runs all passes on loaded data.
 Ran runPasses(const RunJob& job, AnalyseDataObj& run) {
     Ran ran;
     Progress progress(job.Data, job.Told, std::cerr);
-    const Spread spread(
-        job.Plan.Seed.value_or(0), job.Plan.Threads,
+    ran.Tests = runPlan(
+        run, job.Plan, [&progress](const PassStep& step) { progress.begin(step.Name); },
         [&progress](std::size_t done, std::size_t all) { progress.share(done, all); });
-    TestRecord tests;
-    run.Spreading = job.Plan.Seed ? &spread : nullptr;
-    run.SequentialHits = job.Plan.SequentialHits;
-    run.Tests = &tests;
-    run.TakeSettings(job.Plan.Masks, job.Plan.Scalars);
-    run.WriteOutput(job.Plan.Scalars.Bootstraps, job.Plan.Scalars.Permutationen,
-                    [&](const PassStep& step) { beginPass(job, run, step, progress); });
     progress.end();
-    if (job.Plan.Seed) {
-        run.LogEntry(("Random seed: " + std::to_string(*job.Plan.Seed)).c_str());
-    }
-    run.LogDatei.close();
     ran.Whole = run.Failures.empty();
     for (const std::string& line : run.Failures) {
         tell(job.Data + ": " + line);
         ran.Warnings.push_back(line);
     }
-    run.Tests = nullptr;
-    run.Spreading = nullptr;
-    ran.Names = namesOf(run);
-    ran.Tests = testRows(tests, ran.Names);
     ran.Passes = progress.passes();
-    ran.Individuals = individualsOf(run);
     return ran;
 }
 
@@ -289,7 +199,7 @@ Json recordOf(const RunJob& job, const Run& run, const Ran& ran, const std::stri
              {{"file", run.DataPath},
               {"sha256", sum},
               {"populations", run.AnzPop},
-              {"individuals", ran.Individuals},
+              {"individuals", run.GetGesamtIndividuuenAnzahl()},
               {"loci", run.AnzLoci}}},
             {"settings", settingsOf(job.Plan)},
             {"random", std::move(random)},
@@ -327,14 +237,12 @@ bool writeTable(const RunJob& job, const Ran& ran) {
 
 int doJob(const RunJob& job) {
     const std::string begun = now();
-    const KeptConsole console;
     InputFile input;
     AnalyseDataObj run;
-    const std::optional<std::vector<std::string>> warnings = load(run, job, input, console);
+    const std::optional<std::vector<std::string>> warnings = load(run, job, input);
     if (!warnings) {
         return kFailed;
     }
-    KeptConsole::drop();
     Ran ran = runPasses(job, run);
     ran.Warnings.insert(ran.Warnings.begin(), warnings->begin(), warnings->end());
     const std::string sum = dataSum(job, run, ran);

@@ -1,10 +1,10 @@
 // RunJob: one data file run as a RunPlan says, in the process that it is called in: it changes the
-// current folder and takes standard output away.
+// current folder.
 #ifndef KVA_TOOL_RUNJOB_H
 #define KVA_TOOL_RUNJOB_H
 
+#include "api/RunPlan.h"
 #include "tool/Progress.h"
-#include "tool/RunPlan.h"
 
 #include <filesystem>
 #include <string>

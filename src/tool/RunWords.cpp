@@ -1,13 +1,23 @@
 #include "tool/RunWords.h"
 
+#include "base/nearestword.h"
+#include "distance/measures.h"
+#include "formats/exports.h"
+
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <cctype>
 #include <random>
+#include <vector>
 
 namespace kva {
 
 namespace {
 
+using api::Settings;
+
+constexpr const char* kAll = "all";
 constexpr uint64_t kLargestSeed = (1ULL << 53U) - 1; // whole in JSON and in R
 constexpr int64_t kMost = 2147483647;                // replicates and permutations
 constexpr unsigned kMostThreads = 1024;
@@ -126,28 +136,105 @@ void refuse(bool wrong, const char* what) {
     }
 }
 
-// Options that say nothing without another one, or against it.
-void checkWords(const RunWords& words, const RunPlan& plan) {
-    const bool pairs = hasBit(plan.Masks.GeneralMask, GeneralBit::FStatistics) &&
-                       !hasBit(plan.Masks.FstMask, FstBit::NoPairs);
-    const bool ranges = words.HetRangeGiven->count() > 0;
-    const bool hetWords =
-        words.HetLinked || words.HetIndividuals || words.HetThin || words.HetUncorrected;
-    refuse(hetWords && !ranges, "--het-linked, --het-individuals, --het-thin and --het-uncorrected "
-                                "need --het-range N");
-    refuse((words.Sequential > 0 || words.FstLoci || words.Thin) && !pairs,
-           "--sequential, --fst-loci and --thin need --fst pairs");
-    refuse(words.Sequential > 0 && words.ClockSeed, "--sequential needs --seed, not --clock-seed");
-    refuse(words.Sequential > 0 && words.Thin, "--sequential and --thin do not go together");
-    refuse(words.ClockSeed && words.Threads > 1,
-           "--clock-seed draws one stream in order: it needs --threads 1");
-    refuse(words.Bootstrap > 1 && words.Distances.empty(), "--bootstrap needs --distances");
-    refuse(!words.IMFile.empty() && !hasBit(plan.Masks.GeneralMask, GeneralBit::IMFormat),
-           "--im-info needs --formats im");
+// Throws for a word that is none of the known ones.
+void checkWord(const char* what, const std::string& word, const std::vector<std::string>& known) {
+    if (const std::string unknown = unknownWord(what, word, known); !unknown.empty()) {
+        throw WrongWord(unknown);
+    }
 }
 
-void setBit(uint32_t& mask, uint32_t bit, bool on) {
-    mask = on ? mask | bit : mask & ~bit;
+void takeFst(const std::vector<std::string>& words, Settings& settings) {
+    for (const std::string& word : words) {
+        checkWord("F-statistic", word, {"pairs", "global", "beta"});
+        settings.fstPairs = settings.fstPairs || word == "pairs";
+        settings.fstGlobal = settings.fstGlobal || word == "global";
+        settings.fstBeta = settings.fstBeta || word == "beta";
+    }
+}
+
+void takeResampling(const std::string& word, Settings& settings) {
+    checkWord("unit of resampling", word, {"genotypes", "alleles"});
+    settings.resample = word == "genotypes" ? api::Resample::Genotypes : api::Resample::Alleles;
+}
+
+void takeHeterozygosity(const std::string& word, Settings& settings) {
+    using api::Heterozygosity;
+    checkWord("heterozygosity", word, {"observed", "expected", "inbred"});
+    settings.heterozygosity = word == "observed"   ? Heterozygosity::Observed
+                              : word == "expected" ? Heterozygosity::Expected
+                                                   : Heterozygosity::Inbred;
+}
+
+// The name of a measure; small letters do as well.
+std::string measureName(const std::string& word) {
+    std::vector<std::string> known;
+    for (const Measure& measure : allMeasures()) {
+        known.emplace_back(measure.Stem);
+    }
+    std::string name = word;
+    std::ranges::transform(name, name.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    if (std::ranges::find(known, name) == known.end()) {
+        checkWord("distance", word, known);
+    }
+    return name;
+}
+
+// "all", "population", "individual"; the last two with measures behind a colon: "population:CAS",
+// then "DAN" and so on, all of them without.
+void takeDistances(const std::vector<std::string>& words, Settings& settings) {
+    const std::vector<std::string> kinds = {kAll, "population", "individual"};
+    std::string whose; // of the word before
+    for (const std::string& word : words) {
+        const std::size_t colon = word.find(':');
+        std::string measure = kAll;
+        if (!whose.empty() && colon == std::string::npos &&
+            std::ranges::find(kinds, word) == kinds.end()) {
+            measure = measureName(word);
+        } else {
+            whose = word.substr(0, colon);
+            checkWord("kind of distances", whose, kinds);
+            measure = colon == std::string::npos ? kAll : measureName(word.substr(colon + 1));
+        }
+        if (whose != "individual") {
+            settings.populationDistances.insert(measure);
+        }
+        if (whose != "population") {
+            settings.individualDistances.insert(measure);
+        }
+    }
+}
+
+void takeFormats(const std::vector<std::string>& words, Settings& settings) {
+    std::vector<std::string> known = {kAll};
+    for (const Export& row : allExports()) {
+        known.emplace_back(row.Keyword);
+    }
+    for (const std::string& word : words) {
+        checkWord("format", word, known);
+        settings.formats.insert(word);
+    }
+}
+
+// Options that say nothing without another one, or against it.
+void checkWords(const RunWords& words, const Settings& settings) {
+    refuse((settings.hetLinked || settings.hetIndividuals || settings.hetThin ||
+            settings.hetUncorrected) &&
+               !settings.hetRange,
+           "--het-linked, --het-individuals, --het-thin and --het-uncorrected "
+           "need --het-range N");
+    refuse((settings.sequentialHits > 0 || settings.fstLoci || settings.thin) && !settings.fstPairs,
+           "--sequential, --fst-loci and --thin need --fst pairs");
+    refuse(settings.sequentialHits > 0 && words.ClockSeed,
+           "--sequential needs --seed, not --clock-seed");
+    refuse(settings.sequentialHits > 0 && settings.thin,
+           "--sequential and --thin do not go together");
+    refuse(words.ClockSeed && words.Threads > 1,
+           "--clock-seed draws one stream in order: it needs --threads 1");
+    refuse(settings.bootstrap > 1 && words.Distances.empty(), "--bootstrap needs --distances");
+    refuse(!words.IMFile.empty() && !settings.formats.contains("im") &&
+               !settings.formats.contains(kAll),
+           "--im-info needs --formats im");
 }
 
 } // namespace
@@ -161,33 +248,33 @@ void RunWords::addTo(CLI::App& command) {
 }
 
 RunPlan RunWords::plan() const {
-    RunPlan plan;
-    AnalyseSettings& masks = plan.Masks;
-    if (!Fst.empty()) {
-        plan.addFst(Fst);
+    Settings settings;
+    takeFst(Fst, settings);
+    takeResampling(Resample, settings);
+    takeHeterozygosity(Heterozygosity, settings);
+    takeDistances(Distances, settings);
+    takeFormats(Formats, settings);
+    settings.permutations = static_cast<int32_t>(Permutations);
+    settings.sequentialHits = static_cast<int32_t>(Sequential);
+    settings.fstLoci = FstLoci;
+    settings.thin = Thin;
+    settings.bootstrap = static_cast<int32_t>(Bootstrap);
+    settings.minusLog = MinusLog;
+    settings.distanceLoci = DistanceLoci;
+    settings.nexus = Nexus;
+    if (HetRangeGiven->count() > 0) {
+        settings.hetRange = static_cast<int32_t>(HetRange);
     }
-    plan.setResampling(Resample);
-    plan.setHeterozygosity(Heterozygosity);
-    plan.addDistances(Distances);
-    plan.addFormats(Formats);
-    setBit(masks.FstMask, FstBit::PerLocus, FstLoci);
-    setBit(masks.FstMask, FstBit::RandomDiscard, Thin);
-    setBit(masks.GeneralMask, GeneralBit::MinusLog, MinusLog);
-    setBit(masks.PopDistMask, DistBit::PerLocus, DistanceLoci);
-    setBit(masks.PopDistMask, DistBit::Nexus, Nexus);
-    setBit(masks.GeneralMask, GeneralBit::HetRange, HetRangeGiven->count() > 0);
-    setBit(masks.HetRangeMask, HetRangeBit::Linked, HetLinked);
-    setBit(masks.HetRangeMask, HetRangeBit::Individuals, HetIndividuals);
-    setBit(masks.HetRangeMask, HetRangeBit::RandomDiscard, HetThin);
-    setBit(masks.HetRangeMask, HetRangeBit::CorrectZero, !HetUncorrected);
-    plan.Scalars.Permutationen = static_cast<int32_t>(Permutations);
-    plan.Scalars.Bootstraps = static_cast<int32_t>(Bootstrap);
-    plan.Scalars.HetRandomisierungen = static_cast<int32_t>(HetRange);
-    plan.Scalars.RichnessRef = Rarefy < 0 ? -1 : static_cast<int32_t>(2 * Rarefy);
+    settings.hetLinked = HetLinked;
+    settings.hetIndividuals = HetIndividuals;
+    settings.hetThin = HetThin;
+    settings.hetUncorrected = HetUncorrected;
+    settings.rarefy = Rarefy;
+    settings.threads = Threads;
+    checkWords(*this, settings);
+    RunPlan plan = planOf(settings);
     plan.IMFile = IMFile;
-    plan.Threads = Threads;
-    plan.SequentialHits = static_cast<int32_t>(Sequential);
-    checkWords(*this, plan);
+    plan.Seed.reset(); // kva's very stream
     if (!ClockSeed) {
         plan.Seed = SeedGiven->count() > 0 ? Seed : entropySeed();
     }

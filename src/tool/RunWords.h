@@ -2,7 +2,7 @@
 #ifndef KVA_TOOL_RUNWORDS_H
 #define KVA_TOOL_RUNWORDS_H
 
-#include "tool/RunPlan.h"
+#include "api/RunPlan.h"
 
 #include <cstdint>
 #include <string>

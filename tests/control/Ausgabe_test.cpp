@@ -1,5 +1,6 @@
 #include "control/Ausgabe.h"
 
+#include "base/console.h"
 #include "support/support.h"
 
 #include <algorithm>
@@ -37,8 +38,8 @@ std::string printed(double wert, int code = 0) {
 // Stands in for the console and keeps what had come by the last flush.
 class FlushWatch : public std::stringbuf {
   public:
-    FlushWatch() : console(std::cout.rdbuf(this)) {}
-    ~FlushWatch() override { std::cout.rdbuf(console); }
+    FlushWatch() : stream(this), console(&stream) {}
+    ~FlushWatch() override = default;
     FlushWatch(const FlushWatch&) = delete;
     FlushWatch& operator=(const FlushWatch&) = delete;
 
@@ -50,7 +51,8 @@ class FlushWatch : public std::stringbuf {
         return 0;
     }
 
-    std::streambuf* console; // the true one, not owned
+    std::ostream stream;
+    ConsoleTo console;
 };
 
 struct Row {

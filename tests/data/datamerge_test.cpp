@@ -595,3 +595,31 @@ TEST(SaveDataAsProperty, WhatWasSavedReadsBackEqual) {
         expectSameData(*run, *again, seed);
     }
 }
+
+// --- Copies ---------------------------------------------------------------------------------
+
+TEST(DataCopy, HoldsTheSameAndHasGenotypesOfItsOwn) {
+    LoadedRun run(kTwoPops);
+    LoadedData copy;
+    copy.CopyOf(*run);
+    EXPECT_EQ(copy.CompareSamples(*run), 0);
+    EXPECT_EQ(copy.AnzLoci, 2);
+    EXPECT_EQ(copy.AnzPop, 2);
+    EXPECT_EQ(copy.DatenFormat, 2);
+    EXPECT_EQ(copy.KopfZeilen, 3);
+    EXPECT_EQ(copy.DateiName, "data.txt");
+    EXPECT_EQ(copy.DataBytes, run->DataBytes);
+    EXPECT_EQ(copy.MaxChromosomen, run->MaxChromosomen);
+    copy.SetTierDaten(1, 1, 0, 7, 8);
+    int a1 = 0;
+    int a2 = 0;
+    run->GetTierDaten(1, 1, 0, a1, a2);
+    EXPECT_EQ(a1, 100);
+    EXPECT_EQ(a2, 102);
+}
+
+TEST(DataCopy, OfNothingIsNothing) {
+    LoadedData copy;
+    copy.CopyOf(LoadedData());
+    EXPECT_EQ(copy.Daten, nullptr);
+}

@@ -111,7 +111,8 @@ def faults_of_input(table):
     used = {input_file(word) for case in table.values() for word in case.get("input", "").split()}
     told = (INPUT / "README.md").read_text(encoding="utf-8")
     found = []
-    for file in sorted([*INPUT.iterdir(), *EXAMPLES.iterdir()]):
+    examples = [file for file in EXAMPLES.iterdir() if file.is_file()]
+    for file in sorted([*INPUT.iterdir(), *examples]):
         place = "%s/%s" % (file.parent.name, file.name)
         if file.name == "README.md":
             continue

@@ -1,5 +1,6 @@
 #include "output/resultfolder.h"
 
+#include "output/passfolder.h"
 #include "support/datasets.h"
 
 #include <gtest/gtest.h>
@@ -234,4 +235,52 @@ TEST_F(InitPath, WithoutACurrentFolderTheFailureNamesTheFile) {
     fs::remove(gone.path());
     EXPECT_EQ(run("data.txt"), 1);
     EXPECT_EQ(console, failureText("data.txt", "No such file or directory"));
+}
+
+// --- In memory --------------------------------------------------------------------------
+
+TEST_F(InitPath, InMemoryTouchesNoFileAndNoFolder) {
+    obj.KeepInMemory();
+    EXPECT_EQ(run("some/data.txt"), 0);
+    { const PassFolder pass(obj, Folder::GroupData); }
+    EXPECT_TRUE(obj.Enter());
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+    EXPECT_EQ(fs::current_path(), folder.path());
+    EXPECT_EQ(obj.DateiKurzName, "data.txt");
+    EXPECT_FALSE(obj.FolderMissing);
+}
+
+TEST_F(InitPath, InMemoryAFileIsATextByItsPath) {
+    obj.KeepInMemory();
+    run("data.txt");
+    {
+        PassFolder pass(obj, Folder::FormatsData);
+        EXPECT_TRUE(pass.entered());
+        EXPECT_EQ(pass.enterInner(Folder::IMFormat), 0);
+        obj.OpenResult("a", "wb").text("1");
+    }
+    obj.OpenResult("b", "wb").text("2");
+    obj.LogEntry("done");
+    EXPECT_EQ(
+        obj.texts(),
+        (ResultTexts{{"Formats&Data/IM_Format/a", "1"}, {"KVA.log", "\ndone\n"}, {"b", "2"}}));
+}
+
+TEST_F(InitPath, InMemoryTheModeTellsWhetherATextBeginsAnew) {
+    obj.KeepInMemory();
+    run("data.txt");
+    obj.OpenResult("a", "wb+").text("1");
+    obj.OpenResult("a", "ab+").text("2");
+    obj.OpenResult("a", "rb+").text("3");
+    EXPECT_EQ(obj.texts().at("a"), "123");
+    obj.OpenResult("a", "wb").text("4");
+    EXPECT_EQ(obj.takeTexts().at("a"), "4");
+}
+
+TEST_F(InitPath, InMemoryANextFolderBeginsEmpty) {
+    obj.KeepInMemory();
+    run("data.txt");
+    obj.OpenResult("a", "wb").text("1");
+    run("data.txt");
+    EXPECT_EQ(obj.texts(), (ResultTexts{{"KVA.log", ""}}));
 }

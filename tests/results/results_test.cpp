@@ -190,3 +190,32 @@ TEST(Results, HugeCellIsNoNumber) {
     EXPECT_THAT(folder.read().faults, ElementsAre("Single_data/Var.xls: line 2: \"" +
                                                   std::string(40, '9') + "\" is no number"));
 }
+
+// --- In memory --------------------------------------------------------------------------
+
+TEST(Results, OfAFolderInMemoryAreThoseOfTheSameOnTheDisk) {
+    const Folder folder;
+    const std::string draws = "Replicate\tL1\n1\t0.5\n";
+    folder.write("Resampling_data/B_HetRange.xls", draws);
+    folder.write("Resampling_data/A_HetRange.xls", draws);
+    folder.write("Resampling_datax/C_HetRange.xls", draws); // no sheet of that folder
+    ResultTexts texts;
+    for (const auto& entry : fs::recursive_directory_iterator(folder / "")) {
+        if (entry.is_regular_file()) {
+            texts[fs::relative(entry.path(), folder / "").string()] =
+                kva_test::readFile(entry.path());
+        }
+    }
+    const Read onDisk = folder.read();
+    std::vector<std::string> rows;
+    const auto faults =
+        readResults(texts, [&rows](const TidyRow& row) { rows.push_back(asLine(row)); });
+    EXPECT_EQ(faults, onDisk.faults);
+    EXPECT_EQ(rows, onDisk.rows);
+    EXPECT_THAT(rows, testing::SizeIs(testing::Ge(4U)));
+}
+
+TEST(Results, OfAnEmptyFolderInMemoryAreNone) {
+    EXPECT_THAT(readResults(ResultTexts(), [](const TidyRow&) { FAIL(); }),
+                ElementsAre("the result: holds no result sheet"));
+}

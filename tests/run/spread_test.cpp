@@ -1,10 +1,14 @@
 // Units of work on threads: each once, taken in order.
 #include "run/spread.h"
 
+#include "base/plainlocale.h"
+
 #include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
+#include <mutex>
 #include <numeric>
+#include <set>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -27,6 +31,20 @@ std::vector<std::size_t> takenUnits(std::size_t units, unsigned threads, std::si
 }
 
 } // namespace
+
+TEST(Spread, ThreadsTakeTheLocaleOfTheirCallerOver) {
+    const PlainLocale plain;
+    std::mutex mutex;
+    std::set<locale_t> seen;
+    Spread(1, 2).inOrder(20, 4, [&]() -> Spread::Work {
+        return [&](std::size_t) -> Spread::Take {
+            const std::lock_guard lock(mutex);
+            seen.insert(localeOfThread());
+            return nullptr;
+        };
+    });
+    EXPECT_EQ(seen, std::set<locale_t>{localeOfThread()});
+}
 
 TEST(Spread, TakesAllUnitsInOrder) {
     for (const unsigned threads : {1U, 2U, 5U}) {

@@ -1,5 +1,7 @@
 #include "support/support.h"
 
+#include "base/console.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -85,6 +87,7 @@ StdoutCapture::StdoutCapture() : console(dup(STDOUT_FILENO)), taken(openUnnamedF
     if (console < 0 || dup2(taken, STDOUT_FILENO) < 0) {
         throw std::runtime_error("standard output cannot be taken");
     }
+    before = kva::setConsole(&std::cout);
 }
 
 StdoutCapture::~StdoutCapture() {
@@ -102,6 +105,7 @@ void StdoutCapture::end() {
         return;
     }
     flushConsole();
+    kva::setConsole(before);
     dup2(console, STDOUT_FILENO);
     close(console);
     console = -1;

@@ -62,7 +62,7 @@ class SizeLimit {
 };
 
 // Takes all that goes to standard output (file descriptor 1, so std::cout and stdio alike) from
-// its construction to text() or the end of the scope.
+// its construction to text() or the end of the scope. The console goes there meanwhile.
 class StdoutCapture {
   public:
     StdoutCapture();
@@ -79,7 +79,8 @@ class StdoutCapture {
     void end();
 
     int console = -1; // OWNED descriptor of the true standard output; -1 when given back
-    int taken = -1;   // OWNED descriptor of the unnamed file that takes the text
+    std::ostream* before = nullptr; // console of before; NOT OWNED
+    int taken = -1;                 // OWNED descriptor of the unnamed file that takes the text
     std::string held;
 };
 

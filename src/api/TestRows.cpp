@@ -1,4 +1,4 @@
-#include "tool/TestRows.h"
+#include "api/TestRows.h"
 
 #include "fstat/adjustedp.h"
 

@@ -1,7 +1,7 @@
 // The permutation tests of a run, a row for each statistic of each pair or locus, with the p-values
 // that a paper wants beside those of the sheets.
-#ifndef KVA_TOOL_TESTROWS_H
-#define KVA_TOOL_TESTROWS_H
+#ifndef KVA_API_TESTROWS_H
+#define KVA_API_TESTROWS_H
 
 #include "results/tidy.h"
 #include "run/testrecord.h"
