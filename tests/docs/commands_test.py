@@ -28,7 +28,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FENCE = re.compile(r"^```(\w*)[ ]*(.*)$")
-TIMEOUT = 120  # seconds for a command
+TIMEOUT = 300  # seconds for a command; a build without optimisation is slow
 SKIPPED = 77
 
 
