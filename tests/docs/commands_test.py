@@ -4,14 +4,13 @@
 Usage: commands_test.py KVA KVATOOL [PAGE...]      default: all pages
 
 A fenced block that begins with "$ " is run by bash in a folder that holds the example data, the same one for
-all blocks of a page. A command goes on in lines that begin with "> ", and where its line ends with "\\"; the lines
-up to the next "$ " are what it prints, standard error with it. A line "..." stands for any lines, "..." at the end of a line for any rest.
+all blocks of a page. A command goes on in lines that begin with "> ", and where its line ends with "\\"; the
+lines up to the next "$ " are what it prints, standard error with it. A line "..." stands for any lines,
+"..." at the end of a line for any rest.
 Words behind the language of a fence:
 
     needs=a,b     programs and R packages (r:adegenet) that the block needs; without them it is skipped
     file=NAME     the block is the file NAME, written into the folder
-    file=NAME=    ... it is what stands in the file NAME
-    show          the block is shown alone and not run
 
 Exit status 77 if nothing but skipped blocks is left.
 """
@@ -48,7 +47,7 @@ class Block:
         return "%s:%d" % (self.page.relative_to(ROOT), self.line)
 
     def runs(self):
-        return bool(self.lines) and self.lines[0].startswith("$ ") and "show" not in self.options
+        return bool(self.lines) and self.lines[0].startswith("$ ")
 
 
 def blocks(page):
@@ -117,14 +116,8 @@ class PageRun:
             print("    " + line)
 
     def file(self, block):
-        name = block.options["file"]
-        text = [line.rstrip() for line in block.lines]
-        if name.endswith("="):
-            came = (self.folder / name[:-1]).read_text().splitlines()
-            if not fits(text, came):
-                self.told(block, "the file " + name[:-1], text, came)
-        else:
-            (self.folder / name).write_text("".join(line + "\n" for line in block.lines))
+        text = "".join(line + "\n" for line in block.lines)
+        (self.folder / block.options["file"]).write_text(text)
 
     def run(self, block):
         lacks = [need for need in block.options.get("needs", "").split(",")
