@@ -51,5 +51,18 @@ class Blocks(unittest.TestCase):
         self.assertEqual((file.options, file.lines, file.line), ({"file": "f.txt"}, ["1"], 5))
 
 
+class Needs(unittest.TestCase):
+    def block(self, *lines, needs=""):
+        block = commands_test.Block(commands_test.ROOT / "page.md", 1, "needs=" + needs)
+        block.lines = list(lines)
+        return block
+
+    def test_block_that_lacks_a_program_is_skipped_and_told(self):
+        run = commands_test.PageRun(None, {})
+        run.run(self.block("$ false", needs="sh,no-such-program"))
+        self.assertEqual((run.commands, run.failures), (0, 0))
+        self.assertEqual(run.skipped, ["page.md:1, which needs no-such-program"])
+
+
 if __name__ == "__main__":
     unittest.main()
