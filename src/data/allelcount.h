@@ -120,7 +120,7 @@ class AllelCount {
     // `korrigiert` is not 0; capped at 1.0. Needs C > 2. Near Nei 1987, equation 7.39, for one
     // sample, n/(n-1) (1 - sum p(i)^2 - Hobs/(2n)) with n individuals, but with the 2n gene
     // copies of diploid data (C is 4n) in the place of n: 2n/(2n-1) (1 - sum p(i)^2 -
-    // Hobs/(4n)). Corrected it is never above Nei's (docs/statistics.md).
+    // Hobs/(4n)). Corrected it is never above Nei's (docs/results.md).
     double CalcHsk(int korrigiert) const;
 
     // Mean allele number: sum a(i) Anzahl(i) / AnzGesamt, a(i) the number. Needs C > 1.
