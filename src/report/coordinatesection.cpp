@@ -1,0 +1,210 @@
+#include "report/coordinates.h"
+#include "report/html.h"
+#include "report/numbertext.h"
+#include "report/sections.h"
+#include "report/svg.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kva {
+
+namespace {
+
+constexpr int kDigits = 6;
+
+// The points of a picture, with what they are coloured by.
+struct Points {
+    const PairDistances& distances;
+    Coordinates found;
+    std::vector<std::size_t> groups; // of each point; empty: each is named instead
+    std::vector<std::string> groupNames;
+};
+
+std::string shareText(const Coordinates& found, std::size_t axis) {
+    return fixedText(100 * found.eigenvalues[axis] / found.trace, 1);
+}
+
+// A symmetric range that holds the values of an axis.
+std::pair<double, double> rangeOf(const std::vector<double>& axis) {
+    const auto [low, high] = std::minmax_element(axis.begin(), axis.end());
+    const double room = 0.06 * (*high - *low);
+    return {*low - room, *high + room};
+}
+
+class PointPicture {
+  public:
+    explicit PointPicture(const Points& points) : P(points) {
+        const auto [lowX, highX] = rangeOf(P.found.axes[0]);
+        const auto [lowY, highY] = rangeOf(P.found.axes[1]);
+        X = {lowX, highX, kLeft, kLeft + kWidth};
+        Y = {lowY, highY, kTop + kHeight, kTop};
+    }
+
+    std::string draw() {
+        const double legend = P.groups.empty() ? 0 : legendRows() * kLegendRow + 14;
+        Svg svg(kLeft + kWidth + 20, kTop + kHeight + 52 + legend,
+                "The first two principal coordinates");
+        drawFrame(svg);
+        for (std::size_t i = 0; i < P.found.axes[0].size(); ++i) {
+            drawPoint(svg, i);
+        }
+        if (!P.groups.empty()) {
+            drawLegend(svg);
+        }
+        return svg.finish();
+    }
+
+  private:
+    static constexpr double kLeft = 64;
+    static constexpr double kTop = 10;
+    static constexpr double kWidth = 660;
+    static constexpr double kHeight = 460;
+    static constexpr double kLegendRow = 18;
+    static constexpr double kLegendColumn = 140;
+    static constexpr std::size_t kLegendColumns = 5;
+    static constexpr std::size_t kManyPoints = 60;
+    static constexpr std::size_t kLongestName = 18;
+
+    double legendRows() const {
+        return std::ceil(static_cast<double>(P.groupNames.size()) /
+                         static_cast<double>(kLegendColumns));
+    }
+
+    void drawFrame(Svg& svg) const {
+        for (const double tick : roundTicks(X.low, X.high, 6)) {
+            svg.line(X.at(tick), Y.to, X.at(tick), Y.from, tick == 0 ? kGrey : "#ececec");
+            svg.text(X.at(tick), Y.from + 16, shortText(tick, 4), {.anchor = "middle", .size = 11});
+        }
+        for (const double tick : roundTicks(Y.low, Y.high, 6)) {
+            svg.line(X.from, Y.at(tick), X.to, Y.at(tick), tick == 0 ? kGrey : "#ececec");
+            svg.text(X.from - 6, Y.at(tick) + 4, shortText(tick, 4), {.anchor = "end", .size = 11});
+        }
+        svg.text((X.from + X.to) / 2, Y.from + 38,
+                 "Axis 1 (" + shareText(P.found, 0) + " % of the variance)", {.anchor = "middle"});
+        svg.text(16, (Y.from + Y.to) / 2,
+                 "Axis 2 (" + shareText(P.found, 1) + " % of the variance)",
+                 {.anchor = "middle", .upright = true});
+    }
+
+    void drawPoint(Svg& svg, std::size_t i) const {
+        const double x = X.at(P.found.axes[0][i]);
+        const double y = Y.at(P.found.axes[1][i]);
+        const std::string& label = P.distances.labels[i];
+        if (!P.groups.empty()) {
+            const std::size_t g = P.groups[i];
+            svg.mark(g / 7, x, y, 3.2, groupColour(g), label + ", " + P.groupNames[g]);
+            return;
+        }
+        const bool many = P.found.axes[0].size() > kManyPoints;
+        svg.circle(x, y, many ? 2.5 : 4, kBlue, label);
+        if (!many) {
+            const std::string name = shortName(label, kLongestName);
+            const bool turned = x + 8 + textWidth(name, 11) > X.to; // to the left of its point
+            svg.text(turned ? x - 6 : x + 6, y - 5, name,
+                     {.anchor = turned ? "end" : "start", .size = 11});
+        }
+    }
+
+    void drawLegend(Svg& svg) const {
+        const double top = Y.from + 62;
+        for (std::size_t g = 0; g < P.groupNames.size(); ++g) {
+            const double x = kLeft + kLegendColumn * static_cast<double>(g % kLegendColumns);
+            const double y = top + kLegendRow * std::floor(static_cast<double>(g / kLegendColumns));
+            svg.mark(g / 7, x, y - 4, 4, groupColour(g));
+            svg.text(x + 10, y, shortName(P.groupNames[g], kLongestName), {.size = 11});
+        }
+    }
+
+    const Points& P;
+    Scale X;
+    Scale Y;
+};
+
+Table pointTable(const Points& points, const std::string& id, const std::string& of) {
+    Table table{.id = id, .title = "Coordinates of the " + of, .source = ""};
+    table.folded = true;
+    table.columns = {{.head = of == "individuals" ? "Individual" : "Population", .labels = true}};
+    if (!points.groups.empty()) {
+        table.columns.push_back({.head = "Population", .words = true});
+    }
+    table.columns.push_back({.head = "Axis 1", .derived = true});
+    table.columns.push_back({.head = "Axis 2", .derived = true});
+    for (std::size_t i = 0; i < points.distances.labels.size(); ++i) {
+        std::vector<Cell> row = {{points.distances.labels[i]}};
+        if (!points.groups.empty()) {
+            row.push_back({points.groupNames[points.groups[i]]});
+        }
+        for (std::size_t axis = 0; axis < 2; ++axis) {
+            row.push_back({fixedText(points.found.axes[axis][i], kDigits)});
+        }
+        table.rows.push_back(std::move(row));
+    }
+    return table;
+}
+
+Table eigenvalueTable(const Points& points, const std::string& id) {
+    Table table{.id = id, .title = "Eigenvalues", .source = ""};
+    table.folded = true;
+    table.columns = {{.head = "Axis", .labels = true},
+                     {.head = "Eigenvalue", .derived = true},
+                     {.head = "Of the sum of all, %", .derived = true}};
+    for (std::size_t k = 0; k < points.found.eigenvalues.size(); ++k) {
+        table.rows.push_back({{std::to_string(k + 1)},
+                              {shortText(points.found.eigenvalues[k], kDigits)},
+                              {shareText(points.found, k)}});
+    }
+    return table;
+}
+
+std::string captionOf(const Points& points) {
+    std::string caption =
+        "The first two principal coordinates of the distance " + points.distances.measure;
+    if (points.distances.replicatesRead > 1) {
+        caption += ", means of the bootstrap replicates";
+    }
+    return caption + (points.groups.empty() ? "." : "; colours and shapes: populations.");
+}
+
+// The section, once for populations and once for individuals.
+bool writeCoordinates(const PairDistances& distances, Points points, const std::string& of,
+                      std::string& html) {
+    if (distances.measure.empty()) {
+        return false;
+    }
+    const auto without = std::count_if(distances.values.begin(), distances.values.end(),
+                                       [](double v) { return !std::isfinite(v); });
+    if (without > 0) {
+        appendNote(html, "There are no coordinates: the distance " + distances.measure +
+                             " has no value for " + std::to_string(without) + " of " +
+                             counted(distances.values.size(), "pair") + ".");
+        return true;
+    }
+    points.found = principalCoordinates(distances.values, distances.labels.size());
+    if (points.found.axes.size() < 2) {
+        appendNote(html, "There are fewer than two principal coordinates.");
+        return true;
+    }
+    appendFigure(html, of + "-picture", "Principal coordinates of the " + of,
+                 PointPicture(points).draw(), captionOf(points));
+    appendTable(html, pointTable(points, of + "-axes", of));
+    appendTable(html, eigenvalueTable(points, of + "-eigenvalues"));
+    return true;
+}
+
+} // namespace
+
+bool writePopulationCoordinates(const ReportData& data, std::string& html) {
+    return writeCoordinates(data.ofPopulations, {data.ofPopulations, {}, {}, {}}, "populations",
+                            html);
+}
+
+bool writeIndividualCoordinates(const ReportData& data, std::string& html) {
+    Points points{data.ofIndividuals, {}, data.populationOf, {}};
+    if (!points.groups.empty()) {
+        points.groupNames = data.populations;
+    }
+    return writeCoordinates(data.ofIndividuals, std::move(points), "individuals", html);
+}
+
+} // namespace kva
