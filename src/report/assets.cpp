@@ -26,6 +26,7 @@ figure .scroll { max-height: none; border: 0; }
 figure svg { display: block; }
 figcaption { font-size: 0.9rem; margin-top: 4px; }
 .table { margin: 16px 0; }
+.table .scroll { width: fit-content; }
 table { border-collapse: collapse; font-size: 0.88rem; font-variant-numeric: tabular-nums; }
 caption { text-align: left; font-weight: bold; padding: 4px 8px; }
 .source, .small { color: #555555; font-weight: normal; font-size: 0.85rem; }
@@ -130,7 +131,7 @@ constexpr std::string_view kScript = R"js(
 // Check sums of the two texts above, SHA-256 in base 64; a test holds them together.
 constexpr std::string_view kPolicy =
     "default-src 'none'; "
-    "style-src 'sha256-3ERNGvn38q3gExgEGAk/vJgr7ChaS8aCZwXMNv10QUY='; "
+    "style-src 'sha256-MVpSgo0vDtk4nmGepUKYAAuq/kRE04QVmIm7omKum6c='; "
     "script-src 'sha256-5BMqCjA8/0UXESnWNVADyd/KHQ5Y5GZ2VQ1WGMgrMj0='; "
     "base-uri 'none'; form-action 'none'";
 

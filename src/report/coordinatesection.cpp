@@ -25,7 +25,7 @@ std::string shareText(const Coordinates& found, std::size_t axis) {
     return fixedText(100 * found.eigenvalues[axis] / found.trace, 1);
 }
 
-// A symmetric range that holds the values of an axis.
+// A range with some room around the values of an axis.
 std::pair<double, double> rangeOf(const std::vector<double>& axis) {
     const auto [low, high] = std::minmax_element(axis.begin(), axis.end());
     const double room = 0.06 * (*high - *low);
@@ -64,6 +64,7 @@ class PointPicture {
     static constexpr double kLegendColumn = 140;
     static constexpr std::size_t kLegendColumns = 5;
     static constexpr std::size_t kManyPoints = 60;
+    static constexpr double kNameSize = 11;
     static constexpr std::size_t kLongestName = 18;
 
     double legendRows() const {
@@ -87,7 +88,7 @@ class PointPicture {
                  {.anchor = "middle", .upright = true});
     }
 
-    void drawPoint(Svg& svg, std::size_t i) const {
+    void drawPoint(Svg& svg, std::size_t i) {
         const double x = X.at(P.found.axes[0][i]);
         const double y = Y.at(P.found.axes[1][i]);
         const std::string& label = P.distances.labels[i];
@@ -96,14 +97,57 @@ class PointPicture {
             svg.mark(g / 7, x, y, 3.2, groupColour(g), label + ", " + P.groupNames[g]);
             return;
         }
-        const bool many = P.found.axes[0].size() > kManyPoints;
-        svg.circle(x, y, many ? 2.5 : 4, kBlue, label);
-        if (!many) {
-            const std::string name = shortName(label, kLongestName);
-            const bool turned = x + 8 + textWidth(name, 11) > X.to; // to the left of its point
-            svg.text(turned ? x - 6 : x + 6, y - 5, name,
-                     {.anchor = turned ? "end" : "start", .size = 11});
+        svg.circle(x, y, many() ? 2.5 : 4, kBlue, label);
+        if (!many()) {
+            drawName(svg, x, y, shortName(label, kLongestName));
         }
+    }
+
+    bool many() const { return P.found.axes[0].size() > kManyPoints; }
+
+    // Writes a name beside its point, where it covers no other name if there is such a place.
+    void drawName(Svg& svg, double x, double y, const std::string& name) {
+        const double width = textWidth(name, kNameSize);
+        const auto boxAt = [&](int corner) {
+            const double left = corner % 2 == 0 ? x + 6 : x - 6 - width;
+            return Box{left, corner < 2 ? y - 15 : y + 3, left + width,
+                       corner < 2 ? y - 3 : y + 15};
+        };
+        int best = x + 6 + width > X.to ? 1 : 0;
+        for (int corner = 0; corner < 4; ++corner) {
+            const Box box = boxAt(corner);
+            if (box.left >= X.from && box.right <= X.to && isFree(box)) {
+                best = corner;
+                break;
+            }
+        }
+        const Box box = boxAt(best);
+        Names.push_back(box);
+        svg.text(best % 2 == 0 ? box.left : box.right, box.bottom - 2, name,
+                 {.anchor = best % 2 == 0 ? "start" : "end", .size = kNameSize});
+    }
+
+    struct Box {
+        double left, top, right, bottom;
+    };
+
+    bool isFree(const Box& box) const {
+        const auto meets = [&box](const Box& other) {
+            return box.left < other.right && other.left < box.right && box.top < other.bottom &&
+                   other.top < box.bottom;
+        };
+        if (std::any_of(Names.begin(), Names.end(), meets)) {
+            return false;
+        }
+        constexpr double kRadius = 4;
+        for (std::size_t i = 0; i < P.found.axes[0].size(); ++i) {
+            const double x = X.at(P.found.axes[0][i]);
+            const double y = Y.at(P.found.axes[1][i]);
+            if (meets({x - kRadius, y - kRadius, x + kRadius, y + kRadius})) {
+                return false;
+            }
+        }
+        return true;
     }
 
     void drawLegend(Svg& svg) const {
@@ -119,6 +163,7 @@ class PointPicture {
     const Points& P;
     Scale X;
     Scale Y;
+    std::vector<Box> Names; // that are written
 };
 
 Table pointTable(const Points& points, const std::string& id, const std::string& of) {

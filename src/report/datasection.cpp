@@ -13,13 +13,15 @@ constexpr int kPercentDigits = 2;
 
 // --- Sizes and missing data ------------------------------------------------------------------
 
-// The share of gene copies that are missing in a population (from 0) at a locus; NaN: not known.
+// The share of gene copies that are missing in a population (from 0) at a locus; NaN: not known. The
+// sheet has no number where there are none at all.
 double missingShare(const ReportData& data, std::size_t population, std::size_t locus) {
     if (data.individuals.empty()) {
         return std::nan("");
     }
     const double all = 2 * static_cast<double>(data.individuals[population]);
-    return 1 - numberOf(data.cell("gene_copies", population + 1, locus)) / all;
+    const double copies = numberOf(data.cell("gene_copies", population + 1, locus));
+    return std::isnan(copies) ? 1 : 1 - copies / all;
 }
 
 // The same over all loci, and of all populations where none is named.

@@ -141,11 +141,11 @@ std::string picture(const ReportData& data, bool points) {
         if (!std::isfinite(mean)) {
             return;
         }
+        svg.circle(x.at(mean), y, 4, kOrange, data.populations[row] + ": " + fixedText(mean, 4));
         const double error = richnessError(data, row);
         if (kPanels[p].statistic == kRichness && std::isfinite(error)) {
-            svg.line(x.at(mean - error), y, x.at(mean + error), y, kOrange, 2);
+            svg.line(x.at(mean - error), y, x.at(mean + error), y, kInk, 1.5);
         }
-        svg.circle(x.at(mean), y, 4, kOrange, data.populations[row] + ": " + fixedText(mean, 4));
     };
     return panelPicture(data.populations, panels, {.width = 205, .ticks = 4},
                         "Expected and observed heterozygosity, allelic richness and number of "
@@ -161,7 +161,8 @@ bool writeDiversitySection(const ReportData& data, std::string& html) {
     const std::vector<ResultRow>& references = data.of("allelic_richness_reference");
     appendFigure(html, "diversity-picture", "Diversity of the populations", picture(data, points),
                  std::string(points ? "Grey: a locus. " : "") +
-                     "Orange: the mean of the loci; the bar at the richness is its standard error "
+                     "Orange: the mean of the loci; the dark bar at the richness is its standard "
+                     "error, two ways "
                      "(rarefaction).",
                  data.populations.size() > kTallPicture);
     appendTable(html, meansTable(data));

@@ -29,10 +29,10 @@ struct Column {
 
 struct Table {
     std::string id;
-    std::string title;   // plain text
-    std::string source;  // the sheets that the numbers stand in; plain text, may be empty
-    bool remark = false; // each row gets a box to tick
-    bool folded = false; // opened by a click, as long ones always are
+    std::string title;       // plain text
+    std::string source = {}; // the sheets that the numbers stand in; plain text, may be empty
+    bool remark = false;     // each row gets a box to tick
+    bool folded = false;     // opened by a click, as long ones always are
     std::vector<Column> columns = {};
     std::vector<std::vector<Cell>> rows = {};
 };

@@ -59,7 +59,7 @@ std::string heatColour(double share) {
 }
 
 std::string_view inkOn(double share) {
-    constexpr double kLight = 0.55; // from here on black is the stronger contrast
+    constexpr double kLight = 0.45; // from here on black is the stronger contrast
     return share < kLight ? "#ffffff" : "#000000";
 }
 

@@ -49,6 +49,17 @@ SupportedTree treeOf(const PairDistances& distances) {
     return result;
 }
 
+// The largest of 1, 2 and 5 times a power of 10 that is at most `value`, which is above 0.
+double roundBelow(double value) {
+    const double power = std::pow(10.0, std::floor(std::log10(value)));
+    for (const double factor : {5.0, 2.0}) {
+        if (factor * power <= value) {
+            return factor * power;
+        }
+    }
+    return power;
+}
+
 // --- The picture
 // -----------------------------------------------------------------------------------
 
@@ -129,8 +140,7 @@ class TreePicture {
     }
 
     static void drawBar(Svg& svg, const Scale& x, double y) {
-        const std::vector<double> ticks = roundTicks(0, x.high / 4, 1);
-        const double length = ticks.back() > 0 ? ticks.back() : x.high / 4;
+        const double length = roundBelow(x.high / 4);
         svg.line(x.from, y, x.at(length), y, kInk, 2);
         svg.text(x.at(length) + 6, y + 4, shortText(length, 3), {.size = 11});
     }
