@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|builds|r ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|builds|browser|r ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -17,6 +17,7 @@ for need in "$@"; do
         g++-aarch64-linux-gnu=aarch64-linux-gnu-g++ qemu-user=qemu-aarch64 ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
+    browser) set -- "$@" chromium=chromium fonts-dejavu-core python3=python3 ;;
     peers) set -- "$@" r-base-core r-cran-adegenet phylip python3=python3 ;;
     r)
         set -- "$@" r-base-core r-cran-adegenet r-cran-ape r-cran-ggplot2 r-cran-jsonlite \

@@ -32,6 +32,45 @@ std::pair<double, double> rangeOf(const std::vector<double>& axis) {
     return {*low - room, *high + room};
 }
 
+// --- What the marks stand for
+// ---------------------------------------------------------------------
+
+constexpr double kLegendRow = 18;
+constexpr double kLegendColumn = 140;
+constexpr std::size_t kLegendColumns = 5;
+constexpr std::size_t kColours = 7;
+constexpr std::size_t kMarks = 42; // colours times shapes
+constexpr std::size_t kLongestName = 18;
+
+double legendHeight(std::size_t groups) {
+    return kLegendRow * static_cast<double>((groups + kLegendColumns - 1) / kLegendColumns);
+}
+
+// Colours first, then shapes.
+void drawMark(Svg& svg, std::size_t group, double x, double y, double radius,
+              std::string_view tip = {}) {
+    svg.mark(group / kColours, x, y, radius, groupColour(group), tip);
+}
+
+void drawLegend(Svg& svg, const std::vector<std::string>& names, double left, double top) {
+    for (std::size_t g = 0; g < names.size(); ++g) {
+        const double x = left + kLegendColumn * static_cast<double>(g % kLegendColumns);
+        const double y = top + kLegendRow * static_cast<double>(g / kLegendColumns);
+        drawMark(svg, g, x, y - 4, 4);
+        svg.text(x + 10, y, shortName(names[g], kLongestName), {.size = 11});
+    }
+}
+
+// The legend of many groups, a picture of its own.
+std::string legendPicture(const std::vector<std::string>& names) {
+    Svg svg(kLegendColumn * kLegendColumns + 20, legendHeight(names.size()) + 16,
+            "Colours and shapes of the populations");
+    drawLegend(svg, names, 16, 20);
+    return svg.finish();
+}
+
+// --- The points ---------------------------------------------------------------------------------
+
 class PointPicture {
   public:
     explicit PointPicture(const Points& points) : P(points) {
@@ -42,15 +81,15 @@ class PointPicture {
     }
 
     std::string draw() {
-        const double legend = P.groups.empty() ? 0 : legendRows() * kLegendRow + 14;
+        const double legend = hasLegend() ? legendHeight(P.groupNames.size()) + 14 : 0;
         Svg svg(kLeft + kWidth + 20, kTop + kHeight + 52 + legend,
                 "The first two principal coordinates");
         drawFrame(svg);
         for (std::size_t i = 0; i < P.found.axes[0].size(); ++i) {
             drawPoint(svg, i);
         }
-        if (!P.groups.empty()) {
-            drawLegend(svg);
+        if (hasLegend()) {
+            drawLegend(svg, P.groupNames, kLeft, Y.from + 62);
         }
         return svg.finish();
     }
@@ -60,17 +99,10 @@ class PointPicture {
     static constexpr double kTop = 10;
     static constexpr double kWidth = 660;
     static constexpr double kHeight = 460;
-    static constexpr double kLegendRow = 18;
-    static constexpr double kLegendColumn = 140;
-    static constexpr std::size_t kLegendColumns = 5;
     static constexpr std::size_t kManyPoints = 60;
     static constexpr double kNameSize = 11;
-    static constexpr std::size_t kLongestName = 18;
 
-    double legendRows() const {
-        return std::ceil(static_cast<double>(P.groupNames.size()) /
-                         static_cast<double>(kLegendColumns));
-    }
+    bool hasLegend() const { return !P.groups.empty() && P.groupNames.size() <= kTallPicture; }
 
     void drawFrame(Svg& svg) const {
         for (const double tick : roundTicks(X.low, X.high, 6)) {
@@ -94,7 +126,7 @@ class PointPicture {
         const std::string& label = P.distances.labels[i];
         if (!P.groups.empty()) {
             const std::size_t g = P.groups[i];
-            svg.mark(g / 7, x, y, 3.2, groupColour(g), label + ", " + P.groupNames[g]);
+            drawMark(svg, g, x, y, 3.2, label + ", " + P.groupNames[g]);
             return;
         }
         svg.circle(x, y, many() ? 2.5 : 4, kBlue, label);
@@ -150,16 +182,6 @@ class PointPicture {
         return true;
     }
 
-    void drawLegend(Svg& svg) const {
-        const double top = Y.from + 62;
-        for (std::size_t g = 0; g < P.groupNames.size(); ++g) {
-            const double x = kLeft + kLegendColumn * static_cast<double>(g % kLegendColumns);
-            const double y = top + kLegendRow * std::floor(static_cast<double>(g / kLegendColumns));
-            svg.mark(g / 7, x, y - 4, 4, groupColour(g));
-            svg.text(x + 10, y, shortName(P.groupNames[g], kLongestName), {.size = 11});
-        }
-    }
-
     const Points& P;
     Scale X;
     Scale Y;
@@ -208,7 +230,11 @@ std::string captionOf(const Points& points) {
     if (points.distances.replicatesRead > 1) {
         caption += ", means of the bootstrap replicates";
     }
-    return caption + (points.groups.empty() ? "." : "; colours and shapes: populations.");
+    if (points.groups.empty()) {
+        return caption + ".";
+    }
+    caption += "; colours and shapes: populations";
+    return caption + (points.groupNames.size() > kMarks ? ", which repeat after 42." : ".");
 }
 
 // The section, once for populations and once for individuals.
@@ -232,6 +258,10 @@ bool writeCoordinates(const PairDistances& distances, Points points, const std::
     }
     appendFigure(html, of + "-picture", "Principal coordinates of the " + of,
                  PointPicture(points).draw(), captionOf(points));
+    if (points.groupNames.size() > kTallPicture) {
+        appendFigure(html, of + "-legend", "Colours and shapes of the populations",
+                     legendPicture(points.groupNames), "", true);
+    }
     appendTable(html, pointTable(points, of + "-axes", of));
     appendTable(html, eigenvalueTable(points, of + "-eigenvalues"));
     return true;

@@ -13,8 +13,8 @@ constexpr int kPercentDigits = 2;
 
 // --- Sizes and missing data ------------------------------------------------------------------
 
-// The share of gene copies that are missing in a population (from 0) at a locus; NaN: not known. The
-// sheet has no number where there are none at all.
+// The share of gene copies that are missing in a population (from 0) at a locus; NaN: not known.
+// The sheet has no number where there are none at all.
 double missingShare(const ReportData& data, std::size_t population, std::size_t locus) {
     if (data.individuals.empty()) {
         return std::nan("");

@@ -203,12 +203,15 @@ std::string newick(const Tree& tree, std::span<const std::string> labels,
             text = quoted(labels[v]);
         } else {
             for (const std::size_t child : node.children) {
-                text += (text.empty() ? "(" : ",") + std::exchange(texts[child], "");
+                text += text.empty() ? '(' : ',';
+                text += std::exchange(texts[child], "");
             }
-            text += ")" + (percents.empty() ? "" : percents[v]);
+            text += ')';
+            text += percents.empty() ? "" : percents[v];
         }
         if (v != tree.root) {
-            text += ":" + shortText(node.length, 6);
+            text += ':';
+            text += shortText(node.length, 6);
         }
     }
     return texts[tree.root] + ";";

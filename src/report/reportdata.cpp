@@ -94,7 +94,7 @@ std::string upper(std::string_view text) {
 // Takes the rows of distances, those of populations or those of individuals.
 class DistanceTaker {
   public:
-    // keep: whether the replicates are kept beside their sum.
+    // keep: whether the replicates and the texts of the cells are kept, too.
     DistanceTaker(PairDistances& into, std::string wanted, bool keep)
         : Into(into), Wanted(std::move(wanted)), Keep(keep) {}
 
@@ -123,7 +123,9 @@ class DistanceTaker {
         if (Into.replicatesRead == 1) {
             takeLabels(row);
             Into.values.push_back(value);
-            Into.texts.emplace_back(row.value);
+            if (Keep) {
+                Into.texts.emplace_back(row.value);
+            }
         } else if (Place < Into.values.size()) {
             Into.values[Place] += value;
         }

@@ -31,7 +31,8 @@ struct PairDistances {
     std::string measure;             // "DAN"; empty: there are none
     std::vector<std::string> others; // further measures of the folder
     std::vector<std::string> labels;
-    std::vector<std::string> texts; // cells as the sheet prints them, where there is one replicate
+    std::vector<std::string> texts; // of populations: cells as the sheet prints them, where there
+                                    // is one replicate
     std::vector<double> values;     // of all loci; else means over the replicates; NaN: none
     std::size_t replicatesRead = 0; // 1: the values are those of the sheet
     std::vector<std::vector<double>> bootstrap; // values of each replicate; of populations alone
