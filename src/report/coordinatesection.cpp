@@ -43,7 +43,8 @@ constexpr std::size_t kMarks = 42; // colours times shapes
 constexpr std::size_t kLongestName = 18;
 
 double legendHeight(std::size_t groups) {
-    return kLegendRow * static_cast<double>((groups + kLegendColumns - 1) / kLegendColumns);
+    const std::size_t rows = (groups + kLegendColumns - 1) / kLegendColumns;
+    return kLegendRow * static_cast<double>(rows);
 }
 
 // Colours first, then shapes.
@@ -55,7 +56,8 @@ void drawMark(Svg& svg, std::size_t group, double x, double y, double radius,
 void drawLegend(Svg& svg, const std::vector<std::string>& names, double left, double top) {
     for (std::size_t g = 0; g < names.size(); ++g) {
         const double x = left + kLegendColumn * static_cast<double>(g % kLegendColumns);
-        const double y = top + kLegendRow * static_cast<double>(g / kLegendColumns);
+        const std::size_t row = g / kLegendColumns;
+        const double y = top + kLegendRow * static_cast<double>(row);
         drawMark(svg, g, x, y - 4, 4);
         svg.text(x + 10, y, shortName(names[g], kLongestName), {.size = 11});
     }

@@ -49,12 +49,12 @@ bool hasLimits(const ReportData& data) {
 }
 
 bool hasTests(const ReportData& data) {
-    return data.test("fst_global", "") != nullptr;
+    return data.test("fst_global") != nullptr;
 }
 
-Cell testCell(const ReportData& data, const GlobalStatistic& statistic, const std::string& locus) {
-    const std::string name = std::string(statistic.name) + (locus.empty() ? "" : "_locus");
-    const RunRecord::Test* test = data.test(name, locus);
+// The p-value of the record; place: of a locus.
+Cell testCell(const ReportData& data, const std::string& statistic, std::size_t place = 0) {
+    const RunRecord::Test* test = data.test(statistic, place);
     return test == nullptr ? Cell{""} : shortCell(test->p);
 }
 
@@ -82,7 +82,7 @@ Table overAllTable(const ReportData& data) {
                 {statistic.tested ? valueOf(data, std::string(statistic.name) + "_p") : ""});
         }
         if (hasTests(data)) {
-            row.push_back(testCell(data, statistic, ""));
+            row.push_back(testCell(data, statistic.name));
         }
         for (const char* limit : kLimits) {
             if (hasLimits(data)) {
@@ -117,7 +117,7 @@ Table lociTable(const ReportData& data) {
                 row.push_back({valueOf(data, name + "_p", l)});
             }
             if (hasTests(data) && statistic.tested) {
-                row.push_back(testCell(data, statistic, loci[l].locus));
+                row.push_back(testCell(data, name, l));
             }
         }
         table.rows.push_back(std::move(row));

@@ -104,6 +104,7 @@ class HeatMap {
                 High = std::max(High, value);
             }
         }
+        Low = std::isfinite(Low) ? Low : 0; // no pair has a value
         High = High > Low ? High : Low + 1;
     }
 

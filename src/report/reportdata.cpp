@@ -23,7 +23,7 @@ constexpr std::string_view kOfIndividuals = "_individuals";
 constexpr std::string_view kOfLocus = "_locus";
 
 // The statistics whose rows are kept as they are.
-constexpr std::array<std::string_view, 51> kKept = {
+constexpr std::array<std::string_view, 47> kKept = {
     "heterozygosity_expected",
     "heterozygosity_expected_rd",
     "heterozygosity_observed",
@@ -67,14 +67,10 @@ constexpr std::array<std::string_view, 51> kKept = {
     "fst_global_heterogeneity",
     "fit_global_heterogeneity",
     "fis_global_heterogeneity",
-    "heterogeneity_loci_drawn",
-    "heterogeneity_replicates",
     "fst_pairwise",
     "fst_pairwise_p",
     "fst_pairwise_p_bonferroni",
     "heterozygosity_range",
-    "beta_population",
-    "fst_pairwise_tested",
 };
 
 ResultRow keptRow(const TidyRow& row) {
@@ -464,10 +460,10 @@ std::vector<const RunRecord::Test*> ReportData::pairTests(std::string_view stati
     return tests.size() == n * (n - 1) / 2 ? tests : std::vector<const RunRecord::Test*>();
 }
 
-const RunRecord::Test* ReportData::test(std::string_view statistic, std::string_view locus) const {
+const RunRecord::Test* ReportData::test(std::string_view statistic, std::size_t place) const {
     if (record) {
         for (const RunRecord::Test& test : record->tests) {
-            if (test.statistic == statistic && test.locus == locus) {
+            if (test.statistic == statistic && place-- == 0) {
                 return &test;
             }
         }

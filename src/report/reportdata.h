@@ -74,8 +74,9 @@ struct ReportData {
     // Tests of a statistic of pairs, in the order of the record; none unless there is one a pair.
     std::vector<const RunRecord::Test*> pairTests(std::string_view statistic) const;
 
-    // The test of a statistic at a locus, or with an empty one over all loci; null: none.
-    const RunRecord::Test* test(std::string_view statistic, std::string_view locus) const;
+    // The test of a statistic over all loci, or of one of loci that at a place (from 0); null:
+    // none.
+    const RunRecord::Test* test(std::string_view statistic, std::size_t place = 0) const;
 };
 
 // Place of the pair i > j, both from 0, in the order of PairDistances.

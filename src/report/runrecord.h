@@ -13,7 +13,6 @@ struct RunRecord {
     // A permutation test. Numbers as the record prints them; empty: none.
     struct Test {
         std::string statistic; // as in the long table, "fst_pairwise"
-        std::string locus;     // empty: over all loci
         std::string permutations;
         std::string p;      // (hits + 1) / (permutations + 1)
         std::string pError; // its Monte Carlo standard error
@@ -32,7 +31,8 @@ struct RunRecord {
     std::string ended;
     std::vector<std::pair<std::string, std::string>> settings; // name and value, in their order
     std::vector<std::string> warnings;
-    std::vector<Test> tests; // those of pairs in the order 1 and 2, 1 and 3, ..., 2 and 3
+    std::vector<Test> tests; // those of pairs in the order 1 and 2, 1 and 3, ..., 2 and 3; those of
+                             // loci in the order of the data
 
     // The value of a setting; empty: there is none of that name.
     std::string_view setting(std::string_view name) const {

@@ -9,6 +9,8 @@
 
 namespace kva {
 
+struct Cell;
+
 // A section. write: appends its HTML; false, and nothing, where the folder has no numbers for it.
 struct Section {
     const char* id;
@@ -37,7 +39,7 @@ bool writeMethodsSection(const ReportData& data, std::string& html);
 
 // A p-value or another long number as a cell of four significant digits with the whole one beside
 // it.
-struct Cell shortCell(const std::string& exact);
+Cell shortCell(const std::string& exact);
 
 // "3 populations", "1 population".
 std::string counted(std::size_t count, const std::string& one);

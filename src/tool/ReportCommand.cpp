@@ -94,10 +94,9 @@ RunRecord recordOf(const Json& json) {
         record.warnings.push_back(wordsOf(warning));
     }
     for (const Json& test : partOf(json, "tests")) {
-        record.tests.push_back({wordsAt(test, "statistic"), wordsAt(test, "locus"),
-                                wordsAt(test, "permutations"), wordsAt(test, "p"),
-                                wordsAt(test, "p_error"), wordsAt(test, "p_holm"),
-                                wordsAt(test, "p_bh")});
+        record.tests.push_back({wordsAt(test, "statistic"), wordsAt(test, "permutations"),
+                                wordsAt(test, "p"), wordsAt(test, "p_error"),
+                                wordsAt(test, "p_holm"), wordsAt(test, "p_bh")});
     }
     return record;
 }

@@ -23,6 +23,7 @@ from report_page import Page  # noqa: E402
 TOOL = pathlib.Path(sys.argv[1]).resolve()
 KVA = pathlib.Path(sys.argv[2]).resolve()
 EXAMPLES = pathlib.Path(__file__).resolve().parent.parent.parent / "examples"
+INPUT = EXAMPLES.parent / "tests" / "end_to_end" / "input"
 NO_VALUE = {"n.d.", "n.s.", "-32767", "-32767.000000", "-32767.00000"}
 
 
@@ -450,6 +451,22 @@ class Outside(unittest.TestCase):
         log = (self.place / "data.txt_KVAresult00" / "KVA.log").read_text()
         self.assertEqual(page.texts["log"], log)
         self.assertNotIn("settings", page.tables)
+
+    def test_limits_are_those_of_the_heterogeneity_among_loci(self):
+        shutil.copy(INPUT / "plain.txt", self.place)
+        # F-statistics global, of pairs, with heterogeneity among loci from 200 replicates; run; quit
+        keys = "iplain.txt\na3\nd+pn3r1lox123469bsgn5\n1h46r7l1a200mc1rmrcn2\n0lsrm!q\n"
+        subprocess.run([KVA], cwd=self.place, input=keys.encode(), stdout=subprocess.DEVNULL,
+                       check=False)
+        folder = next(self.place.glob("plain.txt_KVAresult*"))
+        line = next(line for line in lines_of(folder / "F-Statistic" / "LocusFHeterogeneity.xls")
+                    if line.startswith("Global:"))
+        cells = line.split("\t")[1:]
+        table = Page(report(self.place, folder.name)).tables["f-global"]
+        for place, row in enumerate(table.rows[:3]):  # Fst, Fit, Fis for 95 %, then for 99 %
+            of95, of99 = cells[4 * place:4 * place + 3], cells[4 * place + 12:4 * place + 15]
+            self.assertEqual(row[-4:], [of95[0], of95[2], of99[0], of99[2]], row[0])
+        self.assertEqual([row[-4:] for row in table.rows[3:]], [[""] * 4] * 2)
 
     def test_populations_of_one_name_stay_apart(self):
         run(self.place, "result", self.write("data.txt", ["A", "B", "A"]), "--fst", "pairs",
