@@ -84,28 +84,37 @@ Table pairsTable(const ReportData& data, const PairTests& tests) {
 // --- The map of colours
 // ----------------------------------------------------------------------------
 
+// The least and the largest Fst of a pair; 0 and 1 where no pair has a value.
+struct FstRange {
+    double low;
+    double high;
+};
+
+FstRange rangeOfFst(const ReportData& data) {
+    double low = std::numeric_limits<double>::infinity();
+    double high = -low;
+    for (const ResultRow& row : data.of(kFst)) {
+        const double value = numberOf(row.value);
+        if (std::isfinite(value)) {
+            low = std::min(low, value);
+            high = std::max(high, value);
+        }
+    }
+    low = std::isfinite(low) ? low : 0;
+    return {low, high > low ? high : low + 1};
+}
+
 class HeatMap {
   public:
-    HeatMap(const ReportData& data, const PairTests& tests) : Data(data), Tests(tests) {
-        N = data.populations.size();
-        Numbers = N <= kMostNumbers;
-        CellWidth = Numbers ? 56 : std::max(4.0, std::floor(kMapWidth / static_cast<double>(N)));
-        CellHeight = Numbers ? 24 : CellWidth;
+    HeatMap(const ReportData& data, const PairTests& tests)
+        : Data(data), Tests(tests), N(data.populations.size()), Numbers(N <= kMostNumbers),
+          CellWidth(Numbers ? kNumberWidth
+                            : std::max(4.0, std::floor(kMapWidth / static_cast<double>(N)))),
+          CellHeight(Numbers ? kNumberHeight : CellWidth),
+          Step(static_cast<std::size_t>(std::ceil(11.0 / CellHeight))), Range(rangeOfFst(data)) {
         for (const std::string& name : data.populations) {
             Left = std::max(Left, textWidth(shortName(name, kLongestName), 11) + 12);
         }
-        Step = static_cast<std::size_t>(std::ceil(11.0 / CellHeight));
-        Low = std::numeric_limits<double>::infinity();
-        High = -Low;
-        for (const ResultRow& row : data.of(kFst)) {
-            const double value = numberOf(row.value);
-            if (std::isfinite(value)) {
-                Low = std::min(Low, value);
-                High = std::max(High, value);
-            }
-        }
-        Low = std::isfinite(Low) ? Low : 0; // no pair has a value
-        High = High > Low ? High : Low + 1;
     }
 
     std::string draw() {
@@ -127,6 +136,8 @@ class HeatMap {
     static constexpr std::size_t kMostNumbers = 40;
     static constexpr std::size_t kLongestName = 20;
     static constexpr double kMapWidth = 900;
+    static constexpr double kNumberWidth = 56;
+    static constexpr double kNumberHeight = 24;
     static constexpr double kTop = 6;
 
     double x(std::size_t column) const { return Left + static_cast<double>(column) * CellWidth; }
@@ -148,7 +159,7 @@ class HeatMap {
     void drawPair(Svg& svg, std::size_t i, std::size_t j) const {
         const std::string fst(Data.pair(kFst, i, j));
         const double value = numberOf(fst);
-        const double share = (value - Low) / (High - Low);
+        const double share = (value - Range.low) / (Range.high - Range.low);
         const std::string tip = Data.populations[j] + ", " + Data.populations[i] + ": " +
                                 (fst.empty() ? "no value" : fst);
         const double gap = Numbers ? 1 : 0;
@@ -182,22 +193,21 @@ class HeatMap {
             svg.rect(left, top + kHeight * (kSteps - 1 - s), 16, kHeight + 0.3,
                      heatColour((s + 0.5) / kSteps));
         }
-        const Scale scale{Low, High, top + kHeight * kSteps, top};
-        for (const double tick : roundTicks(Low, High, 4)) {
+        const Scale scale{Range.low, Range.high, top + kHeight * kSteps, top};
+        for (const double tick : roundTicks(Range.low, Range.high, 4)) {
             svg.text(left + 22, scale.at(tick) + 4, shortText(tick, 4), {.size = 11});
         }
     }
 
     const ReportData& Data;
     const PairTests& Tests;
-    std::size_t N = 0;
-    bool Numbers = true; // in the cells
-    double CellWidth = 0;
-    double CellHeight = 0;
+    std::size_t N;
+    bool Numbers; // in the cells
+    double CellWidth;
+    double CellHeight;
+    std::size_t Step; // every how many names are written
+    FstRange Range;
     double Left = 40;
-    std::size_t Step = 1; // every how many names are written
-    double Low = 0;       // least Fst
-    double High = 1;
 };
 
 std::string captionOf(const ReportData& data, const PairTests& tests) {

@@ -63,8 +63,8 @@ std::string panelPicture(std::span<const std::string> rows, std::span<const Pane
     }
     for (std::size_t p = 0; p < panels.size(); ++p) {
         const std::size_t column = p % frame.across;
-        const double top =
-            head + static_cast<double>(p / frame.across) * frame.blockHeight + kTitle;
+        const std::size_t block = p / frame.across;
+        const double top = head + static_cast<double>(block) * frame.blockHeight + kTitle;
         const double bottom = top + frame.rowHeight * static_cast<double>(rows.size());
         const double left = frame.left + static_cast<double>(column) * (layout.width + kGap);
         const Panel& panel = panels[p];

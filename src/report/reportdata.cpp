@@ -358,7 +358,7 @@ std::vector<std::string> readBootstrap(const ReportRequest& request, ReportData&
     DistanceTaker taker(found, wanted, true);
     std::string statistic;
     bool taken = false;
-    const std::vector<std::string> faults = readResults(request.bootstrap, [&](const TidyRow& row) {
+    std::vector<std::string> faults = readResults(request.bootstrap, [&](const TidyRow& row) {
         if (row.statistic != statistic) {
             statistic = row.statistic;
             const std::string measure = measureOf(statistic);

@@ -67,8 +67,7 @@ class TreePicture {
   public:
     TreePicture(const SupportedTree& supported, const PairDistances& distances)
         : Supported(supported), Shown(supported.tree), Distances(distances), X(Shown.nodes.size()),
-          Y(Shown.nodes.size()) {
-        RowHeight = Shown.tips <= kFewTips ? 22 : 14;
+          Y(Shown.nodes.size()), RowHeight(Shown.tips <= kFewTips ? 22 : 14) {
         layOut(Shown.root, 0);
         for (const std::string& label : distances.labels) {
             Right = std::max(Right, textWidth(shortName(label, kLongestName), 12));
@@ -150,9 +149,9 @@ class TreePicture {
     const PairDistances& Distances;
     std::vector<double> X; // distance from the root
     std::vector<double> Y;
-    std::size_t Rows = 0;
-    double RowHeight = 0;
-    double Right = 0; // room of the names
+    double RowHeight;
+    std::size_t Rows = 0; // laid out so far
+    double Right = 0;     // room of the names
 };
 
 // --- Tables

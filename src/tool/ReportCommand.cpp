@@ -13,6 +13,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kva {
@@ -71,7 +72,9 @@ void takeSettings(const Json& settings, RunRecord& record) {
             continue;
         }
         for (const auto& [part, inner] : value.items()) { // distances of populations, individuals
-            record.settings.emplace_back(name + " (" + part + ")", wordsOf(inner));
+            std::string whole = name;
+            whole.append(" (").append(part).append(")");
+            record.settings.emplace_back(std::move(whole), wordsOf(inner));
         }
     }
 }
