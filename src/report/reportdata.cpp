@@ -167,14 +167,14 @@ class DistanceTaker {
 // again.
 class AlleleTaker {
   public:
-    AlleleTaker(ReportData& data, std::string AlleleCell::*field) : Data(data), Field(field) {}
+    AlleleTaker(ReportData& data, std::string AlleleCell::*field)
+        : Data(data), Field(field), Last(data.loci.size() - 1) {}
 
     void take(const TidyRow& row) {
-        const auto locus = std::find(Data.loci.begin(), Data.loci.end(), row.place.locus);
-        if (locus == Data.loci.end()) {
+        const std::size_t l = placeOf(row.place.locus);
+        if (l == Data.loci.size()) {
             return;
         }
-        const auto l = static_cast<std::size_t>(locus - Data.loci.begin());
         const double allele = numberOf(row.place.replicate);
         if (Seen.empty() || row.place.population1 != Name || allele <= Seen[l]) {
             goTo(row.place.population1);
@@ -197,6 +197,19 @@ class AlleleTaker {
     }
 
   private:
+    // The place of a locus, looked for from behind the last one; the number of loci: none.
+    std::size_t placeOf(std::string_view locus) {
+        const std::size_t n = Data.loci.size();
+        for (std::size_t step = 1; step <= n; ++step) {
+            const std::size_t l = (Last + step) % n;
+            if (Data.loci[l] == locus) {
+                Last = l;
+                return l;
+            }
+        }
+        return n;
+    }
+
     void goTo(std::string_view name) {
         Seen.assign(Data.loci.size(), -std::numeric_limits<double>::infinity());
         Name = name;
@@ -211,6 +224,7 @@ class AlleleTaker {
     std::string AlleleCell::*Field;
     std::string Name;
     std::vector<double> Seen; // last allele of each locus in this sample
+    std::size_t Last;         // place of the locus of the last row
     std::size_t Sample = 0;
     bool Begun = false;
 };
