@@ -4,7 +4,7 @@ _kvatool() {
     local command='' i words=''
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-        check | import | run | tidy) command=${COMP_WORDS[i]}; break ;;
+        check | import | report | run | tidy) command=${COMP_WORDS[i]}; break ;;
         esac
     done
     case $command:$before in
@@ -13,6 +13,7 @@ _kvatool() {
     import:--populations) words='first last numbers' ;;
     import:--repeat) words='unknown' ;;
     import:--ploidy | import:--rows) words='1 2' ;;
+    report:--measure) words='POSA FSS ADA KSC DMS ASD CAS DAN DSG' ;;
     run:--fst) words='pairs global beta' ;;
     run:--resample) words='genotypes alleles' ;;
     run:--heterozygosity) words='observed expected inbred' ;;
@@ -29,6 +30,7 @@ _kvatool() {
         case $command in
         check) words='-h --help --json' ;;
         tidy) words='-h --help -o --output' ;;
+        report) words='-h --help -o --output --bootstrap --measure' ;;
         run)
             words='-h --help -o --output --force --tidy --json -q --quiet --fst --permutations
                 --sequential --resample --heterozygosity --fst-loci --thin --distances --bootstrap
@@ -43,7 +45,7 @@ _kvatool() {
         *) words='-h --help --version' ;;
         esac
     elif [[ -z $words && -z $command ]]; then
-        words='check import run tidy'
+        words='check import report run tidy'
     fi
     if [[ -n $words ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|r ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|browser|r ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -21,6 +21,7 @@ for need in "$@"; do
     bench) set -- "$@" libbenchmark-dev ;;
     site) set -- "$@" mkdocs mkdocs-material python3=python3 ;;
     peers) set -- "$@" r-base-core r-cran-adegenet phylip ncl-tools python3=python3 ;;
+    browser) set -- "$@" chromium=chromium fonts-dejavu-core python3=python3 ;;
     r)
         set -- "$@" r-base-core r-cran-adegenet r-cran-ape r-cran-ggplot2 r-cran-jsonlite \
             r-cran-rmarkdown pandoc=pandoc r-cran-testthat r-cran-roxygen2 r-cran-knitr

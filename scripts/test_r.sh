@@ -1,15 +1,17 @@
 #!/bin/sh
 # Builds kvatool and the R package in r/ and runs R CMD check, installing first what is missing on a
 # Debian machine. Fails on any error, warning or note, and where the manual pages are not those of
-# the comments in r/R.
+# the comments in r/R. The page of kvatool report, whose tree and coordinates the package's tests hold to
+# those of R, is opened in Chromium before.
 set -eu
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh build r
+scripts/setup.sh build r browser
 cmake --preset release
 cmake --build --preset release -j2
 KVATOOL=$PWD/build/release/kvatool
 export KVATOOL
+python3 tests/tool/report_browser_test.py "$KVATOOL"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -111,7 +111,8 @@ read_bootstrap <- function(folder, populations) {
   if (!identical(names_of(table, "population1"), populations)) {
     stop("'", folder, "' is not of the same data: its populations are others", call. = FALSE)
   }
-  table[table$statistic %in% paste0("distance_", tolower(measures())), ]
+  rows <- table[table$statistic %in% paste0("distance_", tolower(measures())), ]
+  structure(rows, folder = result_folder(folder))
 }
 
 #' @export

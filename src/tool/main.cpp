@@ -7,6 +7,7 @@
 #include "base/standardstreams.h"
 #include "tool/CheckCommand.h"
 #include "tool/ImportCommand.h"
+#include "tool/ReportCommand.h"
 #include "tool/RunCommand.h"
 #include "tool/TidyCommand.h"
 
@@ -129,12 +130,14 @@ int main(int argc, char** argv) {
                    "  kvatool run data.txt --fst pairs --seed 1 --tidy results.tsv\n"
                    "  kvatool import cats.gen -o data.txt --repeat 2\n"
                    "  kvatool tidy data.txt_KVAresult00 -o results.txt\n"
+                   "  kvatool report data.txt_KVAresult00 -o report.html\n"
                    "\n"
                    "Exit status: 0 done, 1 the data or a file failed, 2 wrong usage.");
         kva::addRunCommand(app, status);
         kva::addCheckCommand(app, status);
         kva::addImportCommand(app, status);
         kva::addTidyCommand(app, status);
+        kva::addReportCommand(app, status);
         status = run(app, argc, argv, status);
         if (!std::cout.flush()) {
             std::cerr << "kvatool: cannot write to standard output\n";

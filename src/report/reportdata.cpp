@@ -1,0 +1,521 @@
+#include "report/reportdata.h"
+
+#include "results/results.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <sstream>
+
+namespace kva {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr std::string_view kDistance = "distance_";
+constexpr std::string_view kOfIndividuals = "_individuals";
+constexpr std::string_view kOfLocus = "_locus";
+
+// The statistics whose rows are kept as they are.
+constexpr std::array<std::string_view, 47> kKept = {
+    "heterozygosity_expected",
+    "heterozygosity_expected_rd",
+    "heterozygosity_observed",
+    "allelic_richness",
+    "allelic_richness_reference",
+    "allelic_richness_variance",
+    "gene_copies",
+    "allele_number_observed",
+    "fis_population",
+    "gst",
+    "report_limit_gap_steps",
+    "report_limit_gap_length",
+    "report_limit_allele_short",
+    "report_limit_allele_long",
+    "report_monomorphic",
+    "report_step_found",
+    "report_step_too_small",
+    "report_step_too_large",
+    "report_step_expected",
+    "report_step_incompatible",
+    "report_gap_large",
+    "report_allele_short",
+    "report_allele_long",
+    "permutations_global",
+    "fst_global",
+    "fst_global_p",
+    "fst_global_locus",
+    "fst_global_locus_p",
+    "fit_global",
+    "fit_global_locus",
+    "fis_global",
+    "fis_global_locus",
+    "gst_global",
+    "gst_global_p",
+    "gst_global_locus",
+    "gst_global_locus_p",
+    "gst_prime_global",
+    "gst_prime_global_p",
+    "gst_prime_global_locus",
+    "gst_prime_global_locus_p",
+    "fst_global_heterogeneity",
+    "fit_global_heterogeneity",
+    "fis_global_heterogeneity",
+    "fst_pairwise",
+    "fst_pairwise_p",
+    "fst_pairwise_p_bonferroni",
+    "heterozygosity_range",
+};
+
+ResultRow keptRow(const TidyRow& row) {
+    return {std::string(row.place.population1), std::string(row.place.population2),
+            std::string(row.place.locus), std::string(row.place.replicate), std::string(row.value)};
+}
+
+std::string upper(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return result;
+}
+
+// --- Distances -------------------------------------------------------------------------------
+
+// Takes the rows of distances, those of populations or those of individuals.
+class DistanceTaker {
+  public:
+    // keep: whether the replicates and the texts of the cells are kept, too.
+    DistanceTaker(PairDistances& into, std::string wanted, bool keep)
+        : Into(into), Wanted(std::move(wanted)), Keep(keep) {}
+
+    // Whether the rows of a measure are to be taken.
+    bool wants(const std::string& measure) {
+        if (Into.measure.empty() && (Wanted.empty() || Wanted == measure)) {
+            Into.measure = measure;
+        }
+        if (Into.measure != measure &&
+            std::find(Into.others.begin(), Into.others.end(), measure) == Into.others.end()) {
+            Into.others.push_back(measure);
+        }
+        return Into.measure == measure;
+    }
+
+    void take(const TidyRow& row) {
+        if (Into.replicatesRead == 0 || row.place.replicate != Replicate) {
+            Replicate = row.place.replicate;
+            ++Into.replicatesRead;
+            Place = 0;
+            if (Keep) {
+                Into.bootstrap.emplace_back();
+            }
+        }
+        const double value = numberOf(row.value);
+        if (Into.replicatesRead == 1) {
+            takeLabels(row);
+            Into.values.push_back(value);
+            if (Keep) {
+                Into.texts.emplace_back(row.value);
+            }
+        } else if (Place < Into.values.size()) {
+            Into.values[Place] += value;
+        }
+        if (Keep) {
+            Into.bootstrap.back().push_back(value);
+        }
+        ++Place;
+    }
+
+    // Makes means of the sums.
+    void finish() {
+        if (Into.replicatesRead < 2) {
+            Into.bootstrap.clear();
+            return;
+        }
+        Into.texts.clear();
+        for (double& value : Into.values) {
+            value /= static_cast<double>(Into.replicatesRead);
+        }
+    }
+
+  private:
+    void takeLabels(const TidyRow& row) {
+        if (Into.labels.empty()) {
+            Into.labels.emplace_back(row.place.population1);
+        }
+        if (Place == trianglePlace(Into.labels.size(), 0)) {
+            Into.labels.emplace_back(row.place.population2);
+        }
+    }
+
+    PairDistances& Into;
+    std::string Wanted;
+    bool Keep;
+    std::string Replicate;
+    std::size_t Place = 0; // of the next pair
+};
+
+// --- Alleles ----------------------------------------------------------------------------------
+
+// Takes the rows of one sheet of alleles. They come line by line, each with an allele of each
+// locus, so that a population that has the name of the one before it is known by alleles that begin
+// again.
+class AlleleTaker {
+  public:
+    AlleleTaker(ReportData& data, std::string AlleleCell::*field)
+        : Data(data), Field(field), Last(data.loci.size() - 1) {}
+
+    void take(const TidyRow& row) {
+        const std::size_t l = placeOf(row.place.locus);
+        if (l == Data.loci.size()) {
+            return;
+        }
+        const double allele = numberOf(row.place.replicate);
+        if (Seen.empty() || row.place.population1 != Name || allele <= Seen[l]) {
+            goTo(row.place.population1);
+        }
+        Seen[l] = allele;
+        if (Sample >= Data.alleles.size()) {
+            return;
+        }
+        std::vector<AlleleCell>& cells = Data.alleles[Sample][l];
+        const auto at = std::find_if(cells.begin(), cells.end(), [&row](const AlleleCell& cell) {
+            return cell.allele == row.place.replicate;
+        });
+        if (at != cells.end()) {
+            (*at).*Field = row.value;
+            return;
+        }
+        AlleleCell cell{std::string(row.place.replicate), {}, {}};
+        cell.*Field = row.value;
+        cells.push_back(std::move(cell));
+    }
+
+  private:
+    // The place of a locus, looked for from behind the last one; the number of loci: none.
+    std::size_t placeOf(std::string_view locus) {
+        const std::size_t n = Data.loci.size();
+        for (std::size_t step = 1; step <= n; ++step) {
+            const std::size_t l = (Last + step) % n;
+            if (Data.loci[l] == locus) {
+                Last = l;
+                return l;
+            }
+        }
+        return n;
+    }
+
+    void goTo(std::string_view name) {
+        Seen.assign(Data.loci.size(), -std::numeric_limits<double>::infinity());
+        Name = name;
+        Sample = Begun ? Sample + 1 : 0;
+        Begun = true;
+        while (Sample > 0 && Sample < Data.alleles.size() && Data.populations[Sample - 1] != name) {
+            ++Sample; // a population without any allele
+        }
+    }
+
+    ReportData& Data;
+    std::string AlleleCell::*Field;
+    std::string Name;
+    std::vector<double> Seen; // last allele of each locus in this sample
+    std::size_t Last;         // place of the locus of the last row
+    std::size_t Sample = 0;
+    bool Begun = false;
+};
+
+// --- All rows ---------------------------------------------------------------------------------
+
+// "DAN" of "distance_dan" and "distance_dan_individuals"; empty for other statistics.
+std::string measureOf(std::string_view statistic) {
+    if (!statistic.starts_with(kDistance) || statistic.ends_with(kOfLocus)) {
+        return {};
+    }
+    statistic.remove_prefix(kDistance.size());
+    if (statistic.ends_with(kOfIndividuals)) {
+        statistic.remove_suffix(kOfIndividuals.size());
+    }
+    return upper(statistic);
+}
+
+class RowTaker {
+  public:
+    RowTaker(ReportData& data, const std::string& measure)
+        : Data(data), Populations(data.ofPopulations, measure, true),
+          Individuals(data.ofIndividuals, measure, false) {}
+
+    void operator()(const TidyRow& row) {
+        if (row.statistic != Statistic) {
+            Statistic = row.statistic;
+            findPlace();
+        }
+        if (Kept != nullptr) {
+            Kept->push_back(keptRow(row));
+        } else if (Distances != nullptr) {
+            Distances->take(row);
+        }
+    }
+
+    void finish() {
+        Populations.finish();
+        Individuals.finish();
+    }
+
+  private:
+    void findPlace() {
+        Kept = nullptr;
+        Distances = nullptr;
+        const bool allele = Statistic == "allele_count" || Statistic == "allele_frequency";
+        if (allele || std::find(kKept.begin(), kKept.end(), Statistic) != kKept.end()) {
+            Kept = &Data.rows[Statistic];
+            return;
+        }
+        const std::string measure = measureOf(Statistic);
+        DistanceTaker& taker = Statistic.ends_with(kOfIndividuals) ? Individuals : Populations;
+        if (!measure.empty() && taker.wants(measure)) {
+            Distances = &taker;
+        }
+    }
+
+    ReportData& Data;
+    DistanceTaker Populations;
+    DistanceTaker Individuals;
+    std::string Statistic; // of the last row
+    std::vector<ResultRow>* Kept = nullptr;
+    DistanceTaker* Distances = nullptr;
+};
+
+// --- What the rows tell -----------------------------------------------------------------------
+
+// Names in the order of the data: those of the expected heterozygosity and of Gst, which every run
+// writes.
+void takeNames(ReportData& data) {
+    for (const ResultRow& row : data.of("gst")) {
+        data.loci.push_back(row.locus);
+    }
+    const std::vector<ResultRow>& rows = data.of("heterozygosity_expected");
+    for (std::size_t r = data.loci.size(); !data.loci.empty() && r < rows.size();
+         r += data.loci.size()) {
+        data.populations.push_back(rows[r].population1);
+    }
+}
+
+void takeAlleles(ReportData& data) {
+    data.alleles.assign(data.populations.size() + 1,
+                        std::vector<std::vector<AlleleCell>>(data.loci.size()));
+    const std::pair<std::string_view, std::string AlleleCell::*> fields[] = {
+        {"allele_count", &AlleleCell::count}, {"allele_frequency", &AlleleCell::frequency}};
+    for (const auto& [statistic, field] : fields) {
+        AlleleTaker taker(data, field);
+        for (const ResultRow& row : data.of(statistic)) {
+            taker.take({statistic,
+                        {row.population1, row.population2, row.locus, row.replicate},
+                        row.value});
+        }
+    }
+    data.rows.erase("allele_count");
+    data.rows.erase("allele_frequency");
+}
+
+// The individuals of each population: the lines behind each "POP" of the Genepop file that every
+// run writes. Nothing where it is not there or has other populations.
+std::vector<std::size_t> individualsOf(const fs::path& folder, std::size_t populations) {
+    std::ifstream in(folder / "Formats&Data" / "Genepop.gen", std::ios::binary);
+    std::vector<std::size_t> sizes;
+    for (std::string line; std::getline(in, line);) {
+        if (line == "POP" || line == "POP\r") {
+            sizes.push_back(0);
+        } else if (!sizes.empty() && line.find_first_not_of("\r ") != std::string::npos) {
+            ++sizes.back();
+        }
+    }
+    return sizes.size() == populations ? sizes : std::vector<std::size_t>();
+}
+
+// Those of the individuals, in the order of the data; nothing where the sizes do not add up to
+// them.
+std::vector<std::size_t> populationsOfIndividuals(const std::vector<std::size_t>& sizes,
+                                                  std::size_t individuals) {
+    std::vector<std::size_t> result;
+    for (std::size_t population = 0; population < sizes.size(); ++population) {
+        result.insert(result.end(), sizes[population], population);
+    }
+    return result.size() == individuals ? result : std::vector<std::size_t>();
+}
+
+std::string logOf(const fs::path& folder) {
+    constexpr std::size_t kMost = std::size_t{1} << 16U; // far beyond any log's
+    std::ifstream in(folder / "KVA.log", std::ios::binary);
+    std::string text(kMost, '\0');
+    in.read(text.data(), kMost);
+    text.resize(static_cast<std::size_t>(in.gcount()));
+    return text;
+}
+
+// The name of a folder, also of one that is given as "." or with a slash at its end.
+std::string nameOf(const fs::path& folder) {
+    std::error_code error;
+    const fs::path whole = fs::weakly_canonical(folder, error);
+    return (error ? folder : whole).filename().string();
+}
+
+// Reads the replicates of the second folder.
+std::vector<std::string> readBootstrap(const ReportRequest& request, ReportData& data) {
+    const std::string wanted =
+        request.measure.empty() ? data.ofPopulations.measure : request.measure;
+    PairDistances found;
+    DistanceTaker taker(found, wanted, true);
+    std::string statistic;
+    bool taken = false;
+    std::vector<std::string> faults = readResults(request.bootstrap, [&](const TidyRow& row) {
+        if (row.statistic != statistic) {
+            statistic = row.statistic;
+            const std::string measure = measureOf(statistic);
+            taken =
+                !measure.empty() && !statistic.ends_with(kOfIndividuals) && taker.wants(measure);
+        }
+        if (taken) {
+            taker.take(row);
+        }
+    });
+    if (!faults.empty()) {
+        return faults;
+    }
+    taker.finish();
+    const std::string place = request.bootstrap.string();
+    if (found.bootstrap.empty()) {
+        return {place + ": holds no bootstrap replicates of distances of populations" +
+                (wanted.empty() ? "" : ", measure " + wanted)};
+    }
+    PairDistances& into = data.ofPopulations;
+    const std::vector<std::string>& names = into.measure.empty() ? data.populations : into.labels;
+    if (found.labels != names) {
+        return {place + ": is not of the same data, its populations are others"};
+    }
+    if (into.measure.empty()) {
+        into = std::move(found);
+    } else {
+        into.bootstrap = std::move(found.bootstrap);
+    }
+    return {};
+}
+
+bool hasMeasure(const PairDistances& distances) {
+    return !distances.measure.empty();
+}
+
+} // namespace
+
+double numberOf(std::string_view text) {
+    double value = kNone;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? value : kNone;
+}
+
+const std::vector<ResultRow>& ReportData::of(std::string_view statistic) const {
+    static const std::vector<ResultRow> none;
+    const auto found = rows.find(statistic);
+    return found == rows.end() ? none : found->second;
+}
+
+// The sheets of one statistic go through the samples, all populations together in front;
+// Summary.xls through the loci, without that.
+std::string_view ReportData::cell(std::string_view statistic, std::size_t sample,
+                                  std::size_t locus) const {
+    const std::vector<ResultRow>& found = of(statistic);
+    if (found.size() == (populations.size() + 1) * loci.size()) {
+        return found[sample * loci.size() + locus].value;
+    }
+    if (sample > 0 && found.size() == populations.size() * loci.size()) {
+        return found[locus * populations.size() + sample - 1].value;
+    }
+    return {};
+}
+
+std::string_view ReportData::range(std::string_view which, std::size_t population,
+                                   std::size_t locus) const {
+    const std::vector<ResultRow>& found = of("heterozygosity_range");
+    std::size_t place = population * loci.size() + locus;
+    for (const std::string_view one : {"min", "mean", "max"}) {
+        if (one != which) {
+            place += populations.size() * loci.size();
+            continue;
+        }
+        return found.size() == 3 * populations.size() * loci.size() &&
+                       found[place].replicate == which
+                   ? found[place].value
+                   : std::string_view();
+    }
+    return {};
+}
+
+std::string_view ReportData::pair(std::string_view statistic, std::size_t i, std::size_t j) const {
+    const std::vector<ResultRow>& found = of(statistic);
+    const std::size_t n = populations.size();
+    return found.size() == n * (n - 1) / 2 && i < n ? found[trianglePlace(i, j)].value
+                                                    : std::string_view();
+}
+
+std::vector<const RunRecord::Test*> ReportData::pairTests(std::string_view statistic) const {
+    std::vector<const RunRecord::Test*> tests;
+    if (record) {
+        for (const RunRecord::Test& test : record->tests) {
+            if (test.statistic == statistic) {
+                tests.push_back(&test);
+            }
+        }
+    }
+    const std::size_t n = populations.size();
+    return tests.size() == n * (n - 1) / 2 ? tests : std::vector<const RunRecord::Test*>();
+}
+
+const RunRecord::Test* ReportData::test(std::string_view statistic, std::size_t place) const {
+    if (record) {
+        for (const RunRecord::Test& test : record->tests) {
+            if (test.statistic == statistic && place-- == 0) {
+                return &test;
+            }
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> readReportData(const ReportRequest& request, ReportData& data) {
+    const std::string wanted = upper(request.measure);
+    data.folder = nameOf(request.folder);
+    data.record = request.record;
+    RowTaker taker(data, wanted);
+    std::vector<std::string> faults =
+        readResults(request.folder, [&taker](const TidyRow& row) { taker(row); });
+    if (!faults.empty()) {
+        return faults;
+    }
+    taker.finish();
+    takeNames(data);
+    if (data.populations.empty() || data.loci.empty()) {
+        return {request.folder.string() +
+                ": holds no data: the sheets name no population or locus"};
+    }
+    takeAlleles(data);
+    data.log = logOf(request.folder);
+    data.individuals = individualsOf(request.folder, data.populations.size());
+    data.populationOf =
+        populationsOfIndividuals(data.individuals, data.ofIndividuals.labels.size());
+    if (!request.bootstrap.empty()) {
+        ReportRequest upperRequest = request;
+        upperRequest.measure = wanted;
+        faults = readBootstrap(upperRequest, data);
+    }
+    if (faults.empty() && !wanted.empty() && !hasMeasure(data.ofPopulations) &&
+        !hasMeasure(data.ofIndividuals)) {
+        faults.push_back(request.folder.string() + ": holds no distances " + wanted);
+    }
+    return faults;
+}
+
+} // namespace kva
