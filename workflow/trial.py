@@ -29,10 +29,8 @@ SETUP = WORKFLOW / "slurm" / "setup.sh"
 KEPT = "['fst_*','gst_*','heterozygosity_*']"
 JOBSCRIPT = """#!/bin/sh
 # properties = {{properties}}
+trap 'times >"{folder}/times.$SLURM_JOB_ID"' EXIT
 {{exec_job}}
-status=$?
-times > "{folder}/times.$SLURM_JOB_ID"
-exit $status
 """
 
 
@@ -136,9 +134,9 @@ def throughput(words, digests):
         measure(words, digests, "local, scratch on disk", few, 100, scratch="")
         measure(words, digests, "local, own seeds", few, 100, own_seeds=True)
     if "slurm" in words.only:
-        measure(words, digests, "Slurm", few, 10, True)
         for size in words.sizes[1:]:
             measure(words, digests, "Slurm", words.files, size, True)
+        measure(words, digests, "Slurm", few, words.sizes[0], True)
 
 
 # --- Kills ---------------------------------------------------------------------------------

@@ -345,6 +345,7 @@ class OnSlurm(BatchTest):
         self.assertEqual(run.returncode, 0, told)
         self.assertIn("Trying to restart job", told)
         self.assertEqual(self.calls(), [self.files, self.files])
+        self.assertEqual(list(self.scratch.iterdir()), [], "the cancelled job cleans up")
         self.assertEqual(self.rows(self.read()), self.by_hand(self.files))
 
 
