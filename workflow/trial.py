@@ -151,14 +151,22 @@ def wait_for_parts(batch, number):
         time.sleep(0.1)
 
 
-def running_job(run):
-    """Number of a chunk that has run on Slurm for two seconds or more."""
+def unfinished(batch, job):
+    """Whether the chunk of a Slurm job has begun and not written its piece."""
+    log = batch.folder / "batch" / "logs" / f"{job}.txt"
+    number = re.search(r"number=(\d+)", log.read_text()) if log.exists() else None
+    return number is not None and number[1] not in batch.parts()
+
+
+def running_job(batch, run):
+    """Number of a Slurm job whose chunk has run for two seconds or more and is not done."""
     while run.poll() is None:
         told = subprocess.run(["squeue", "--noheader", "--states=RUNNING", "--format=%i %M %j"],
                               check=True, capture_output=True, text=True).stdout
         for line in told.splitlines():
             number, seconds, name = line.split()
-            if name.startswith("kva.chunk") and int(seconds.split(":")[-1]) >= 2:
+            if name.startswith("kva.chunk") and int(seconds.split(":")[-1]) >= 2 \
+                    and unfinished(batch, number):
                 return number
         time.sleep(0.2)
     sys.exit("the batch ended before a job of it could be killed")
@@ -185,7 +193,7 @@ def kill_a_job(words, digests, name, kill):
     batch = slow_batch(words, True)
     run = batch.start()
     wait_for_parts(batch, 2)
-    job = running_job(run)
+    job = running_job(batch, run)
     before, killed_at = batch.parts(), time.monotonic()
     kill(job)
     status = run.wait()
