@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|browser|r ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|browser|r|workflow ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -25,6 +25,9 @@ for need in "$@"; do
     r)
         set -- "$@" r-base-core r-cran-adegenet r-cran-ape r-cran-ggplot2 r-cran-jsonlite \
             r-cran-rmarkdown pandoc=pandoc r-cran-testthat r-cran-roxygen2 r-cran-knitr
+        ;;
+    workflow)
+        set -- "$@" snakemake=snakemake slurm-wlm=slurmctld slurm-client=sbatch munge=munged
         ;;
     *) echo "setup.sh: unknown need '$need'" >&2 && exit 2 ;;
     esac

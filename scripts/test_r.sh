@@ -2,9 +2,10 @@
 # Builds kvatool and the R package in r/ and runs R CMD check, installing first what is missing on a
 # Debian machine. Fails on any error, warning or note, and where the manual pages are not those of
 # the comments in r/R. The page of kvatool report, whose tree and coordinates the package's tests hold to
-# those of R, is opened in Chromium before.
+# those of R, is opened in Chromium before. Then tests the workflow for batches, locally and on Slurm.
 set -eu
 cd "$(dirname "$0")/.."
+root=$PWD
 
 scripts/setup.sh build r browser
 cmake --preset release
@@ -41,3 +42,5 @@ if ! grep '| SKIP 0 |' kva.Rcheck/tests/testthat.Rout; then
     echo "test_r.sh: tests were skipped" >&2
     exit 1
 fi
+
+"$root/workflow/test.sh"

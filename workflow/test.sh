@@ -1,0 +1,12 @@
+#!/bin/sh
+# Builds kvatool and tests the workflow, locally and on the Slurm of slurm/setup.sh, installing first
+# what is missing on a Debian machine. Words go to unittest: workflow/test.sh -v OnSlurm
+set -eu
+cd "$(dirname "$0")/.."
+
+# The daemons of Slurm lie where users have no path to.
+PATH=$PATH:/usr/sbin:/sbin
+scripts/setup.sh build workflow
+cmake --preset release
+cmake --build --preset release -j2
+tests/workflow/workflow_test.py build/release/kvatool --slurm "$@"
