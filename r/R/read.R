@@ -21,6 +21,7 @@
 #'   \item{populations, loci}{their names, in the order of the data}
 #'   \item{record}{the content of `run.json` as lists, or `NULL`}
 #'   \item{bootstrap}{the rows of distances between populations of the second folder, or `NULL`}
+#'   \item{bootstrap_folder}{the second folder, where there is one}
 #' }
 #' @seealso [fst()], [distances()], [diversity()], [as.phylo.kva()], [pcoa()], [plot.kva()]
 #' @examples
@@ -36,6 +37,7 @@ read_kva <- function(folder, bootstrap = NULL) {
                 loci = names_of(table, "locus"), record = read_record(folder), bootstrap = NULL)
   if (!is.null(bootstrap)) {
     value$bootstrap <- read_bootstrap(bootstrap, value$populations)
+    value$bootstrap_folder <- result_folder(bootstrap)
   }
   structure(value, class = "kva")
 }
@@ -111,8 +113,7 @@ read_bootstrap <- function(folder, populations) {
   if (!identical(names_of(table, "population1"), populations)) {
     stop("'", folder, "' is not of the same data: its populations are others", call. = FALSE)
   }
-  rows <- table[table$statistic %in% paste0("distance_", tolower(measures())), ]
-  structure(rows, folder = result_folder(folder))
+  table[table$statistic %in% paste0("distance_", tolower(measures())), ]
 }
 
 #' @export

@@ -27,7 +27,7 @@
 kva_report <- function(x, file = "report.html", bootstrap = NULL, measure = NULL) {
   if (inherits(x, "kva")) {
     folder <- x$folder
-    if (is.null(bootstrap)) bootstrap <- attr(x$bootstrap, "folder")
+    if (is.null(bootstrap)) bootstrap <- x$bootstrap_folder
   } else {
     folder <- result_folder(x)
   }

@@ -13,17 +13,15 @@ struct RunRecord {
     // A permutation test. Numbers as the record prints them; empty: none.
     struct Test {
         std::string statistic; // as in the long table, "fst_pairwise"
-        std::string permutations;
-        std::string p;      // (hits + 1) / (permutations + 1)
-        std::string pError; // its Monte Carlo standard error
-        std::string pHolm;  // of pairs: adjusted for their number
+        std::string p;         // (hits + 1) / (permutations + 1)
+        std::string pError;    // its Monte Carlo standard error
+        std::string pHolm;     // of pairs: adjusted for their number
         std::string pBh;
     };
 
-    std::string version; // of the program
-    std::string file;    // the data file
-    std::string sha256;  // its check sum
-    std::string individuals;
+    std::string version;   // of the program
+    std::string file;      // the data file
+    std::string sha256;    // its check sum
     std::string generator; // of the random numbers
     std::string seed;      // empty: none
     std::string threads;

@@ -86,7 +86,6 @@ RunRecord recordOf(const Json& json) {
     record.version = wordsAt(json, "version");
     record.file = wordsAt(data, "file");
     record.sha256 = wordsAt(data, "sha256");
-    record.individuals = wordsAt(data, "individuals");
     record.generator = wordsAt(random, "generator");
     record.seed = wordsAt(random, "seed");
     record.threads = wordsAt(json, "threads");
@@ -97,9 +96,9 @@ RunRecord recordOf(const Json& json) {
         record.warnings.push_back(wordsOf(warning));
     }
     for (const Json& test : partOf(json, "tests")) {
-        record.tests.push_back({wordsAt(test, "statistic"), wordsAt(test, "permutations"),
-                                wordsAt(test, "p"), wordsAt(test, "p_error"),
-                                wordsAt(test, "p_holm"), wordsAt(test, "p_bh")});
+        record.tests.push_back({wordsAt(test, "statistic"), wordsAt(test, "p"),
+                                wordsAt(test, "p_error"), wordsAt(test, "p_holm"),
+                                wordsAt(test, "p_bh")});
     }
     return record;
 }
