@@ -1,6 +1,6 @@
 #!/bin/sh
 # Installs what is missing on a Debian machine, and nothing when all is there.
-# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|browser|r|workflow ...
+# Usage: scripts/setup.sh build|test|lint|coverage|clang|bench|readers|peers|site|builds|browser|r|workflow|deb ...
 set -eu
 
 # Package of Debian for each need; "package=command" where a command of any origin will do.
@@ -19,6 +19,8 @@ for need in "$@"; do
         g++-aarch64-linux-gnu=aarch64-linux-gnu-g++ qemu-user=qemu-aarch64 ;;
     readers) set -- "$@" r-base-core r-cran-adegenet lamarc xvfb xauth ;;
     bench) set -- "$@" libbenchmark-dev ;;
+    deb) set -- "$@" debhelper lintian debootstrap r-base-core r-cran-ape r-cran-ggplot2 \
+        r-cran-jsonlite ;;
     site) set -- "$@" mkdocs mkdocs-material python3=python3 ;;
     peers) set -- "$@" r-base-core r-cran-adegenet phylip ncl-tools python3=python3 ;;
     browser) set -- "$@" chromium=chromium fonts-dejavu-core python3=python3 ;;

@@ -68,7 +68,8 @@ def expected_tree():
                   "share/zsh/site-functions/_" + program]
     files += [DOC + name for name in ("README.md", "CHANGELOG.md")]
     files += [DOC + "LICENSE"] if (ROOT / "LICENSE").exists() else []
-    files += [DOC + "docs/" + page.name for page in (ROOT / "docs").glob("*.md")]
+    files += [DOC + page.relative_to(ROOT).as_posix() for page in (ROOT / "docs").rglob("*")
+              if page.suffix in (".md", ".png", ".svg")]
     files += [DOC + "examples/" + name for name in (
         "README.md", "onecolumn.txt", "testdata.dat", "library/CMakeLists.txt", "library/main.cpp")]
     return sorted(files)

@@ -1,0 +1,54 @@
+#!/bin/sh
+# Makes the Debian packages kva, libkva-dev and r-kva in build/deb and tries them, installing first what
+# that needs. Usage: scripts/deb.sh [build|lint|try|same ...]   all of them by default
+#   build  the packages of what is committed, into build/deb
+#   lint   lintian, without errors
+#   try    in a clean root of Debian: installed, run, built against, removed (as root; 1 GB)
+#   same   built once more, in another folder, at another time: the same bytes
+set -eu
+cd "$(dirname "$0")/.."
+root=$PWD
+deb=$root/build/deb
+[ $# -gt 0 ] || set -- build lint try same
+
+scripts/setup.sh build deb
+
+# build_in FOLDER: the packages of the last commit, FOLDER/*.deb
+build_in() {
+    rm -rf "$1"
+    mkdir -p "$1/kva"
+    git archive HEAD | tar -x -C "$1/kva"
+    (cd "$1/kva" && dpkg-buildpackage -b -us -uc >../build.log 2>&1) || {
+        tail -n 40 "$1/build.log"
+        exit 1
+    }
+    rm -rf "$1/kva"
+}
+
+try_in_clean_root() {
+    clean=$(mktemp -d)
+    trap 'rm -rf "$clean"' EXIT
+    debootstrap --variant=minbase bookworm "$clean" http://deb.debian.org/debian >"$deb/clean.log"
+    cp "$deb"/*.deb scripts/deb_try.sh "$clean/tmp"
+    chroot "$clean" sh /tmp/deb_try.sh
+    rm -rf "$clean"
+    trap - EXIT
+}
+
+for task in "$@"; do
+    case $task in
+    build) build_in "$deb" ;;
+    lint) lintian --fail-on error "$deb"/*.changes ;;
+    try) try_in_clean_root ;;
+    same)
+        again=$(mktemp -d)
+        (TZ=Asia/Tokyo LC_ALL=C.UTF-8 build_in "$again/somewhere/else")
+        for package in "$deb"/*.deb; do
+            cmp "$package" "$again/somewhere/else/$(basename "$package")"
+        done
+        rm -rf "$again"
+        echo "deb.sh: two builds give the same bytes"
+        ;;
+    *) echo "deb.sh: unknown task '$task'" >&2 && exit 2 ;;
+    esac
+done
