@@ -9,6 +9,7 @@
 #include <memory>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 namespace kva {
 
@@ -222,10 +223,10 @@ std::vector<std::string> readSheets(const Sheets& sheets, const std::string& nam
         }
         for (const Found& file : files) {
             any = true;
-            const std::string path = joined(rule.folder, file.name);
+            std::string path = joined(rule.folder, file.name);
             fault = readFile(sheets, path, rule, populations, file.part, sink);
             if (!fault.empty()) {
-                faults.push_back(path + ": " + fault);
+                faults.push_back(std::move(path.append(": ").append(fault)));
             }
         }
     }
