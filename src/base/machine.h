@@ -15,12 +15,18 @@ struct Room {
 };
 
 // The room for files in a folder, and for the memory of this process: what the system has
-// available, swap included, and no more than the process's limit of its address space leaves.
+// available, swap included, and no more than the limits of its address space and of its control
+// groups leave, by which containers and schedulers hold it.
 Room roomLeft(const std::string& folder);
 
 // The memory that is available, by the lines "MemAvailable" and "SwapFree" of a file like
 // /proc/meminfo.
 uint64_t availableMemory(std::istream& meminfo);
+
+// What the control groups of the process leave it, of both versions (Linux): the least over its
+// group and those above, where pages of files that can be dropped do not count as taken. root: the
+// folder that has proc and sys, "/" on a machine. The largest number without a limit.
+uint64_t groupMemoryLeft(const std::string& root);
 
 } // namespace kva
 
