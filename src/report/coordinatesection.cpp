@@ -32,8 +32,7 @@ std::pair<double, double> rangeOf(const std::vector<double>& axis) {
     return {*low - room, *high + room};
 }
 
-// --- What the marks stand for
-// ---------------------------------------------------------------------
+// --- What the marks stand for -----------------------------------------------------------------
 
 constexpr double kLegendRow = 18;
 constexpr double kLegendColumn = 140;

@@ -81,8 +81,7 @@ Table pairsTable(const ReportData& data, const PairTests& tests) {
     return table;
 }
 
-// --- The map of colours
-// ----------------------------------------------------------------------------
+// --- The map of colours -----------------------------------------------------------------------
 
 // The least and the largest Fst of a pair; 0 and 1 where no pair has a value.
 struct FstRange {

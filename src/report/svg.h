@@ -27,8 +27,7 @@ std::string heatColour(double share);
 // Black or white, whichever can be read on heatColour(share).
 std::string_view inkOn(double share);
 
-// --- Scales
-// ---------------------------------------------------------------------------------------
+// --- Scales -----------------------------------------------------------------------------------
 
 // Maps values of [low, high] to places of [from, to].
 struct Scale {
@@ -43,8 +42,7 @@ struct Scale {
 // Round numbers within [low, high], about `count` of them.
 std::vector<double> roundTicks(double low, double high, int count);
 
-// --- Pictures
-// ---------------------------------------------------------------------------------------
+// --- Pictures ---------------------------------------------------------------------------------
 
 struct TextStyle {
     std::string_view anchor = "start"; // or "middle", "end"

@@ -60,8 +60,7 @@ double roundBelow(double value) {
     return power;
 }
 
-// --- The picture
-// -----------------------------------------------------------------------------------
+// --- The picture ------------------------------------------------------------------------------
 
 class TreePicture {
   public:
@@ -154,8 +153,7 @@ class TreePicture {
     double Right = 0;     // room of the names
 };
 
-// --- Tables
-// ------------------------------------------------------------------------------------------
+// --- Tables -----------------------------------------------------------------------------------
 
 Table branchTable(const SupportedTree& supported, const PairDistances& distances) {
     Table table{.id = "tree-branches", .title = "Branches of the tree", .source = ""};

@@ -35,8 +35,7 @@ void tell(const std::string& what) {
     std::cerr << "kvatool report: " << what << '\n';
 }
 
-// --- The record of the run
-// ------------------------------------------------------------------------
+// --- The record of the run --------------------------------------------------------------------
 
 // A value as words: texts without quotes, the parts of a list with commas between; nothing for
 // null.
@@ -122,8 +121,7 @@ std::optional<RunRecord> readRecord(const std::filesystem::path& folder) {
     return recordOf(json);
 }
 
-// --- The page
-// -------------------------------------------------------------------------------------
+// --- The page ---------------------------------------------------------------------------------
 
 // Several faults in one line.
 std::string inOneLine(const std::vector<std::string>& faults) {

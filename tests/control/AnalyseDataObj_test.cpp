@@ -183,8 +183,7 @@ TEST(AnalyseDataObj, WithoutALogAnEntryIsDropped) {
     EXPECT_FALSE(run.LogDatei.isOpen());
 }
 
-// --- The pipeline
-// ------------------------------------------------------------------------------------
+// --- The pipeline -----------------------------------------------------------------------------
 
 TEST(WriteOutput, BeginsWithTheLogHeadAndCounts) {
     LoadedRun run(kTwoPops);
@@ -299,8 +298,7 @@ TEST(WriteOutput, AnEmptyMaskKeepsItsPassOff) {
     EXPECT_EQ(entriesOfRun(GeneralBit::FStatistics, 1, 1, 0), "");
 }
 
-// --- A further run
-// ---------------------------------------------------------------------------------
+// --- A further run ----------------------------------------------------------------------------
 
 TEST(LinkResultNew, NeedsDataAndAStartFolder) {
     AnalyseDataObj run;

@@ -729,8 +729,7 @@ TEST(AllelCountRD, ClrForgetsTheReplicates) {
     expectEmptyTallies(table);
 }
 
-// --- Properties over random data
-// ------------------------------------------------------------------
+// --- Properties over random data --------------------------------------------------------------
 
 namespace {
 

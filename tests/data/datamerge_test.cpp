@@ -376,8 +376,7 @@ TEST(AddNewDatensatz, PopulationsWithoutSlotsGiveZero) {
     EXPECT_EQ(daten.AddNewDatensatz(&neu), 0);
 }
 
-// --- Merging objects
-// --------------------------------------------------------------------------------
+// --- Merging objects --------------------------------------------------------------------------
 
 TEST(AddNewData, AddsTheLociOfNewNames) {
     LoadedRun run(kTwoPops);
@@ -468,8 +467,7 @@ TEST(AddNewData, ResultsOfTheDataSetsComeOneLower) {
     EXPECT_EQ(AnalyseDataObj().AddNewData(&neu), -3);
 }
 
-// --- Saving
-// -------------------------------------------------------------------------------------------
+// --- Saving -----------------------------------------------------------------------------------
 
 TEST(SaveDataAs, WritesThreeHeaderRowsAndTheIndividuals) {
     LoadedRun run(kInbredPop);
@@ -533,8 +531,7 @@ TEST(SaveDataAs, AnEarlierFileIsReplaced) {
     EXPECT_EQ(readFile("saved.txt"), savedText(*run));
 }
 
-// --- What was saved reads back
-// -------------------------------------------------------------------------
+// --- What was saved reads back ----------------------------------------------------------------
 
 namespace {
 

@@ -528,8 +528,7 @@ TEST(Datensatz, IndividualsAreVisitedPopulationAfterPopulation) {
     EXPECT_EQ(visited, (std::vector<std::pair<int, int>>{{1, 0}, {1, 1}, {2, 0}}));
 }
 
-// --- Sheet heads
-// ----------------------------------------------------------------------------------
+// --- Sheet heads ------------------------------------------------------------------------------
 
 TEST(SheetHeads, OneNameHeadsTwoColumns) {
     const Datensatz daten = twoLoci();

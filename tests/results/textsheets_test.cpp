@@ -128,8 +128,7 @@ TEST(Heterogeneity, FaultsAreTold) {
     EXPECT_EQ(faultOf(kHeterogeneity, "KVA made replikas.\n"), "line 1: not a line of this sheet");
 }
 
-// --- Error report
-// ---------------------------------------------------------------------------------
+// --- Error report -----------------------------------------------------------------------------
 
 namespace {
 

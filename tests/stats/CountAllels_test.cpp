@@ -273,8 +273,7 @@ TEST(CountAllels, ASheetOnAFullDiskIsToldOnce) {
     EXPECT_EQ(run->PopAllele.size(), 3U);
 }
 
-// --- The tables
-// -----------------------------------------------------------------------------------
+// --- The tables -------------------------------------------------------------------------------
 
 TEST(CountAllels, EntryZeroIsThePoolAndEntryPPopulationP) {
     LoadedRun run(kTwoPops);
@@ -359,8 +358,7 @@ TEST(AllelCountLT, ClosedSheetsTakeNothing) {
     EXPECT_EQ(run->Daten->AllelCountPop(none, none, 1).size(), 2U);
 }
 
-// --- Individuals
-// -----------------------------------------------------------------------------------
+// --- Individuals ------------------------------------------------------------------------------
 
 TEST(CountIAllels, IndividualsStandPopulationAfterPopulation) {
     LoadedRun run(kTwoPops);
@@ -464,8 +462,7 @@ TEST(CountIAllels, WithoutPopulationsThereAreNoIndividuals) {
     EXPECT_TRUE(run.IndAllele.empty());
 }
 
-// --- Against a slow count of the slots
-// ----------------------------------------------------------------
+// --- Against a slow count of the slots --------------------------------------------------------
 
 namespace {
 

@@ -194,8 +194,7 @@ TEST_F(GroupMeans, FiskOfAnEmptySampleIsZero) {
     EXPECT_NEAR(daten.CalcFisk(tables, 1, 1), 2.0 / 45.0, 1e-15); // (1/15 + 0 + 1/15)/3
 }
 
-// --- Random-discard means
-// -------------------------------------------------------------------------
+// --- Random-discard means ---------------------------------------------------------------------
 
 namespace {
 

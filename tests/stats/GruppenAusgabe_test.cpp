@@ -244,8 +244,7 @@ TEST(GruppenAusgabe, HeterozygosityGuardsTheReplicateColumns) {
     EXPECT_EQ(cellOf(run.sheet("Varrepeatgroup"), "Grp 01", 1), "3.000000");
 }
 
-// --- Random-discard values
-// ------------------------------------------------------------------------
+// --- Random-discard values --------------------------------------------------------------------
 
 TEST(GruppenAusgabe, InbredGroupHasTheReplicateMeans) {
     Written run("2 . . 2 .\n. . . 50 .\n. . . L1 L1b\n"
@@ -267,8 +266,7 @@ TEST(GruppenAusgabe, StartsNoReplicates) {
     EXPECT_EQ(cellOf(run.resultFile("Group_data/HetexpRDgroup.xls"), "Grp 01", 1), "1.000000");
 }
 
-// --- Console, log, folder
-// ----------------------------------------------------------------------------
+// --- Console, log, folder ---------------------------------------------------------------------
 
 TEST(GruppenAusgabe, ConsoleTellsEachGroupTested) {
     LoadedRun run(kTwoGroups);

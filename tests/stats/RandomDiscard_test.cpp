@@ -409,8 +409,7 @@ TEST(CalcRDHet, SumsOfThePlainWalk) {
     }
 }
 
-// --- The values alone
-// -----------------------------------------------------------------------------
+// --- The values alone -------------------------------------------------------------------------
 
 TEST(RandomDiscardValues, PlainWithoutReplicates) {
     const AllelCount table = tableOf({{100, 3}, {102, 1}}, 1); // C = 4: factor 2

@@ -237,8 +237,7 @@ TEST(TABAusgabe, LargestLengthsStayNumbers) {
     EXPECT_EQ(line[kVarRepeat], "0.500000"); // 4/2 x (1/4 + 1/4)/2
 }
 
-// --- Inbred data
-// ------------------------------------------------------------------------------------
+// --- Inbred data ------------------------------------------------------------------------------
 
 namespace {
 
@@ -275,8 +274,7 @@ TEST(TABAusgabe, WithoutTheOverviewTheNumberOfAllelesStartsTheReplicates) {
     EXPECT_EQ(line[kNumAlleles], fixed6(run->PopAllele[1][0].RDAlleleSumme / 200.0));
 }
 
-// --- Console, log, folder
-// --------------------------------------------------------------------------------
+// --- Console, log, folder ---------------------------------------------------------------------
 
 TEST(TABAusgabe, ConsoleNamesTheLociAndMarksThePopulations) {
     LoadedRun run(kTwoPops);

@@ -260,8 +260,7 @@ TEST(Uebersicht, WithoutTablesThePassIsRefused) {
     EXPECT_FALSE(std::filesystem::exists("Single_data"));
 }
 
-// --- Single cells
-// -----------------------------------------------------------------------------------
+// --- Single cells -----------------------------------------------------------------------------
 
 namespace {
 
@@ -363,8 +362,7 @@ TEST(Uebersicht, UnknownRepeatLengthIsLikeNone) {
     EXPECT_NE(run.cell("Var", "A"), "n.d.");
 }
 
-// --- Richness reference
-// ---------------------------------------------------------------------------------
+// --- Richness reference -----------------------------------------------------------------------
 
 // C has one copy at L1, which does not lower the minimum of 4 (A and B): 2 individuals.
 TEST(Uebersicht, SingleCopyDoesNotLowerTheReference) {
@@ -427,8 +425,7 @@ TEST(Uebersicht, OverflowingRichnessHasNone) {
     EXPECT_EQ(run.cell("AllelicRichness", "Std. Ind. Number"), "75.000000");
 }
 
-// --- Inbred data
-// ------------------------------------------------------------------------------------------
+// --- Inbred data ------------------------------------------------------------------------------
 
 namespace {
 
@@ -514,8 +511,7 @@ TEST(Uebersicht, NotANumberIsPrinted) {
     EXPECT_EQ(run.cell("Hetexp", "A"), "1.000000"); // 3/(3 - 2) x (1 - 3 x 1/9) = 2, capped
 }
 
-// --- Shapes
-// ---------------------------------------------------------------------------------------------------
+// --- Shapes -----------------------------------------------------------------------------------
 
 TEST(Uebersicht, WritesItsTwentySheetsAndGst) {
     const Written run(kTwoPops);
