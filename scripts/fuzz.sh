@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 task=${1:?seconds, or minimise}
 shift
-[ $# -gt 0 ] || set -- reader options iminfo menu passes results check import_genepop \
+[ $# -gt 0 ] || set -- reader options iminfo menu passes results check report import_genepop \
     import_structure import_fstat import_genetix import_genalex import_long
 
 scripts/setup.sh build test clang

@@ -322,10 +322,22 @@ void takeAlleles(ReportData& data) {
     data.rows.erase("allele_frequency");
 }
 
+// A file to read; a stream that has failed where there is none. A pipe would keep us waiting.
+std::ifstream openRegular(const fs::path& file) {
+    std::error_code error;
+    std::ifstream in;
+    if (fs::is_regular_file(file, error)) {
+        in.open(file, std::ios::binary);
+    } else {
+        in.setstate(std::ios::failbit);
+    }
+    return in;
+}
+
 // The individuals of each population: the lines behind each "POP" of the Genepop file that every
 // run writes. Nothing where it is not there or has other populations.
 std::vector<std::size_t> individualsOf(const fs::path& folder, std::size_t populations) {
-    std::ifstream in(folder / "Formats&Data" / "Genepop.gen", std::ios::binary);
+    std::ifstream in = openRegular(folder / "Formats&Data" / "Genepop.gen");
     std::vector<std::size_t> sizes;
     for (std::string line; std::getline(in, line);) {
         if (line == "POP" || line == "POP\r") {
@@ -350,7 +362,7 @@ std::vector<std::size_t> populationsOfIndividuals(const std::vector<std::size_t>
 
 std::string logOf(const fs::path& folder) {
     constexpr std::size_t kMost = std::size_t{1} << 16U; // far beyond any log's
-    std::ifstream in(folder / "KVA.log", std::ios::binary);
+    std::ifstream in = openRegular(folder / "KVA.log");
     std::string text(kMost, '\0');
     in.read(text.data(), kMost);
     text.resize(static_cast<std::size_t>(in.gcount()));

@@ -112,6 +112,7 @@ SUBJECTS = {
     "import": lambda: Tool("import cats.gen -o new.txt --repeat 2 --populations numbers",
                            ("new.txt",)),
     "tidy": lambda: Tool("tidy results -o all.txt", ("all.txt",), "results"),
+    "report": lambda: Tool("report results -o page.html", ("page.html",), "results"),
 }
 
 
