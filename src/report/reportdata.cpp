@@ -1,5 +1,6 @@
 #include "report/reportdata.h"
 
+#include "base/newfile.h"
 #include "results/results.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <sstream>
 
@@ -322,22 +322,24 @@ void takeAlleles(ReportData& data) {
     data.rows.erase("allele_frequency");
 }
 
-// A file to read; a stream that has failed where there is none. A pipe would keep us waiting.
-std::ifstream openRegular(const fs::path& file) {
+// The bytes of a file of the folder; none where it is not there. A fault where it cannot be read.
+std::string textOf(const fs::path& folder, const char* name, std::vector<std::string>& faults) {
+    constexpr int64_t kMost = int64_t{1} << 31U;
     std::error_code error;
-    std::ifstream in;
-    if (fs::is_regular_file(file, error)) {
-        in.open(file, std::ios::binary);
-    } else {
-        in.setstate(std::ios::failbit);
+    std::string text;
+    if (fs::exists(folder / name, error)) {
+        const std::string failure = readWholeFile((folder / name).string(), text, kMost);
+        if (!failure.empty()) {
+            faults.push_back(std::string(name) + ": cannot be read: " + failure);
+        }
     }
-    return in;
+    return text;
 }
 
 // The individuals of each population: the lines behind each "POP" of the Genepop file that every
-// run writes. Nothing where it is not there or has other populations.
-std::vector<std::size_t> individualsOf(const fs::path& folder, std::size_t populations) {
-    std::ifstream in = openRegular(folder / "Formats&Data" / "Genepop.gen");
+// run writes. Nothing where that is empty or has other populations.
+std::vector<std::size_t> individualsOf(const std::string& genepop, std::size_t populations) {
+    std::istringstream in(genepop);
     std::vector<std::size_t> sizes;
     for (std::string line; std::getline(in, line);) {
         if (line == "POP" || line == "POP\r") {
@@ -358,15 +360,6 @@ std::vector<std::size_t> populationsOfIndividuals(const std::vector<std::size_t>
         result.insert(result.end(), sizes[population], population);
     }
     return result.size() == individuals ? result : std::vector<std::size_t>();
-}
-
-std::string logOf(const fs::path& folder) {
-    constexpr std::size_t kMost = std::size_t{1} << 16U; // far beyond any log's
-    std::ifstream in = openRegular(folder / "KVA.log");
-    std::string text(kMost, '\0');
-    in.read(text.data(), kMost);
-    text.resize(static_cast<std::size_t>(in.gcount()));
-    return text;
 }
 
 // The name of a folder, also of one that is given as "." or with a slash at its end.
@@ -514,8 +507,12 @@ std::vector<std::string> readReportData(const ReportRequest& request, ReportData
                 ": holds no data: the sheets name no population or locus"};
     }
     takeAlleles(data);
-    data.log = logOf(request.folder);
-    data.individuals = individualsOf(request.folder, data.populations.size());
+    data.log = textOf(request.folder, "KVA.log", faults);
+    data.individuals = individualsOf(textOf(request.folder, "Formats&Data/Genepop.gen", faults),
+                                     data.populations.size());
+    if (!faults.empty()) {
+        return faults;
+    }
     data.populationOf =
         populationsOfIndividuals(data.individuals, data.ofIndividuals.labels.size());
     if (!request.bootstrap.empty()) {

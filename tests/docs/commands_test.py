@@ -145,7 +145,8 @@ def run_page(page, programs):
     with tempfile.TemporaryDirectory() as place:
         folder = pathlib.Path(place).resolve()
         for data in (ROOT / "examples").iterdir():
-            shutil.copy(data, folder)
+            if data.is_file():
+                shutil.copy(data, folder)
         shutil.copytree(ROOT / "examples", folder / "examples")
         environment = dict(os.environ, LC_ALL="C.UTF-8", HOME=str(folder),
                            PATH=os.pathsep.join([*programs, str(ROOT / "tests" / "docs"),

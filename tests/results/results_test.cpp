@@ -160,7 +160,8 @@ TEST(Results, PipeInPlaceOfASheetIsTold) {
     EXPECT_THAT(folder.read().faults, Contains("Single_data/Hetexp.xls: is no file"));
 }
 
-// No further file can be opened.
+// No further file or folder can be opened: the two sheets, and the folders of sheets whose names
+// hold that of a group or population.
 TEST(Results, SheetThatCannotBeOpenedIsTold) {
     const Folder folder;
     rlimit before{};
@@ -172,7 +173,12 @@ TEST(Results, SheetThatCannotBeOpenedIsTold) {
     EXPECT_THAT(read.rows, IsEmpty());
     EXPECT_THAT(read.faults,
                 ElementsAre("Single_data/Hetexp.xls: cannot be opened: Too many open files",
-                            "F-Statistic/FST_WC84.txt: cannot be opened: Too many open files"));
+                            "Group_data/SumGrp*.xls: cannot be listed: Too many open files",
+                            "F-Statistic/FST_WC84.txt: cannot be opened: Too many open files",
+                            "Resampling_data/*_HetRange.xls: cannot be listed: Too many open files",
+                            "Resampling_data/*_VarRange.xls: cannot be listed: Too many open files",
+                            "Resampling_data/*_AlleleRange.xls: cannot be listed: Too many open "
+                            "files"));
 }
 
 TEST(Results, MatrixCutAnywhereIsTold) {
