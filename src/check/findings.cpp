@@ -83,9 +83,11 @@ constexpr FindingKind kKinds[] = {
     {Code::RepeatLength, "repeat-length", kWarning, "a repeat length that is no number above 0",
      "It is read up to what is no digit, or unknown: values in repeats change or read \"n.d.\".",
      "Write a whole number of base pairs above the first column of the locus."},
-    {Code::RestLength, "rest-length", kNote, "a rest length that is no number of 0 or more",
+    {Code::RestLength, "rest-length", kNote,
+     "a rest length that is empty, or no number of 0 or more",
      "It is read up to what is no digit, or unknown.",
-     "Write a whole number of base pairs above the first column of the locus."},
+     "Nothing, if you do not know it; else write a whole number of base pairs above the first "
+     "column of the locus."},
     {Code::LengthColumn, "length-column", kWarning,
      "a length stands above the second column of its locus alone",
      "Only the one above the first column is read: the length is unknown.",
@@ -166,7 +168,8 @@ constexpr FindingKind kKinds[] = {
      "Nothing, if it is meant so."},
     {Code::Decimal, "decimal", kError, "an allele with decimals",
      "What stands behind the point or comma is cut off, not rounded.",
-     "Round the alleles to whole numbers (bin them) first."},
+     "Round the alleles to whole numbers (bin them) first; show numbers without thousands "
+     "separators."},
     {Code::TwoAlleles, "two-alleles", kError, "two alleles in one cell",
      "Only the first is read, or both as one large number.",
      "Give each allele a cell."},
