@@ -64,7 +64,8 @@ constexpr FindingKind kKinds[] = {
      "Write 2 into the first cell if a locus has two columns."},
     {Code::SurplusColumn, "surplus-column", kWarning, "the last column makes no whole locus",
      "With two columns per locus it is left out.",
-     "Remove the column, or add its partner in row 1."},
+     "Look whether a column too many stands behind the group, as names of individuals do; else "
+     "remove the last column, or add its partner in row 1."},
     {Code::NamesShifted, "names-shifted", kError, "text in front of the names of the loci",
      "The row of names is read from its fourth byte on, so that the names shift.",
      "Leave the first three cells of the row of names empty."},
@@ -85,13 +86,14 @@ constexpr FindingKind kKinds[] = {
      "Write a whole number of base pairs above the first column of the locus."},
     {Code::RestLength, "rest-length", kNote,
      "a rest length that is empty, or no number of 0 or more",
-     "It is read up to what is no digit, or unknown.",
+     "It is read up to what is no digit, or unknown: numbers of repeats of an allele read \"n.d.\".",
      "Nothing, if you do not know it; else write a whole number of base pairs above the first "
      "column of the locus."},
     {Code::LengthColumn, "length-column", kWarning,
      "a length stands above the second column of its locus alone",
      "Only the one above the first column is read: the length is unknown.",
-     "Move it one column to the left."},
+     "Move it one column to the left; where each locus has it, look whether a column too many "
+     "stands behind the group."},
     {Code::LocusNameMissing, "locus-name-missing", kWarning, "a locus without a name",
      "Its cells in the sheets have no head.",
      "Write a name above the first column of the locus."},
