@@ -51,6 +51,17 @@ def empty_row():
     return b"\n".join(lines)
 
 
+def named_individuals():
+    """A column more behind the third, whose header cells are empty."""
+    lines = DATA.rstrip(b"\n").split(b"\n")
+    named = []
+    for number, line in enumerate(lines):
+        cells = line.split(b"\t")
+        cells.insert(3, b"N%03d" % number if number >= 3 else b"")
+        named.append(b"\t".join(cells))
+    return b"\n".join(named) + b"\n"
+
+
 FIRST = DATA.split(b"\n")[3].split(b"\t")  # the first individual
 MISTAKES = {
     "saved as a workbook (.xlsx, .ods)": b"PK\x03\x04\x14\0\x06\0" + DATA[:200],
@@ -59,6 +70,9 @@ MISTAKES = {
     "saved as CSV": DATA.replace(b"\t", b";"),
     "rows not sorted by population": moved_row(),
     "an allele with decimals": in_row(4, FIRST[3], FIRST[3] + b".4"),
+    "thousands separators, 1,136": in_row(4, FIRST[3], b"1,136"),
+    "cells in quotes": in_row(4, FIRST[3], b'"' + FIRST[3] + b'"'),
+    "a column of names of individuals": named_individuals(),
     "both alleles in one cell": in_row(4, FIRST[3], FIRST[3] + b"/" + FIRST[4]),
     "0 for a missing allele": in_row(4, b"\t".join(FIRST[2:5]), FIRST[2] + b"\t0\t0"),
     "no group": in_row(4, b"\t".join(FIRST[:3]), b"\t".join(FIRST[:2]) + b"\t"),
