@@ -17,7 +17,9 @@ for page in $(git ls-files --cached --others --exclude-standard '*.md'); do
     sed -E 's/^```([a-z]+) .*/```\1/' "$page" > "$pages/$page"
 done
 
-cp docs/site.css "$pages/docs"
+# What pages show and link to.
+cp -R --parents docs/site.css docs/pictures LICENSE CITATION.cff workflow/config.yaml \
+    workflow/slurm/profile/config.yaml "$pages"
 
 /usr/bin/mkdocs build --strict --quiet
 scripts/check_site.py build/site
