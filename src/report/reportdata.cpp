@@ -9,7 +9,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <sstream>
 
 namespace kva {
 
@@ -338,13 +337,14 @@ std::string textOf(const fs::path& folder, const char* name, std::vector<std::st
 
 // The individuals of each population: the lines behind each "POP" of the Genepop file that every
 // run writes. Nothing where that is empty or has other populations.
-std::vector<std::size_t> individualsOf(const std::string& genepop, std::size_t populations) {
-    std::istringstream in(genepop);
+std::vector<std::size_t> individualsOf(std::string_view genepop, std::size_t populations) {
     std::vector<std::size_t> sizes;
-    for (std::string line; std::getline(in, line);) {
+    while (!genepop.empty()) {
+        const std::string_view line = genepop.substr(0, genepop.find('\n'));
+        genepop.remove_prefix(std::min(line.size() + 1, genepop.size()));
         if (line == "POP" || line == "POP\r") {
             sizes.push_back(0);
-        } else if (!sizes.empty() && line.find_first_not_of("\r ") != std::string::npos) {
+        } else if (!sizes.empty() && line.find_first_not_of("\r ") != std::string_view::npos) {
             ++sizes.back();
         }
     }
