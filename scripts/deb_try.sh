@@ -8,9 +8,9 @@ apt_get() { apt-get -q -y --no-install-recommends "$@" >>/tmp/apt.log 2>&1 || { 
 apt_get install ./kva_*.deb
 
 echo "--- kva and kvatool"
-mkdir work
-cp /usr/share/doc/kva/examples/testdata.dat* work
-cd work
+mkdir try
+cp /usr/share/doc/kva/examples/testdata.dat* try
+cd try
 [ -f testdata.dat ] || gunzip testdata.dat.gz
 kva -i testdata.dat >console.txt || [ $? = 1 ] # its status after a run
 ls testdata.dat_KVAresult00
@@ -26,13 +26,13 @@ apt_get install ./libkva-dev_*.deb g++ cmake make
 cp -R /usr/share/doc/kva/examples/library program
 cmake -S program -B program/build >/dev/null
 cmake --build program/build >/dev/null
-find program/build -maxdepth 1 -type f -perm -u+x -exec {} work/testdata.dat \; | head -n 4
+find program/build -maxdepth 1 -type f -perm -u+x -exec {} try/testdata.dat \; | head -n 4
 
 echo "--- R"
 apt_get install ./r-kva_*.deb
-Rscript -e 'x <- kva::read_kva("/tmp/work/results"); stopifnot(nrow(kva::fst(x)) == 8); print(x)'
+Rscript -e 'x <- kva::read_kva("try/results"); stopifnot(nrow(kva::fst(x)) == 8); print(x)'
 
 echo "--- removed"
 apt_get purge kva libkva-dev r-kva
 left=$(find /usr /etc /var/lib -name '*kva*' ! -path '*/dpkg/*' ! -path '*/apt/*')
-[ -z "$left" ] || { echo "left behind: $left"; exit 1; }
+[ -z "$left" ] || { echo "left behind: $left" && exit 1; }
