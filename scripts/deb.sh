@@ -13,11 +13,11 @@ deb=$root/build/deb
 
 scripts/setup.sh build deb
 
-# build_in FOLDER: the packages of the last commit, FOLDER/*.deb
+# build_in FOLDER COMMIT: the packages of a commit, FOLDER/*.deb
 build_in() {
     rm -rf "$1"
     mkdir -p "$1/kva"
-    git archive HEAD | tar -x -C "$1/kva"
+    git archive "$2" | tar -x -C "$1/kva"
     (cd "$1/kva" && dpkg-buildpackage -b -us -uc >../build.log 2>&1) || {
         tail -n 40 "$1/build.log"
         exit 1
@@ -37,12 +37,16 @@ try_in_clean_root() {
 
 for task in "$@"; do
     case $task in
-    build) build_in "$deb" ;;
+    build)
+        commit=$(git rev-parse HEAD)
+        build_in "$deb" "$commit"
+        echo "$commit" >"$deb/commit"
+        ;;
     lint) lintian --fail-on error "$deb"/*.changes ;;
     try) try_in_clean_root ;;
     same)
         again=$(mktemp -d)
-        (TZ=Asia/Tokyo LC_ALL=C.UTF-8 build_in "$again/somewhere/else")
+        (TZ=Asia/Tokyo LC_ALL=C.UTF-8 build_in "$again/somewhere/else" "$(cat "$deb/commit")")
         for package in "$deb"/*.deb; do
             cmp "$package" "$again/somewhere/else/$(basename "$package")"
         done
