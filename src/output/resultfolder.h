@@ -43,7 +43,12 @@ class ResultFolder {
 
     // Its files, those that are open up to their last flush; the folder must lie in memory.
     const ResultTexts& texts() const { return *Texts; }
-    ResultTexts takeTexts() { return std::move(*Texts); }
+
+    // Takes them out. Closes the log; no other file may be open.
+    ResultTexts takeTexts() {
+        LogDatei.close();
+        return std::move(*Texts);
+    }
 
     // Makes WantedPfad, or without it the next numbered folder (mode 0777) for a data file, named
     // as it was typed, enters it and opens its log. From the second call on the folder lies beside
