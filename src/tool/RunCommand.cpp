@@ -78,7 +78,7 @@ int runOne(const RunJob& job, const ResultPlace& place, bool quiet) {
     }
     place.finish();
     if (!quiet) {
-        std::cerr << job.Data << ": results in " << place.folder().string() << '\n';
+        std::cerr << job.Data + ": results in " + place.folder().string() + '\n';
     }
     return 0;
 }
