@@ -81,6 +81,9 @@ Outcome<DataSet> load(std::FILE* stream, const std::string& name) {
     if (refusal == 0) {
         loaded.GetDataFile(stream); // what it refuses stays without individuals
     }
+    if (!loaded.Unread.empty()) { // by this reading, after that of the check
+        return fileError(name, loaded.Unread);
+    }
     if (loaded.GetGesamtIndividuuenAnzahl() == 0) {
         return dataError(name, told.str(), report);
     }
