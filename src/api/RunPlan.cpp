@@ -4,18 +4,12 @@
 #include "distance/measures.h"
 #include "formats/exports.h"
 
-#include <algorithm>
-#include <cctype>
 #include <set>
 #include <vector>
 
 namespace kva {
 
 namespace {
-
-constexpr unsigned kMostThreads = 1024;
-constexpr double kMostIndividuals = 1e9; // of the reference of the allelic richness
-constexpr const char* kAll = "all";
 
 // --- Names -------------------------------------------------------------------------------
 
@@ -45,7 +39,7 @@ std::vector<BitName> exportNames() {
 uint32_t bitsOf(const char* what, const std::string& name, const std::vector<BitName>& known) {
     uint32_t bits = 0;
     for (const BitName& each : known) {
-        bits |= name == kAll || name == each.Text ? each.Bits : 0;
+        bits |= name == kAllNames || name == each.Text ? each.Bits : 0;
     }
     if (bits == 0) {
         std::vector<std::string> names;
@@ -69,33 +63,46 @@ uint32_t bitsOf(const char* what, const std::set<std::string>& names,
 
 // --- What does not go together --------------------------------------------------------------
 
-void refuse(bool wrong, const char* what) {
-    if (wrong) {
-        throw WrongWord(what);
-    }
-}
-
 void checkNumbers(const api::Settings& settings) {
-    refuse(settings.permutations < 0, "permutations: 0 or more");
-    refuse(settings.sequentialHits < 0, "sequentialHits: 0 or more");
-    refuse(settings.bootstrap < 1, "bootstrap: 1 or more");
-    refuse(settings.hetRange.value_or(0) < 0, "hetRange: 0 or more");
-    refuse(settings.threads < 1 || settings.threads > kMostThreads, "threads: 1 to 1024");
-    refuse(!(settings.rarefy <= kMostIndividuals), "rarefy: up to 1e9");
+    refuseIf(settings.permutations < 0, "permutations: 0 or more");
+    refuseIf(settings.sequentialHits < 0, "sequentialHits: 0 or more");
+    refuseIf(settings.bootstrap < 1, "bootstrap: 1 or more");
+    refuseIf(settings.hetRange.value_or(0) < 0, "hetRange: 0 or more");
+    refuseIf(settings.threads < 1 || settings.threads > kMostThreads, "threads: 1 to 1024");
+    refuseIf(!(settings.rarefy <= kMostIndividuals), "rarefy: up to 1e9");
 }
 
-void checkMeanings(const api::Settings& settings) {
-    refuse((settings.hetLinked || settings.hetIndividuals || settings.hetThin ||
-            settings.hetUncorrected) &&
-               !settings.hetRange,
-           "hetLinked, hetIndividuals, hetThin and hetUncorrected need hetRange");
-    refuse((settings.sequentialHits > 0 || settings.fstLoci || settings.thin) && !settings.fstPairs,
-           "sequentialHits, fstLoci and thin need fstPairs");
-    refuse(settings.sequentialHits > 0 && settings.thin,
-           "sequentialHits and thin do not go together");
-    refuse(settings.bootstrap > 1 && settings.populationDistances.empty() &&
-               settings.individualDistances.empty(),
-           "bootstrap needs populationDistances or individualDistances");
+// Settings that say nothing without another one, or against it, and how that is told.
+struct Meaning {
+    bool (*isWrong)(const api::Settings& settings);
+    const char* fields;
+    const char* options;
+};
+
+constexpr Meaning kMeanings[] = {
+    {[](const api::Settings& s) {
+         return (s.hetLinked || s.hetIndividuals || s.hetThin || s.hetUncorrected) && !s.hetRange;
+     },
+     "hetLinked, hetIndividuals, hetThin and hetUncorrected need hetRange",
+     "--het-linked, --het-individuals, --het-thin and --het-uncorrected need --het-range N"},
+    {[](const api::Settings& s) {
+         return (s.sequentialHits > 0 || s.fstLoci || s.thin) && !s.fstPairs;
+     },
+     "sequentialHits, fstLoci and thin need fstPairs",
+     "--sequential, --fst-loci and --thin need --fst pairs"},
+    {[](const api::Settings& s) { return s.sequentialHits > 0 && s.thin; },
+     "sequentialHits and thin do not go together", "--sequential and --thin do not go together"},
+    {[](const api::Settings& s) {
+         return s.bootstrap > 1 && s.populationDistances.empty() && s.individualDistances.empty();
+     },
+     "bootstrap needs populationDistances or individualDistances", "--bootstrap needs --distances"},
+};
+
+void checkMeanings(const api::Settings& settings, SettingNames names) {
+    for (const Meaning& meaning : kMeanings) {
+        refuseIf(meaning.isWrong(settings),
+                 names == SettingNames::Fields ? meaning.fields : meaning.options);
+    }
 }
 
 // --- Parts of the plan ------------------------------------------------------------------------
@@ -144,16 +151,23 @@ void planHetRange(const api::Settings& settings, AnalyseSettings& masks) {
 
 } // namespace
 
-RunPlan planOf(const api::Settings& settings) {
+void refuseIf(bool wrong, const char* words) {
+    if (wrong) {
+        throw WrongWord(words);
+    }
+}
+
+RunPlan planOf(const api::Settings& settings, SettingNames names) {
     checkNumbers(settings);
-    checkMeanings(settings);
+    checkMeanings(settings, names);
     RunPlan plan;
     planFst(settings, plan.Masks);
     planDistances(settings, plan);
     planHetRange(settings, plan.Masks);
     plan.Masks.GeneralMask |= bitsOf("format", settings.formats, exportNames());
-    refuse(!settings.imInformation.empty() && !hasBit(plan.Masks.GeneralMask, GeneralBit::IMFormat),
-           "imInformation needs the format im");
+    refuseIf(!settings.imInformation.empty() &&
+                 !hasBit(plan.Masks.GeneralMask, GeneralBit::IMFormat),
+             "imInformation needs the format im");
     plan.Scalars.Permutationen = settings.permutations;
     plan.Scalars.Bootstraps = settings.bootstrap;
     plan.Scalars.HetRandomisierungen = settings.hetRange.value_or(0);

@@ -30,8 +30,18 @@ struct RunPlan {
     int32_t SequentialHits = 0; // 0: all permutations are made
 };
 
+constexpr unsigned kMostThreads = 1024;
+constexpr double kMostIndividuals = 1e9; // of the reference of the allelic richness
+constexpr const char* kAllNames = "all"; // of the measures, or of the formats
+
+// What a user is told by: the fields of Settings, or the options of kvatool run.
+enum class SettingNames { Fields, Options };
+
+// Throws WrongWord with the words, if it is wrong.
+void refuseIf(bool wrong, const char* words);
+
 // The plan of settings, without IMFile. Throws WrongWord.
-RunPlan planOf(const api::Settings& settings);
+RunPlan planOf(const api::Settings& settings, SettingNames names = SettingNames::Fields);
 
 } // namespace kva
 

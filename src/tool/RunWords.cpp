@@ -17,10 +17,8 @@ namespace {
 
 using api::Settings;
 
-constexpr const char* kAll = "all";
 constexpr uint64_t kLargestSeed = (1ULL << 53U) - 1; // whole in JSON and in R
 constexpr int64_t kMost = 2147483647;                // replicates and permutations
-constexpr unsigned kMostThreads = 1024;
 
 // --- The options -------------------------------------------------------------------------
 
@@ -100,7 +98,7 @@ void addOtherOptions(CLI::App& command, RunWords& words) {
         .add_option("--rarefy", words.Rarefy,
                     "Reference of the allelic richness in individuals (default: the smallest "
                     "sample of each locus); 0: no richness")
-        ->check(CLI::Range(0.0, 1e9));
+        ->check(CLI::Range(0.0, kMostIndividuals));
     words.SeedGiven =
         command
             .add_option("--seed", words.Seed,
@@ -128,12 +126,6 @@ constexpr const char* kExamples =
 uint64_t entropySeed() {
     std::random_device entropy;
     return ((uint64_t{entropy()} << 32U) | entropy()) & kLargestSeed;
-}
-
-void refuse(bool wrong, const char* what) {
-    if (wrong) {
-        throw WrongWord(what);
-    }
 }
 
 // Throws for a word that is none of the known ones.
@@ -183,18 +175,18 @@ std::string measureName(const std::string& word) {
 // "all", "population", "individual"; the last two with measures behind a colon: "population:CAS",
 // then "DAN" and so on, all of them without.
 void takeDistances(const std::vector<std::string>& words, Settings& settings) {
-    const std::vector<std::string> kinds = {kAll, "population", "individual"};
+    const std::vector<std::string> kinds = {kAllNames, "population", "individual"};
     std::string whose; // of the word before
     for (const std::string& word : words) {
         const std::size_t colon = word.find(':');
-        std::string measure = kAll;
+        std::string measure = kAllNames;
         if (!whose.empty() && colon == std::string::npos &&
             std::ranges::find(kinds, word) == kinds.end()) {
             measure = measureName(word);
         } else {
             whose = word.substr(0, colon);
             checkWord("kind of distances", whose, kinds);
-            measure = colon == std::string::npos ? kAll : measureName(word.substr(colon + 1));
+            measure = colon == std::string::npos ? kAllNames : measureName(word.substr(colon + 1));
         }
         if (whose != "individual") {
             settings.populationDistances.insert(measure);
@@ -206,7 +198,7 @@ void takeDistances(const std::vector<std::string>& words, Settings& settings) {
 }
 
 void takeFormats(const std::vector<std::string>& words, Settings& settings) {
-    std::vector<std::string> known = {kAll};
+    std::vector<std::string> known = {kAllNames};
     for (const Export& row : allExports()) {
         known.emplace_back(row.Keyword);
     }
@@ -216,25 +208,15 @@ void takeFormats(const std::vector<std::string>& words, Settings& settings) {
     }
 }
 
-// Options that say nothing without another one, or against it.
+// Options that have no place in Settings, without another one or against it.
 void checkWords(const RunWords& words, const Settings& settings) {
-    refuse((settings.hetLinked || settings.hetIndividuals || settings.hetThin ||
-            settings.hetUncorrected) &&
-               !settings.hetRange,
-           "--het-linked, --het-individuals, --het-thin and --het-uncorrected "
-           "need --het-range N");
-    refuse((settings.sequentialHits > 0 || settings.fstLoci || settings.thin) && !settings.fstPairs,
-           "--sequential, --fst-loci and --thin need --fst pairs");
-    refuse(settings.sequentialHits > 0 && words.ClockSeed,
-           "--sequential needs --seed, not --clock-seed");
-    refuse(settings.sequentialHits > 0 && settings.thin,
-           "--sequential and --thin do not go together");
-    refuse(words.ClockSeed && words.Threads > 1,
-           "--clock-seed draws one stream in order: it needs --threads 1");
-    refuse(settings.bootstrap > 1 && words.Distances.empty(), "--bootstrap needs --distances");
-    refuse(!words.IMFile.empty() && !settings.formats.contains("im") &&
-               !settings.formats.contains(kAll),
-           "--im-info needs --formats im");
+    refuseIf(settings.sequentialHits > 0 && words.ClockSeed,
+             "--sequential needs --seed, not --clock-seed");
+    refuseIf(words.ClockSeed && words.Threads > 1,
+             "--clock-seed draws one stream in order: it needs --threads 1");
+    refuseIf(!words.IMFile.empty() && !settings.formats.contains("im") &&
+                 !settings.formats.contains(kAllNames),
+             "--im-info needs --formats im");
 }
 
 } // namespace
@@ -271,8 +253,8 @@ RunPlan RunWords::plan() const {
     settings.hetUncorrected = HetUncorrected;
     settings.rarefy = Rarefy;
     settings.threads = Threads;
+    RunPlan plan = planOf(settings, SettingNames::Options);
     checkWords(*this, settings);
-    RunPlan plan = planOf(settings);
     plan.IMFile = IMFile;
     plan.Seed.reset(); // kva's very stream
     if (!ClockSeed) {
