@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <limits>
 
 namespace kva::api {
@@ -13,12 +12,6 @@ namespace kva::api {
 namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-
-double numberOf(std::string_view text) {
-    double value = kNone;
-    std::from_chars(text.data(), text.data() + text.size(), value); // "NaN" and "Inf", too
-    return text.empty() ? kNone : value;
-}
 
 // Adds the pairs of a symmetric matrix, which come row by row below its diagonal: (0,1), (0,2),
 // (1,2), (0,3) ...

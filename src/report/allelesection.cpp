@@ -21,7 +21,7 @@ Table locusTable(const ReportData& data, std::size_t locus) {
     }
     for (std::size_t s = 0; s < data.alleles.size(); ++s) {
         std::vector<Cell> row(all.size() + 1);
-        row[0] = {s == 0 ? "Total" : data.populations[s - 1]};
+        row[0] = {data.sampleName(s)};
         for (const AlleleCell& cell : data.alleles[s][locus]) {
             const auto at = std::find_if(all.begin(), all.end(), [&cell](const AlleleCell& other) {
                 return other.allele == cell.allele;

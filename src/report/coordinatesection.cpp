@@ -244,9 +244,7 @@ bool writeCoordinates(const PairDistances& distances, Points points, const std::
     if (distances.measure.empty()) {
         return false;
     }
-    const auto without = std::count_if(distances.values.begin(), distances.values.end(),
-                                       [](double v) { return !std::isfinite(v); });
-    if (without > 0) {
+    if (const std::size_t without = distances.pairsWithout(); without > 0) {
         appendNote(html, "There are no coordinates: the distance " + distances.measure +
                              " has no value for " + std::to_string(without) + " of " +
                              counted(distances.values.size(), "pair") + ".");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace kva {
 
@@ -24,7 +25,7 @@ double missingShare(const ReportData& data, std::size_t population, std::size_t 
     return std::isnan(copies) ? 1 : 1 - copies / all;
 }
 
-// The same over all loci, and of all populations where none is named.
+// The same over all loci, of the populations from `first` up to the one before `last`.
 double missingOver(const ReportData& data, std::size_t first, std::size_t last) {
     double missing = 0;
     double all = 0;
@@ -109,7 +110,7 @@ Table copiesTable(const ReportData& data) {
         table.columns.push_back({.head = locus});
     }
     for (std::size_t s = 0; s <= data.populations.size(); ++s) {
-        std::vector<Cell> row = {{s == 0 ? "Total" : data.populations[s - 1]}};
+        std::vector<Cell> row = {{data.sampleName(s)}};
         for (std::size_t l = 0; l < data.loci.size(); ++l) {
             row.push_back({std::string(data.cell("gene_copies", s, l)),
                            {},
@@ -190,6 +191,24 @@ std::string whereOf(const ReportData& data, const Remark& remark, std::size_t lo
     }
 }
 
+struct RemarkOn {
+    const Remark* remark;
+    const std::string* value;
+};
+
+// The remarks on each locus, by its name, in the order of kRemarks and of the report.
+using RemarksByLocus = std::multimap<std::string_view, RemarkOn>;
+
+RemarksByLocus remarksByLocus(const ReportData& data) {
+    RemarksByLocus remarks;
+    for (const Remark& remark : kRemarks) {
+        for (const ResultRow& row : data.of(remark.statistic)) {
+            remarks.insert({row.locus, {&remark, &row.value}});
+        }
+    }
+    return remarks;
+}
+
 Table checklist(const ReportData& data) {
     Table table{.id = "suspicious",
                 .title = "Alleles to look at again",
@@ -200,30 +219,24 @@ Table checklist(const ReportData& data) {
                      {.head = "Value"},
                      {.head = "Repeat length"},
                      {.head = "Where", .derived = true, .words = true}};
+    std::map<std::string_view, std::string> repeats; // of each locus that has a remark on them
+    for (const ResultRow& row : data.of("report_step_expected")) {
+        repeats[row.locus] = row.value;
+    }
+    const RemarksByLocus remarks = remarksByLocus(data);
     for (std::size_t l = 0; l < data.loci.size(); ++l) {
-        for (const Remark& remark : kRemarks) {
-            for (const ResultRow& row : data.of(remark.statistic)) {
-                if (row.locus != data.loci[l]) {
-                    continue;
-                }
-                std::string expected;
-                for (const ResultRow& other : data.of("report_step_expected")) {
-                    expected = remark.expected && other.locus == row.locus ? other.value : expected;
-                }
-                table.rows.push_back({{row.locus},
-                                      {remark.text},
-                                      {remark.value == ValueIs::Nothing ? "" : row.value},
-                                      {expected},
-                                      {whereOf(data, remark, l, row.value)}});
-            }
+        const auto [begin, end] = remarks.equal_range(data.loci[l]);
+        for (auto each = begin; each != end; ++each) {
+            const Remark& remark = *each->second.remark;
+            const std::string& value = *each->second.value;
+            table.rows.push_back({{data.loci[l]},
+                                  {remark.text},
+                                  {remark.value == ValueIs::Nothing ? "" : value},
+                                  {remark.expected ? repeats[data.loci[l]] : ""},
+                                  {whereOf(data, remark, l, value)}});
         }
     }
     return table;
-}
-
-std::string limitOf(const ReportData& data, const char* statistic) {
-    const std::vector<ResultRow>& rows = data.of(statistic);
-    return rows.empty() ? "?" : escaped(rows[0].value);
 }
 
 void appendChecklist(const ReportData& data, std::string& html) {
@@ -232,12 +245,13 @@ void appendChecklist(const ReportData& data, std::string& html) {
         appendNote(html, "There is no error report.");
         return;
     }
-    appendParagraph(html, "The error report remarks on gaps of more than " +
-                              limitOf(data, "report_limit_gap_steps") + " repeats or more than " +
-                              limitOf(data, "report_limit_gap_length") +
-                              " base pairs, on alleles below " +
-                              limitOf(data, "report_limit_allele_short") + " or above " +
-                              limitOf(data, "report_limit_allele_long") +
+    const auto limit = [&data](const char* of) {
+        return escaped(data.value(std::string("report_limit_") + of));
+    };
+    appendParagraph(html, "The error report remarks on gaps of more than " + limit("gap_steps") +
+                              " repeats or more than " + limit("gap_length") +
+                              " base pairs, on alleles below " + limit("allele_short") +
+                              " or above " + limit("allele_long") +
                               ", and on steps that do not fit the repeat length.");
     const Table table = checklist(data);
     if (table.rows.empty()) {

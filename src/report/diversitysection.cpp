@@ -26,6 +26,19 @@ std::vector<double> overLoci(const ReportData& data, const char* statistic,
     return values;
 }
 
+// The mean of those that are finite; NaN where none is.
+double meanOf(const std::vector<double>& values) {
+    double sum = 0;
+    double of = 0;
+    for (const double value : values) {
+        if (std::isfinite(value)) {
+            sum += value;
+            ++of;
+        }
+    }
+    return sum / of;
+}
+
 // The standard error of the mean richness over the loci that have one: the root of the sum of their
 // variances, over their number; NaN where one of them has no variance.
 double richnessError(const ReportData& data, std::size_t population) {
@@ -54,10 +67,10 @@ Table meansTable(const ReportData& data) {
     for (std::size_t p = 0; p < data.populations.size(); ++p) {
         std::vector<Cell> row = {{data.populations[p]}};
         for (const char* statistic : {kObserved, kExpected, kRichness}) {
-            row.push_back({fixedText(meanOf(overLoci(data, statistic, p)).value, kDigits)});
+            row.push_back({fixedText(meanOf(overLoci(data, statistic, p)), kDigits)});
         }
         row.push_back({fixedText(richnessError(data, p), kDigits)});
-        row.push_back({fixedText(meanOf(overLoci(data, kAlleles, p)).value, kDigits)});
+        row.push_back({fixedText(meanOf(overLoci(data, kAlleles, p)), kDigits)});
         table.rows.push_back(std::move(row));
     }
     return table;
@@ -89,7 +102,7 @@ Table cellsTable(const ReportData& data) {
     table.folded = true;
     for (std::size_t s = 0; s <= data.populations.size(); ++s) {
         for (std::size_t l = 0; l < data.loci.size(); ++l) {
-            std::vector<Cell> row = {{s == 0 ? "Total" : data.populations[s - 1]}, {data.loci[l]}};
+            std::vector<Cell> row = {{data.sampleName(s)}, {data.loci[l]}};
             for (const Shown& shown : kShown) {
                 row.push_back({std::string(data.cell(shown.statistic, s, l))});
             }
@@ -104,14 +117,15 @@ Table cellsTable(const ReportData& data) {
 struct DiversityPanel {
     const char* title;
     const char* statistic;
-    bool share; // of 0 to 1
+    bool share;    // of 0 to 1
+    bool hasError; // a standard error is drawn
 };
 
 constexpr std::array<DiversityPanel, 4> kPanels = {{
-    {"Expected heterozygosity", kExpected, true},
-    {"Observed heterozygosity", kObserved, true},
-    {"Allelic richness", kRichness, false},
-    {"Alleles counted", kAlleles, false},
+    {"Expected heterozygosity", kExpected, true, false},
+    {"Observed heterozygosity", kObserved, true, false},
+    {"Allelic richness", kRichness, false, true},
+    {"Alleles counted", kAlleles, false, false},
 }};
 
 double largest(const ReportData& data, const char* statistic) {
@@ -137,13 +151,13 @@ std::string picture(const ReportData& data, bool points) {
                 svg.circle(x.at(values[l]), y, 1.8, "#b5b5b5");
             }
         }
-        const double mean = meanOf(values).value;
+        const double mean = meanOf(values);
         if (!std::isfinite(mean)) {
             return;
         }
         svg.circle(x.at(mean), y, 4, kOrange, data.populations[row] + ": " + fixedText(mean, 4));
-        const double error = richnessError(data, row);
-        if (kPanels[p].statistic == kRichness && std::isfinite(error)) {
+        const double error = kPanels[p].hasError ? richnessError(data, row) : std::nan("");
+        if (std::isfinite(error)) {
             svg.line(x.at(mean - error), y, x.at(mean + error), y, kInk, 1.5);
         }
     };

@@ -30,8 +30,7 @@ constexpr std::array<const char*, 4> kLimits = {"lower 95 %", "upper 95 %", "low
                                                 "upper 99 %"};
 
 std::string valueOf(const ReportData& data, const std::string& statistic, std::size_t row = 0) {
-    const std::vector<ResultRow>& rows = data.of(statistic);
-    return row < rows.size() ? rows[row].value : "";
+    return std::string(data.value(statistic, row));
 }
 
 std::string limitOf(const ReportData& data, std::string_view statistic,
@@ -49,13 +48,13 @@ bool hasLimits(const ReportData& data) {
 }
 
 bool hasTests(const ReportData& data) {
-    return data.test("fst_global") != nullptr;
+    return !data.tests("fst_global").empty();
 }
 
 // The p-value of the record; place: of a locus.
 Cell testCell(const ReportData& data, const std::string& statistic, std::size_t place = 0) {
-    const RunRecord::Test* test = data.test(statistic, place);
-    return test == nullptr ? Cell{""} : shortCell(test->p);
+    const std::span<const RunRecord::Test> tests = data.tests(statistic);
+    return place < tests.size() ? shortCell(tests[place].p) : Cell{""};
 }
 
 Table overAllTable(const ReportData& data) {
@@ -157,8 +156,7 @@ std::string picture(const ReportData& data) {
         const double lower = numberOf(limitOf(data, kGlobal[p].limits, kLimits[0]));
         const double upper = numberOf(limitOf(data, kGlobal[p].limits, kLimits[1]));
         if (row == 0 && std::isfinite(lower) && std::isfinite(upper)) {
-            const Scale& s = x;
-            svg.line(s.at(std::max(lower, s.low)), y, s.at(std::min(upper, s.high)), y, kOrange, 2);
+            svg.line(x.at(std::max(lower, x.low)), y, x.at(std::min(upper, x.high)), y, kOrange, 2);
         }
         if (std::isfinite(value)) {
             svg.circle(x.at(value), y, row == 0 ? 4.5 : 3.5, row == 0 ? kOrange : kBlue,

@@ -15,6 +15,7 @@ constexpr const char* kFst = "fst_pairwise";
 constexpr const char* kSheetP = "fst_pairwise_p";
 constexpr const char* kSheetBonferroni = "fst_pairwise_p_bonferroni";
 constexpr double kLevel = 0.05;
+constexpr std::size_t kMostNumbers = 40; // populations; of more the map has no numbers in its cells
 
 // The test of the pair i > j, which the record has in the order 1 and 2, 1 and 3, ..., 2 and 3.
 std::size_t recordPlace(std::size_t n, std::size_t i, std::size_t j) {
@@ -30,7 +31,7 @@ class PairTests {
     bool any() const { return ofRecord() || !Data.of(kSheetP).empty(); }
 
     const RunRecord::Test& test(std::size_t i, std::size_t j) const {
-        return *Tests[recordPlace(Data.populations.size(), i, j)];
+        return Tests[recordPlace(Data.populations.size(), i, j)];
     }
 
     // The p-value that is adjusted for the number of pairs.
@@ -40,7 +41,7 @@ class PairTests {
 
   private:
     const ReportData& Data;
-    std::vector<const RunRecord::Test*> Tests;
+    std::span<const RunRecord::Test> Tests;
 };
 
 Table pairsTable(const ReportData& data, const PairTests& tests) {
@@ -132,7 +133,6 @@ class HeatMap {
     }
 
   private:
-    static constexpr std::size_t kMostNumbers = 40;
     static constexpr std::size_t kLongestName = 20;
     static constexpr double kMapWidth = 900;
     static constexpr double kNumberWidth = 56;
@@ -210,7 +210,7 @@ class HeatMap {
 };
 
 std::string captionOf(const ReportData& data, const PairTests& tests) {
-    const bool numbers = data.populations.size() <= 40;
+    const bool numbers = data.populations.size() <= kMostNumbers;
     std::string caption = "Below the diagonal Fst";
     if (!tests.any()) {
         return caption + "; there were no tests.";

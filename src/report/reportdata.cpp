@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr std::string_view kDistance = "distance_";
 constexpr std::string_view kOfIndividuals = "_individuals";
 constexpr std::string_view kOfLocus = "_locus";
@@ -416,16 +414,19 @@ bool hasMeasure(const PairDistances& distances) {
 
 } // namespace
 
-double numberOf(std::string_view text) {
-    double value = kNone;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() ? value : kNone;
-}
-
 const std::vector<ResultRow>& ReportData::of(std::string_view statistic) const {
     static const std::vector<ResultRow> none;
     const auto found = rows.find(statistic);
     return found == rows.end() ? none : found->second;
+}
+
+std::string_view ReportData::value(std::string_view statistic, std::size_t row) const {
+    const std::vector<ResultRow>& found = of(statistic);
+    return row < found.size() ? std::string_view(found[row].value) : std::string_view();
+}
+
+std::string ReportData::sampleName(std::size_t sample) const {
+    return sample == 0 ? "Total" : populations[sample - 1];
 }
 
 // The sheets of one statistic go through the samples, all populations together in front;
@@ -466,28 +467,23 @@ std::string_view ReportData::pair(std::string_view statistic, std::size_t i, std
                                                     : std::string_view();
 }
 
-std::vector<const RunRecord::Test*> ReportData::pairTests(std::string_view statistic) const {
-    std::vector<const RunRecord::Test*> tests;
-    if (record) {
-        for (const RunRecord::Test& test : record->tests) {
-            if (test.statistic == statistic) {
-                tests.push_back(&test);
-            }
-        }
+std::span<const RunRecord::Test> ReportData::tests(std::string_view statistic) const {
+    if (!record) {
+        return {};
     }
-    const std::size_t n = populations.size();
-    return tests.size() == n * (n - 1) / 2 ? tests : std::vector<const RunRecord::Test*>();
+    const auto found = record->tests.find(statistic);
+    return found == record->tests.end() ? std::span<const RunRecord::Test>() : found->second;
 }
 
-const RunRecord::Test* ReportData::test(std::string_view statistic, std::size_t place) const {
-    if (record) {
-        for (const RunRecord::Test& test : record->tests) {
-            if (test.statistic == statistic && place-- == 0) {
-                return &test;
-            }
-        }
-    }
-    return nullptr;
+std::span<const RunRecord::Test> ReportData::pairTests(std::string_view statistic) const {
+    const std::span<const RunRecord::Test> found = tests(statistic);
+    const std::size_t n = populations.size();
+    return found.size() == n * (n - 1) / 2 ? found : std::span<const RunRecord::Test>();
+}
+
+std::size_t PairDistances::pairsWithout() const {
+    return static_cast<std::size_t>(std::count_if(
+        values.begin(), values.end(), [](double value) { return !std::isfinite(value); }));
 }
 
 std::vector<std::string> readReportData(const ReportRequest& request, ReportData& data) {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,9 @@ struct PairDistances {
     std::vector<double> values;     // of all loci; else means over the replicates; NaN: none
     std::size_t replicatesRead = 0; // 1: the values are those of the sheet
     std::vector<std::vector<double>> bootstrap; // values of each replicate; of populations alone
+
+    // How many pairs have no finite value.
+    std::size_t pairsWithout() const;
 };
 
 // An allele of a locus.
@@ -61,6 +65,12 @@ struct ReportData {
     // The rows of a statistic, in the order of the sheet; none if its pass was not run.
     const std::vector<ResultRow>& of(std::string_view statistic) const;
 
+    // The value of a row of a statistic; "" where there is none.
+    std::string_view value(std::string_view statistic, std::size_t row = 0) const;
+
+    // The name of a sample; 0: all populations together.
+    std::string sampleName(std::size_t sample) const;
+
     // The cell of a statistic of samples; sample 0: all populations together. "" where there is
     // none.
     std::string_view cell(std::string_view statistic, std::size_t sample, std::size_t locus) const;
@@ -71,21 +81,15 @@ struct ReportData {
     // The cells of a statistic of pairs (i > j, both from 0); "" where there is none.
     std::string_view pair(std::string_view statistic, std::size_t i, std::size_t j) const;
 
-    // Tests of a statistic of pairs, in the order of the record; none unless there is one a pair.
-    std::vector<const RunRecord::Test*> pairTests(std::string_view statistic) const;
-
-    // The test of a statistic over all loci, or of one of loci that at a place (from 0); null:
-    // none.
-    const RunRecord::Test* test(std::string_view statistic, std::size_t place = 0) const;
+    // Tests of a statistic, in the order of the record; those of pairs only if there is one a pair.
+    std::span<const RunRecord::Test> tests(std::string_view statistic) const;
+    std::span<const RunRecord::Test> pairTests(std::string_view statistic) const;
 };
 
 // Place of the pair i > j, both from 0, in the order of PairDistances.
 inline std::size_t trianglePlace(std::size_t i, std::size_t j) {
     return i * (i - 1) / 2 + j;
 }
-
-// The number of a text of the long table; NaN of an empty one.
-double numberOf(std::string_view text);
 
 struct ReportRequest {
     std::filesystem::path folder;

@@ -2,6 +2,8 @@
 #ifndef KVA_REPORT_RUNRECORD_H
 #define KVA_REPORT_RUNRECORD_H
 
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,10 +14,9 @@ namespace kva {
 struct RunRecord {
     // A permutation test. Numbers as the record prints them; empty: none.
     struct Test {
-        std::string statistic; // as in the long table, "fst_pairwise"
-        std::string p;         // (hits + 1) / (permutations + 1)
-        std::string pError;    // its Monte Carlo standard error
-        std::string pHolm;     // of pairs: adjusted for their number
+        std::string p;      // (hits + 1) / (permutations + 1)
+        std::string pError; // its Monte Carlo standard error
+        std::string pHolm;  // of pairs: adjusted for their number
         std::string pBh;
     };
 
@@ -29,8 +30,9 @@ struct RunRecord {
     std::string ended;
     std::vector<std::pair<std::string, std::string>> settings; // name and value, in their order
     std::vector<std::string> warnings;
-    std::vector<Test> tests; // those of pairs in the order 1 and 2, 1 and 3, ..., 2 and 3; those of
-                             // loci in the order of the data
+    // By statistic, as in the long table ("fst_pairwise"): those of pairs in the order 1 and 2, 1
+    // and 3, ..., 2 and 3; those of loci in the order of the data.
+    std::map<std::string, std::vector<Test>, std::less<>> tests;
 
     // The value of a setting; empty: there is none of that name.
     std::string_view setting(std::string_view name) const {

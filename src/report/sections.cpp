@@ -4,7 +4,6 @@
 #include "report/numbertext.h"
 
 #include <cmath>
-#include <limits>
 
 namespace kva {
 
@@ -43,18 +42,6 @@ Cell shortCell(const std::string& exact) {
 
 std::string counted(std::size_t count, const std::string& one) {
     return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
-}
-
-Mean meanOf(const std::vector<double>& values) {
-    double sum = 0;
-    std::size_t of = 0;
-    for (const double value : values) {
-        if (std::isfinite(value)) {
-            sum += value;
-            ++of;
-        }
-    }
-    return {of > 0 ? sum / static_cast<double>(of) : std::numeric_limits<double>::quiet_NaN(), of};
 }
 
 } // namespace kva

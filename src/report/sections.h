@@ -44,13 +44,6 @@ Cell shortCell(const std::string& exact);
 // "3 populations", "1 population".
 std::string counted(std::size_t count, const std::string& one);
 
-// The mean of the numbers among the texts, and over how many; NaN and 0 where there is none.
-struct Mean {
-    double value;
-    std::size_t of;
-};
-Mean meanOf(const std::vector<double>& values);
-
 // Pictures with more rows are folded, for their height.
 constexpr std::size_t kTallPicture = 40;
 

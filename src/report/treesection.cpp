@@ -250,9 +250,7 @@ bool writeTreeSection(const ReportData& data, std::string& html) {
     }
     if (distances.labels.size() < 3) {
         appendNote(html, "A tree takes three or more populations.");
-    } else if (!allFinite(distances.values)) {
-        const auto without = std::count_if(distances.values.begin(), distances.values.end(),
-                                           [](double v) { return !std::isfinite(v); });
+    } else if (const std::size_t without = distances.pairsWithout(); without > 0) {
         appendNote(html, "There is no tree: the distance has no value for " +
                              std::to_string(without) + " of " +
                              counted(distances.values.size(), "pair") + ".");

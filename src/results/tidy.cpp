@@ -1,6 +1,8 @@
 #include "results/tidy.h"
 
 #include <algorithm>
+#include <charconv>
+#include <limits>
 
 namespace kva {
 
@@ -15,6 +17,14 @@ bool isPlain(char c) {
 }
 
 } // namespace
+
+double numberOf(std::string_view value) {
+    double number = 0;
+    const char* const end = value.data() + value.size();
+    const auto [behind, error] = std::from_chars(value.data(), end, number); // "NaN", "Inf", too
+    return error == std::errc() && behind == end ? number
+                                                 : std::numeric_limits<double>::quiet_NaN();
+}
 
 TidyWriter::TidyWriter(std::ostream& out) : Out(out), Waiting(kHead) {}
 

@@ -31,6 +31,9 @@ struct TidyRow {
         value; // the number as its sheet prints it, "NaN", "Inf" or "-Inf"; empty: none
 };
 
+// The number of a row's value; NaN of an empty one.
+double numberOf(std::string_view value);
+
 // Takes the rows one by one.
 using RowSink = std::function<void(const TidyRow&)>;
 

@@ -1,6 +1,7 @@
 #include "tool/ReportCommand.h"
 
 #include "base/newfile.h"
+#include "distance/measures.h"
 #include "report/report.h"
 #include "tool/RunJob.h"
 
@@ -95,9 +96,9 @@ RunRecord recordOf(const Json& json) {
         record.warnings.push_back(wordsOf(warning));
     }
     for (const Json& test : partOf(json, "tests")) {
-        record.tests.push_back({wordsAt(test, "statistic"), wordsAt(test, "p"),
-                                wordsAt(test, "p_error"), wordsAt(test, "p_holm"),
-                                wordsAt(test, "p_bh")});
+        record.tests[wordsAt(test, "statistic")].push_back(
+            {wordsAt(test, "p"), wordsAt(test, "p_error"), wordsAt(test, "p_holm"),
+             wordsAt(test, "p_bh")});
     }
     return record;
 }
@@ -127,6 +128,14 @@ std::optional<RunRecord> readRecord(const std::filesystem::path& folder) {
 std::string inOneLine(const std::vector<std::string>& faults) {
     const std::size_t more = faults.size() - 1;
     return faults[0] + (more == 0 ? "" : " (and " + std::to_string(more) + " more)");
+}
+
+std::vector<std::string> measureStems() {
+    std::vector<std::string> stems;
+    for (const Measure& measure : allMeasures()) {
+        stems.emplace_back(measure.Stem);
+    }
+    return stems;
 }
 
 // The exit status.
@@ -170,8 +179,7 @@ void addReportCommand(CLI::App& app, int& status) {
     command
         ->add_option("--measure", options->measure,
                      "Distance of tree and principal coordinates (default: the first one there)")
-        ->check(CLI::IsMember({"POSA", "FSS", "ADA", "KSC", "DMS", "ASD", "CAS", "DAN", "DSG"},
-                              CLI::ignore_case));
+        ->check(CLI::IsMember(measureStems(), CLI::ignore_case));
     command->footer(
         "Examples:\n"
         "  kvatool report results -o report.html\n"
