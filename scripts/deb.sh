@@ -4,7 +4,8 @@
 #   build  the packages of what is committed, into build/deb
 #   lint   lintian, without errors
 #   try    in a clean root of Debian: installed, run, built against, removed (as root; 1 GB)
-#   same   built once more, in another folder, at another time: the same bytes
+#   same   built once more, at another time, in another time zone, locale and umask: the same bytes
+# Every build is made in the folder build/deb/source: an R package holds the path of its build.
 set -eu
 cd "$(dirname "$0")/.."
 root=$PWD
@@ -13,16 +14,18 @@ deb=$root/build/deb
 
 scripts/setup.sh build deb
 
-# build_in FOLDER COMMIT: the packages of a commit, FOLDER/*.deb
-build_in() {
-    rm -rf "$1"
-    mkdir -p "$1/kva"
-    git archive "$2" | tar -x -C "$1/kva"
-    (cd "$1/kva" && dpkg-buildpackage -b -us -uc >../build.log 2>&1) || {
+# build_into FOLDER COMMIT: the packages of a commit, FOLDER/*.deb
+build_into() {
+    rm -rf "$1" "$deb/source"
+    mkdir -p "$1" "$deb/source/kva"
+    git archive "$2" | tar -x -C "$deb/source/kva"
+    (cd "$deb/source/kva" && dpkg-buildpackage -b -us -uc >"$1/build.log" 2>&1) || {
         tail -n 40 "$1/build.log"
         exit 1
     }
-    rm -rf "$1/kva"
+    rm -rf "$deb/source/kva"
+    mv "$deb"/source/* "$1"
+    rmdir "$deb/source"
 }
 
 try_in_clean_root() {
@@ -39,18 +42,20 @@ for task in "$@"; do
     case $task in
     build)
         commit=$(git rev-parse HEAD)
-        build_in "$deb" "$commit"
+        build_into "$deb" "$commit"
         echo "$commit" >"$deb/commit"
         ;;
     lint) lintian --fail-on error "$deb"/*.changes ;;
     try) try_in_clean_root ;;
     same)
-        again=$(mktemp -d)
-        (TZ=Asia/Tokyo LC_ALL=C.UTF-8 build_in "$again/somewhere/else" "$(cat "$deb/commit")")
+        (
+            umask 027
+            export TZ=Asia/Tokyo LC_ALL=C.UTF-8
+            build_into "$deb/again" "$(cat "$deb/commit")"
+        )
         for package in "$deb"/*.deb; do
-            cmp "$package" "$again/somewhere/else/$(basename "$package")"
+            cmp "$package" "$deb/again/$(basename "$package")"
         done
-        rm -rf "$again"
         echo "deb.sh: two builds give the same bytes"
         ;;
     *) echo "deb.sh: unknown task '$task'" >&2 && exit 2 ;;
