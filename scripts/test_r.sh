@@ -45,5 +45,6 @@ if ! grep '| SKIP 0 |' kva.Rcheck/tests/testthat.Rout; then
     echo "test_r.sh: tests were skipped" >&2
     exit 1
 fi
+R_LIBS=$work/kva.Rcheck Rscript --vanilla "$root/tests/docs/r_page.R" "$root/r/README.md"
 
 "$root/workflow/test.sh"
