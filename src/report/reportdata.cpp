@@ -1,23 +1,19 @@
 #include "report/reportdata.h"
 
 #include "base/newfile.h"
+#include "report/allelerows.h"
+#include "report/distancerows.h"
 #include "results/results.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
-#include <limits>
 
 namespace kva {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view kDistance = "distance_";
-constexpr std::string_view kOfIndividuals = "_individuals";
-constexpr std::string_view kOfLocus = "_locus";
 
 // The statistics whose rows are kept as they are.
 constexpr std::array<std::string_view, 47> kKept = {
@@ -75,171 +71,9 @@ ResultRow keptRow(const TidyRow& row) {
             std::string(row.place.locus), std::string(row.place.replicate), std::string(row.value)};
 }
 
-std::string upper(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return result;
-}
-
-// --- Distances -------------------------------------------------------------------------------
-
-// Takes the rows of distances, those of populations or those of individuals.
-class DistanceTaker {
-  public:
-    // keep: whether the replicates and the texts of the cells are kept, too.
-    DistanceTaker(PairDistances& into, std::string wanted, bool keep)
-        : Into(into), Wanted(std::move(wanted)), Keep(keep) {}
-
-    // Whether the rows of a measure are to be taken.
-    bool wants(const std::string& measure) {
-        if (Into.measure.empty() && (Wanted.empty() || Wanted == measure)) {
-            Into.measure = measure;
-        }
-        if (Into.measure != measure &&
-            std::find(Into.others.begin(), Into.others.end(), measure) == Into.others.end()) {
-            Into.others.push_back(measure);
-        }
-        return Into.measure == measure;
-    }
-
-    void take(const TidyRow& row) {
-        if (Into.replicatesRead == 0 || row.place.replicate != Replicate) {
-            Replicate = row.place.replicate;
-            ++Into.replicatesRead;
-            Place = 0;
-            if (Keep) {
-                Into.bootstrap.emplace_back();
-            }
-        }
-        const double value = numberOf(row.value);
-        if (Into.replicatesRead == 1) {
-            takeLabels(row);
-            Into.values.push_back(value);
-            if (Keep) {
-                Into.texts.emplace_back(row.value);
-            }
-        } else if (Place < Into.values.size()) {
-            Into.values[Place] += value;
-        }
-        if (Keep) {
-            Into.bootstrap.back().push_back(value);
-        }
-        ++Place;
-    }
-
-    // Makes means of the sums.
-    void finish() {
-        if (Into.replicatesRead < 2) {
-            Into.bootstrap.clear();
-            return;
-        }
-        Into.texts.clear();
-        for (double& value : Into.values) {
-            value /= static_cast<double>(Into.replicatesRead);
-        }
-    }
-
-  private:
-    void takeLabels(const TidyRow& row) {
-        if (Into.labels.empty()) {
-            Into.labels.emplace_back(row.place.population1);
-        }
-        if (Place == trianglePlace(Into.labels.size(), 0)) {
-            Into.labels.emplace_back(row.place.population2);
-        }
-    }
-
-    PairDistances& Into;
-    std::string Wanted;
-    bool Keep;
-    std::string Replicate;
-    std::size_t Place = 0; // of the next pair
-};
-
-// --- Alleles ----------------------------------------------------------------------------------
-
-// Takes the rows of one sheet of alleles. They come line by line, each with an allele of each
-// locus, so that a population that has the name of the one before it is known by alleles that begin
-// again.
-class AlleleTaker {
-  public:
-    AlleleTaker(ReportData& data, std::string AlleleCell::*field)
-        : Data(data), Field(field), Last(data.loci.size() - 1) {}
-
-    void take(const TidyRow& row) {
-        const std::size_t l = placeOf(row.place.locus);
-        if (l == Data.loci.size()) {
-            return;
-        }
-        const double allele = numberOf(row.place.replicate);
-        if (Seen.empty() || row.place.population1 != Name || allele <= Seen[l]) {
-            goTo(row.place.population1);
-        }
-        Seen[l] = allele;
-        if (Sample >= Data.alleles.size()) {
-            return;
-        }
-        std::vector<AlleleCell>& cells = Data.alleles[Sample][l];
-        const auto at = std::find_if(cells.begin(), cells.end(), [&row](const AlleleCell& cell) {
-            return cell.allele == row.place.replicate;
-        });
-        if (at != cells.end()) {
-            (*at).*Field = row.value;
-            return;
-        }
-        AlleleCell cell{std::string(row.place.replicate), {}, {}};
-        cell.*Field = row.value;
-        cells.push_back(std::move(cell));
-    }
-
-  private:
-    // The place of a locus, looked for from behind the last one; the number of loci: none.
-    std::size_t placeOf(std::string_view locus) {
-        const std::size_t n = Data.loci.size();
-        for (std::size_t step = 1; step <= n; ++step) {
-            const std::size_t l = (Last + step) % n;
-            if (Data.loci[l] == locus) {
-                Last = l;
-                return l;
-            }
-        }
-        return n;
-    }
-
-    void goTo(std::string_view name) {
-        Seen.assign(Data.loci.size(), -std::numeric_limits<double>::infinity());
-        Name = name;
-        Sample = Begun ? Sample + 1 : 0;
-        Begun = true;
-        while (Sample > 0 && Sample < Data.alleles.size() && Data.populations[Sample - 1] != name) {
-            ++Sample; // a population without any allele
-        }
-    }
-
-    ReportData& Data;
-    std::string AlleleCell::*Field;
-    std::string Name;
-    std::vector<double> Seen; // last allele of each locus in this sample
-    std::size_t Last;         // place of the locus of the last row
-    std::size_t Sample = 0;
-    bool Begun = false;
-};
-
 // --- All rows ---------------------------------------------------------------------------------
 
-// "DAN" of "distance_dan" and "distance_dan_individuals"; empty for other statistics.
-std::string measureOf(std::string_view statistic) {
-    if (!statistic.starts_with(kDistance) || statistic.ends_with(kOfLocus)) {
-        return {};
-    }
-    statistic.remove_prefix(kDistance.size());
-    if (statistic.ends_with(kOfIndividuals)) {
-        statistic.remove_suffix(kOfIndividuals.size());
-    }
-    return upper(statistic);
-}
-
+// Sorts the rows of a folder: those of kKept and of alleles, those of distances.
 class RowTaker {
   public:
     RowTaker(ReportData& data, const std::string& measure)
@@ -273,7 +107,7 @@ class RowTaker {
             return;
         }
         const std::string measure = measureOf(Statistic);
-        DistanceTaker& taker = Statistic.ends_with(kOfIndividuals) ? Individuals : Populations;
+        DistanceTaker& taker = isOfIndividuals(Statistic) ? Individuals : Populations;
         if (!measure.empty() && taker.wants(measure)) {
             Distances = &taker;
         }
@@ -300,23 +134,6 @@ void takeNames(ReportData& data) {
          r += data.loci.size()) {
         data.populations.push_back(rows[r].population1);
     }
-}
-
-void takeAlleles(ReportData& data) {
-    data.alleles.assign(data.populations.size() + 1,
-                        std::vector<std::vector<AlleleCell>>(data.loci.size()));
-    const std::pair<std::string_view, std::string AlleleCell::*> fields[] = {
-        {"allele_count", &AlleleCell::count}, {"allele_frequency", &AlleleCell::frequency}};
-    for (const auto& [statistic, field] : fields) {
-        AlleleTaker taker(data, field);
-        for (const ResultRow& row : data.of(statistic)) {
-            taker.take({statistic,
-                        {row.population1, row.population2, row.locus, row.replicate},
-                        row.value});
-        }
-    }
-    data.rows.erase("allele_count");
-    data.rows.erase("allele_frequency");
 }
 
 // The bytes of a file of the folder; none where it is not there. A fault where it cannot be read.
@@ -379,8 +196,7 @@ std::vector<std::string> readBootstrap(const ReportRequest& request, ReportData&
         if (row.statistic != statistic) {
             statistic = row.statistic;
             const std::string measure = measureOf(statistic);
-            taken =
-                !measure.empty() && !statistic.ends_with(kOfIndividuals) && taker.wants(measure);
+            taken = !measure.empty() && !isOfIndividuals(statistic) && taker.wants(measure);
         }
         if (taken) {
             taker.take(row);
@@ -487,7 +303,7 @@ std::size_t PairDistances::pairsWithout() const {
 }
 
 std::vector<std::string> readReportData(const ReportRequest& request, ReportData& data) {
-    const std::string wanted = upper(request.measure);
+    const std::string wanted = measureName(request.measure);
     data.folder = nameOf(request.folder);
     data.record = request.record;
     RowTaker taker(data, wanted);
