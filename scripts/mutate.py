@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Mutation testing: changes one operator, constant, index or statement of src/ at a time, and
-tells which changes no unit test notices.
+tells which changes no test notices.
 
     scripts/mutate.py --count 300                    a sample of all subsystems
     scripts/mutate.py src/fstat/wc84.cpp             every change of a file
@@ -8,8 +8,9 @@ tells which changes no unit test notices.
     scripts/mutate.py --list src/fstat/wc84.cpp      shows them only
 
 The user's files are never touched: the project is copied to build/mutation/tree, and changed and
-built there. A mutant meets the tests of its subsystem first, then all other unit tests; a test
-program that fails, crashes or takes too long kills it. A change that does not compile does not
+built there. A mutant meets the unit tests of its subsystem first, then the script that tests what
+kvatool makes of it, then the unit tests of the subsystems above; a test that fails, crashes or takes
+too long kills it. A change that does not compile does not
 count. mutants_equivalent.txt, beside this script, holds changes that make no difference; they are
 counted and not run. A survivor is printed in the form of that file. Status 1: a mutant survived.
 """
@@ -31,8 +32,12 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREE = ROOT / "build/mutation/tree"
 BUILD = ROOT / "build/mutation/build"
 EQUIVALENT = ROOT / "scripts/mutants_equivalent.txt"
+# Each one knows those before it alone.
 SUBSYSTEMS = ["base", "data", "output", "run", "stats", "distance", "fstat", "hetrange", "formats",
-              "control"]
+              "check", "imports", "results", "report", "control", "api"]
+# In tests/tool.
+SCRIPTS = {"check": "check_test.py", "imports": "import_test.py", "results": "tidy_test.py",
+           "report": "report_test.py", "api": "run_test.py"}
 LEAST = 25  # mutants of a subsystem in a sample
 GIBIBYTE = 1 << 30
 # Quick to compile and to link, and an index out of range ends the test.
@@ -88,7 +93,8 @@ def chosen(places):
         for file in sorted(path.rglob("*.[ch]*")) if path.is_dir() else [path]:
             found += [m for m in mutants_of(str(file.relative_to(ROOT)))
                       if not lines or int(first) <= m.line <= int(last or first)]
-    return [m for m in found if m.file != "src/control/MainWork.cpp"]  # no unit test has main
+    # No unit test has main, or kvatool.
+    return [m for m in found if m.subsystem in SUBSYSTEMS and m.file != "src/control/MainWork.cpp"]
 
 
 def sample(mutants, count, seed):
@@ -118,33 +124,49 @@ def run(command, seconds=None, **options):
         return False
 
 
-def build(name):
-    return run(["cmake", "--build", BUILD, "--target", f"kva_{name}_tests", "-j1"])
+def build(*targets):
+    return run(["cmake", "--build", BUILD, "-j1", "--target", *targets])
 
 
 def passes(name, seconds=None):
-    """Whether the tests of a subsystem pass, in a folder of their own."""
+    """Whether the tests of a subsystem build and pass, in a folder of their own."""
     program = BUILD / f"tests/{name}/kva_{name}_tests"
+    commands = [[program, "--gtest_fail_fast", "--gtest_brief=1"]]
+    if name in SCRIPTS:
+        commands.append([sys.executable, TREE / "tests/tool" / SCRIPTS[name], BUILD / "kvatool",
+                         BUILD / "kva"])
+    if not build(program.name):
+        return False
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
         os.chmod(folder, 0o1777)  # some tests give up their rights
-        return run([program, "--gtest_fail_fast", "--gtest_brief=1"], seconds, cwd=folder,
-                   env=os.environ | {"TMPDIR": folder})
+        for number, command in enumerate(commands):
+            if number > 0 and not build("kva", "kvatool"):
+                return False
+            if not run(command, seconds, cwd=folder, env=os.environ | {"TMPDIR": folder}):
+                return False
+    return True
 
 
-def prepare():
+def upwards(subsystem):
+    """A subsystem and those that may notice its changes."""
+    return SUBSYSTEMS[SUBSYSTEMS.index(subsystem) :]
+
+
+def prepare(subsystems):
     """Makes the copy, builds it and sees it pass. Returns the seconds each subsystem may take."""
     def copy(source, target):
         target, new = pathlib.Path(target), pathlib.Path(source).read_bytes()
         if not target.exists() or target.read_bytes() != new:
             target.write_bytes(new)
-    for name in ["cmake", "include", "src", "tests", "examples", "scripts", "fuzz", "docs", "man", "completions"]:
+    for name in ["cmake", "include", "src", "tests", "examples", "scripts", "fuzz", "docs", "man",
+                 "completions"]:
         shutil.copytree(ROOT / name, TREE / name, copy_function=copy, dirs_exist_ok=True)
     copy(ROOT / "CMakeLists.txt", TREE / "CMakeLists.txt")
     if not run(["cmake", "-S", TREE, "-B", BUILD] + CONFIGURATION):
         sys.exit(f"mutate.py: {TREE} cannot be configured")
     limits = {}
-    for name in SUBSYSTEMS:
-        built, start = build(name), time.monotonic()
+    for name in subsystems:
+        built, start = build(f"kva_{name}_tests", "kva", "kvatool"), time.monotonic()
         if not built or not passes(name):
             sys.exit(f"mutate.py: the tests of {name} do not build or fail before any change")
         limits[name] = 10.0 + 4.0 * (time.monotonic() - start)
@@ -158,10 +180,10 @@ def fate(mutant, limits):
     lines = text.split("\n")
     try:
         file.write_text("\n".join(lines[: mutant.line - 1] + [mutant.new] + lines[mutant.line :]))
-        if not build(own):
+        if not build(f"kva_{own}_tests"):
             return "not built"
-        for name in [own] + [n for n in limits if n != own]:
-            if not build(name) or not passes(name, limits[name]):
+        for name in upwards(own):
+            if not passes(name, limits[name]):
                 return f"killed by {name}"
         return "survived"
     finally:
@@ -180,7 +202,8 @@ def main():
     if options.count:
         mutants = sample(mutants, options.count, options.seed)
     known, counts = known_equivalents(), collections.defaultdict(collections.Counter)
-    limits = {} if options.list else prepare()
+    lowest = min((m.subsystem for m in mutants), key=SUBSYSTEMS.index, default="api")
+    limits = {} if options.list else prepare(upwards(lowest))
     for number, m in enumerate(mutants, 1):
         key = (m.file, m.old.strip(), m.new.strip())
         fates = "equivalent" if key in known else "listed" if options.list else fate(m, limits)
