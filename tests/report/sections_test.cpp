@@ -454,6 +454,19 @@ TEST(PairSection, WrongNumberOfTestsLeavesThoseOfTheSheet) {
     EXPECT_THAT(html, Not(HasSubstr("class=\"note\"")));
 }
 
+// The sheet has "n.s." for AC, whose p times pairs is above 0.05, and nothing at all for BC.
+TEST(PairSection, MapTellsOnlyOfTestedPairsThatTheyAreNotSignificant) {
+    ReportData data = dataOf({"A", "B", "C"});
+    put(data, "fst_pairwise", {"0.1", "0.2", ""});
+    put(data, "fst_pairwise_p", {"0.01", "0.5", ""});
+    put(data, "fst_pairwise_p_bonferroni", {"0.03", "", ""});
+    EXPECT_EQ(timesIn(plain(htmlOf(writePairSection, data)), "<text>n.s.</text>"), 1U);
+    data.record.emplace();
+    data.record->tests["fst_pairwise"] = testsOf({0.02, 0.7});
+    data.record->tests["fst_pairwise"].emplace_back(); // the record has none, either
+    EXPECT_EQ(timesIn(plain(htmlOf(writePairSection, data)), "<text>n.s.</text>"), 0U);
+}
+
 std::string tooFew(const char* permutations, const char* pairs) {
     return note(std::string(permutations) + " permutations are too few for a p-value of 0.05 or " +
                 "less after Holm with " + pairs + ", whatever the data.");
@@ -464,6 +477,18 @@ TEST(PairSection, TooFewPermutationsForThePairsAreTold) {
     EXPECT_THAT(htmlOf(writePairSection, testedPairs("118")), StartsWith(tooFew("118", "6 pairs")));
     EXPECT_THAT(htmlOf(writePairSection, testedPairs("119")), Not(HasSubstr("too few")));
     EXPECT_THAT(htmlOf(writePairSection, testedPairs("118", "5")), Not(HasSubstr("too few")));
+}
+
+// A pair without a p-value is none of those that Holm's method counts: 1/(permutations + 1) times 1
+// is 0.05 with 19.
+TEST(PairSection, PermutationsAreForThePairsThatHaveAValue) {
+    for (const auto& [permutations, start] :
+         {std::pair("18", tooFew("18", "1 pair")), std::pair("19", std::string("<figure"))}) {
+        ReportData data = testedPairs(permutations);
+        data.record->tests["fst_pairwise"].assign(6, {});
+        data.record->tests["fst_pairwise"][2] = testsOf({0.06})[0];
+        EXPECT_THAT(htmlOf(writePairSection, data), StartsWith(start));
+    }
 }
 
 TEST(PairSection, MapOfMoreThanFortyPopulationsHasNoNumbers) {
