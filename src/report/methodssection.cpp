@@ -166,7 +166,8 @@ class Methods {
     }
 
     void program() {
-        say(counted(Data.populations.size(), "population") + " were analysed at " +
+        say(counted(Data.populations.size(), "population") +
+            (Data.populations.size() == 1 ? " was" : " were") + " analysed at " +
             (Data.loci.size() == 1 ? "one locus" : std::to_string(Data.loci.size()) + " loci") +
             " with the program kva" +
             (Data.record ? ", version " + escaped(Data.record->version) : "") + ".");

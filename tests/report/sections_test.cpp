@@ -262,6 +262,17 @@ TEST(DataSection, WithoutTheGenepopFileNothingIsKnownOfIndividuals) {
     EXPECT_THAT(html, Not(HasSubstr("<td class=\"h")));
 }
 
+TEST(DataSection, OneOfEachIsNoPlural) {
+    ReportData data = dataOf({"A"});
+    data.individuals = {1};
+    data.alleles[0][0] = {{"100", "2", "1"}};
+    EXPECT_THAT(htmlOf(writeDataSection, data),
+                HasSubstr("<li><strong>1</strong> population</li>\n"
+                          "<li><strong>1</strong> individual</li>\n"
+                          "<li><strong>1</strong> locus</li>\n"
+                          "<li><strong>1</strong> allele of all loci</li>\n"));
+}
+
 // --- The checklist of alleles ------------------------------------------------------------------
 
 // Data with an error report that has no remark yet.
@@ -883,6 +894,17 @@ std::string methodsOf(const ReportData& data) {
 const std::string kDiversityWords =
     " Expected heterozygosity was estimated without bias (Nei 1978); allelic richness is that of "
     "rarefaction (Hurlbert 1971) with its variance (Heck et al. 1975).";
+
+TEST(MethodsSection, OfARunWithoutAPassTellsOfTheDiversity) {
+    const ReportData data = dataOf({"A"});
+    EXPECT_EQ(methodsOf(data),
+              "1 population was analysed at one locus with the program kva." + kDiversityWords);
+    const std::string html = htmlOf(writeMethodsSection, data);
+    EXPECT_EQ(timesIn(html, "<li>"), 3U);
+    for (const char* paper : {"<li>Heck KL", "<li>Hurlbert SH", "<li>Nei M (1978)"}) {
+        EXPECT_THAT(html, HasSubstr(paper));
+    }
+}
 
 TEST(MethodsSection, TellsVersionAndSeedOfTheRecord) {
     ReportData data = dataOf({"A", "B"}, {"L1", "L2", "L3"});
