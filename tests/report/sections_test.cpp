@@ -978,6 +978,50 @@ TEST(MethodsSection, TellsHowPValuesWereAdjusted) {
     EXPECT_THAT(methodsOf(data), Not(HasSubstr("adjusted")));
 }
 
+const std::string kJoining =
+    " The tree of the populations is that of neighbour joining (Saitou &amp; Nei 1987) from ";
+const std::string kCoordinates = " Principal coordinates (Gower 1966) are ";
+
+TEST(MethodsSection, TellsOfTreeAndCoordinates) {
+    ReportData data = treeData({"A", "B", "C"}, {3, 4, 5});
+    EXPECT_THAT(methodsOf(data), EndsWith(kJoining + "the distance Da (Nei et al. 1983)." +
+                                          kCoordinates + "of the distances of the populations."));
+    const std::string both = kCoordinates + "of the distances of populations and individuals";
+    data.ofIndividuals = data.ofPopulations;
+    EXPECT_THAT(methodsOf(data), EndsWith(both + "."));
+    const std::string other = " from the absolute difference of the mean alleles.";
+    data.ofIndividuals.measure = "ADA"; // which no paper is cited for
+    EXPECT_THAT(methodsOf(data), EndsWith(both + ", those of the individuals" + other));
+    data.ofPopulations = {};
+    EXPECT_THAT(methodsOf(data),
+                EndsWith(kDiversityWords + kCoordinates + "those of the individuals" + other));
+}
+
+// The replicate without a value is none of those that the support is the share of.
+TEST(MethodsSection, SupportIsTheShareOfTheWholeReplicates) {
+    ReportData data = treeData({"A", "B", "C"}, {3, 4, 5});
+    data.ofPopulations.bootstrap = {{3, 4, 5}, {3, kNone, 5}, {3, 4, 6}};
+    EXPECT_THAT(methodsOf(data), HasSubstr("the distance Da (Nei et al. 1983); its support is the "
+                                           "share of 2 bootstrap replicates over loci (Efron 1979; "
+                                           "Felsenstein 1985) that have the split."));
+    data.ofPopulations.bootstrap = {{3, kNone, 5}};
+    EXPECT_THAT(methodsOf(data), Not(HasSubstr("support")));
+}
+
+// Two populations, or a pair without a value: the page has neither tree nor coordinates.
+TEST(MethodsSection, TellsOfNoTreeThatThePageLacks) {
+    for (const ReportData& of :
+         {treeData({"A", "B"}, {0.5}), treeData({"A", "B", "C"}, {3, kNone, 5})}) {
+        ReportData data = of;
+        EXPECT_THAT(methodsOf(data), EndsWith(kDiversityWords + " Populations were compared by the "
+                                                                "distance Da (Nei et al. 1983)."));
+        EXPECT_EQ(timesIn(htmlOf(writeMethodsSection, data), "<li>"), 4U);
+        std::swap(data.ofIndividuals, data.ofPopulations);
+        EXPECT_THAT(methodsOf(data), EndsWith(kDiversityWords + " Individuals were compared by the "
+                                                                "distance Da (Nei et al. 1983)."));
+    }
+}
+
 TEST(MethodsSection, TellsOfTheDrawsOfTheRange) {
     ReportData data = rangeData();
     const std::string words = " by drawing each population anew with replacement";
