@@ -502,20 +502,31 @@ TEST(PairSection, PermutationsAreForThePairsThatHaveAValue) {
     }
 }
 
-TEST(PairSection, MapOfMoreThanFortyPopulationsHasNoNumbers) {
-    constexpr std::size_t kPopulations = 41;
-    constexpr std::size_t kPairs = kPopulations * (kPopulations - 1) / 2;
-    ReportData data = dataOf(manyNames(kPopulations));
-    put(data, "fst_pairwise", Names(kPairs, "0.125"));
-    std::vector<double> holm(kPairs, 0.5);
-    holm[0] = holm[7] = 0.04;
+// Fst of 0.125 of each of many pairs, two of which differ.
+ReportData manyPairs(std::size_t populations) {
+    const std::size_t pairs = populations * (populations - 1) / 2;
+    ReportData data = dataOf(manyNames(populations));
+    put(data, "fst_pairwise", Names(pairs, "0.125"));
+    std::vector<double> holm(pairs, 0.5);
+    holm[0] = holm[7] = 0.05;
     data.record.emplace();
     data.record->tests["fst_pairwise"] = testsOf(holm);
-    const std::string html = htmlOf(writePairSection, data);
+    return data;
+}
+
+TEST(PairSection, MapOfFortyPopulationsHasNumbers) {
+    const std::string html = htmlOf(writePairSection, manyPairs(40));
+    EXPECT_THAT(html, HasSubstr("bold where it is 0.05 or less."));
+    EXPECT_EQ(timesIn(html, "fill=\"#555555\""), 0U);
+    EXPECT_EQ(timesIn(plain(html), ">0.125</text>"), 780U); // 40 * 39 / 2
+}
+
+TEST(PairSection, MapOfMorePopulationsHasNone) {
+    const std::string html = htmlOf(writePairSection, manyPairs(41));
     EXPECT_THAT(html, HasSubstr("Below the diagonal Fst, above it dark where the p-value, adjusted "
                                 "after Holm, is 0.05 or less."));
     EXPECT_EQ(timesIn(html, "fill=\"#555555\""), 2U);
-    EXPECT_EQ(timesIn(plain(html), "<text>0.125</text>"), 0U);
+    EXPECT_EQ(timesIn(plain(html), ">0.125</text>"), 0U);
 }
 
 // --- All populations together ------------------------------------------------------------------
@@ -643,6 +654,14 @@ TEST(TreeSection, OfTwoPopulationsHasTheirDistanceAlone) {
     }
 }
 
+// A at (3 + 4 - 5)/2 = 1 from the node, B at 2, C at 3.
+TEST(TreeSection, OfThreePopulationsIsAStar) {
+    const std::string html = plain(htmlOf(writeTreeSection, treeData({"A", "B", "C"}, {3, 4, 5})));
+    EXPECT_THAT(html, HasSubstr(row({"A", "node 1", "1.000000"}) + "\n" +
+                                row({"B", "node 1", "2.000000"}) + "\n" +
+                                row({"C", "node 1", "3.000000"}) + "\n"));
+}
+
 TEST(TreeSection, TellsOfHowManyPairsThereIsNoDistance) {
     constexpr double kInfinite = std::numeric_limits<double>::infinity();
     const std::string html = htmlOf(
@@ -687,9 +706,11 @@ TEST(TreeSection, ReplicatesWithoutAValueAreLeftOutOfTheSupport) {
     EXPECT_EQ(timesIn(plain(html), "<text>67</text>"), 1U);
 }
 
-// (a, b) in one of three trees: 33 % stand in the table, but not in the picture.
+// (a, b) in one of two trees and in one of three: 33 % stand in the table, but not in the picture.
 TEST(TreeSection, SupportBelowAHalfIsNotDrawn) {
     ReportData data = treeData(kFivePops, kFive);
+    data.ofPopulations.bootstrap = {kExchanged, kFive};
+    EXPECT_EQ(timesIn(plain(htmlOf(writeTreeSection, data)), "<text>50</text>"), 1U);
     data.ofPopulations.bootstrap = {kExchanged, kFive, kExchanged};
     const std::string html = plain(htmlOf(writeTreeSection, data));
     EXPECT_THAT(html, HasSubstr(row({"node 1", "node 2", "3.000000", "33"})));
@@ -995,6 +1016,25 @@ TEST(MethodsSection, TellsOfTreeAndCoordinates) {
     data.ofPopulations = {};
     EXPECT_THAT(methodsOf(data),
                 EndsWith(kDiversityWords + kCoordinates + "those of the individuals" + other));
+}
+
+TEST(MethodsSection, CitesTheSourceOfEachDistance) {
+    const std::pair<const char*, const char*> measures[] = {
+        {"POSA", "the proportion of shared alleles (Bowcock et al. 1994)"},
+        {"FSS", "the fuzzy set similarity (Dubois &amp; Prade 1980)"},
+        {"ADA", "the absolute difference of the mean alleles"},
+        {"KSC", "the kinship coefficient (Cavalli-Sforza &amp; Bodmer 1971)"},
+        {"DMS", "delta mu squared (Goldstein et al. 1995a)"},
+        {"ASD", "the average squared difference (Goldstein et al. 1995b)"},
+        {"CAS", "the chord distance (Cavalli-Sforza &amp; Edwards 1967)"},
+        {"DAN", "the distance Da (Nei et al. 1983)"},
+        {"DSG", "the standard genetic distance (Nei 1978)"},
+    };
+    for (const auto& [measure, words] : measures) {
+        ReportData data = treeData({"A", "B", "C"}, {3, 4, 5});
+        data.ofPopulations.measure = measure;
+        EXPECT_THAT(methodsOf(data), HasSubstr(kJoining + words + "."));
+    }
 }
 
 // The replicate without a value is none of those that the support is the share of.
