@@ -56,16 +56,19 @@ void appendOverview(const ReportData& data, std::string& html) {
     for (const std::vector<AlleleCell>& locus : data.alleles[0]) {
         alleles += locus.size();
     }
-    const auto item = [&html](const std::string& value, const char* what) {
+    const auto item = [&html](const std::string& value, const std::string& what) {
         html += "<li><strong>" + value + "</strong> " + what + "</li>\n";
     };
+    const auto count = [&item](std::size_t value, const char* one, const char* more) {
+        item(std::to_string(value), value == 1 ? one : more);
+    };
     html += "<ul class=\"facts\">\n";
-    item(std::to_string(data.populations.size()), "populations");
+    count(data.populations.size(), "population", "populations");
     if (!data.individuals.empty()) {
-        item(std::to_string(sum(data.individuals)), "individuals");
+        count(sum(data.individuals), "individual", "individuals");
     }
-    item(std::to_string(data.loci.size()), "loci");
-    item(std::to_string(alleles), "alleles of all loci");
+    count(data.loci.size(), "locus", "loci");
+    count(alleles, "allele of all loci", "alleles of all loci");
     if (!data.individuals.empty()) {
         item(percent(missingOver(data, 0, data.populations.size())) + " %",
              "of the gene copies missing");

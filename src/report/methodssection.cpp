@@ -1,6 +1,7 @@
 #include "report/html.h"
 #include "report/sections.h"
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -131,6 +132,7 @@ class Methods {
         fStatistics();
         adjustment();
         distances();
+        coordinates();
         range();
     }
 
@@ -166,7 +168,8 @@ class Methods {
     }
 
     void program() {
-        say(counted(Data.populations.size(), "population") + " were analysed at " +
+        say(counted(Data.populations.size(), "population") +
+            (Data.populations.size() == 1 ? " was" : " were") + " analysed at " +
             (Data.loci.size() == 1 ? "one locus" : std::to_string(Data.loci.size()) + " loci") +
             " with the program kva" +
             (Data.record ? ", version " + escaped(Data.record->version) : "") + ".");
@@ -245,30 +248,46 @@ class Methods {
     }
 
     void distances() {
-        const PairDistances& populations = Data.ofPopulations;
+        const PairDistances& of = Data.ofPopulations;
+        if (of.measure.empty()) {
+            return;
+        }
+        if (!of.canBeDrawn()) {
+            say("Populations were compared by " + nameOf(of.measure) + ".");
+            return;
+        }
+        std::string tree = "The tree of the populations is that of neighbour joining" +
+                           cite({SaitouNei}) + " from " + nameOf(of.measure);
+        const auto whole =
+            std::count_if(of.bootstrap.begin(), of.bootstrap.end(),
+                          [&of](const auto& replicate) { return of.isWhole(replicate); });
+        if (whole > 0) {
+            tree += "; its support is the share of " + std::to_string(whole) +
+                    " bootstrap replicates over loci" + cite({Efron, Felsenstein}) +
+                    " that have the split";
+        }
+        say(tree + ".");
+    }
+
+    void coordinates() {
         const PairDistances& individuals = Data.ofIndividuals;
-        if (!populations.measure.empty()) {
-            std::string tree = "The tree of the populations is that of neighbour joining" +
-                               cite({SaitouNei}) + " from " + nameOf(populations.measure);
-            if (!populations.bootstrap.empty()) {
-                tree += "; its support is the share of " +
-                        std::to_string(populations.bootstrap.size()) +
-                        " bootstrap replicates over loci" + cite({Efron, Felsenstein}) +
-                        " that have the split";
-            }
-            say(tree + ".");
+        const bool ofPopulations = Data.ofPopulations.canBeDrawn();
+        const bool ofIndividuals = individuals.canBeDrawn();
+        if (!individuals.measure.empty() && !ofIndividuals) {
+            say("Individuals were compared by " + nameOf(individuals.measure) + ".");
         }
-        if (!populations.measure.empty() || !individuals.measure.empty()) {
-            const std::string of = individuals.measure.empty()   ? "the populations"
-                                   : populations.measure.empty() ? "the individuals"
-                                                                 : "populations and individuals";
-            std::string from;
-            if (individuals.measure != populations.measure && !individuals.measure.empty()) {
-                from = ", those of the individuals from " + nameOf(individuals.measure);
-            }
-            say("Principal coordinates" + cite({Gower}) + " are of the distances of " + of + from +
-                ".");
+        if (!ofPopulations && !ofIndividuals) {
+            return;
         }
+        const std::string begin = "Principal coordinates" + cite({Gower}) + " are ";
+        if (!ofPopulations) {
+            say(begin + "those of the individuals from " + nameOf(individuals.measure) + ".");
+            return;
+        }
+        const bool other = ofIndividuals && individuals.measure != Data.ofPopulations.measure;
+        say(begin + "of the distances of " +
+            (ofIndividuals ? "populations and individuals" : "the populations") +
+            (other ? ", those of the individuals from " + nameOf(individuals.measure) : "") + ".");
     }
 
     void range() {

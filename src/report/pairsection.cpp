@@ -34,7 +34,18 @@ class PairTests {
         return Tests[recordPlace(Data.populations.size(), i, j)];
     }
 
-    // The p-value that is adjusted for the number of pairs.
+    // Whether a pair has a p-value; how many pairs of the record do.
+    bool has(std::size_t i, std::size_t j) const {
+        return ofRecord() ? !test(i, j).p.empty() : !Data.pair(kSheetP, i, j).empty();
+    }
+    std::size_t countOfRecord() const {
+        return static_cast<std::size_t>(
+            std::count_if(Tests.begin(), Tests.end(),
+                          [](const RunRecord::Test& test) { return !test.p.empty(); }));
+    }
+
+    // The p-value that is adjusted for the number of pairs; "" also where the sheet says that it is
+    // not significant.
     std::string adjusted(std::size_t i, std::size_t j) const {
         return ofRecord() ? test(i, j).pHolm : std::string(Data.pair(kSheetBonferroni, i, j));
     }
@@ -171,7 +182,7 @@ class HeatMap {
             TextStyle onColour = style;
             onColour.fill = std::isfinite(value) ? inkOn(share) : kInk;
             svg.text(x(j) + CellWidth / 2, y(i) + CellHeight / 2 + 4, fst, onColour);
-            if (Tests.any()) {
+            if (Tests.has(i, j)) {
                 TextStyle above = style;
                 above.bold = clear;
                 svg.text(x(i) + CellWidth / 2, y(j) + CellHeight / 2 + 4,
@@ -232,15 +243,14 @@ void appendPermutationNote(const ReportData& data, const PairTests& tests, std::
     if (!tests.ofRecord()) {
         return;
     }
-    const std::size_t n = data.populations.size();
-    const double pairs = static_cast<double>(n * (n - 1)) / 2;
+    const std::size_t pairs = tests.countOfRecord();
     const std::string permutations(data.record->setting("permutations"));
     const bool whole = data.record->setting("sequential_hits") == "0";
-    if (whole && pairs / (numberOf(permutations) + 1) > kLevel) {
+    if (whole && static_cast<double>(pairs) / (numberOf(permutations) + 1) > kLevel) {
         appendNote(html, escaped(permutations) +
                              " permutations are too few for a p-value of 0.05 "
                              "or less after Holm with " +
-                             shortText(pairs, 9) + " pairs, whatever the data.");
+                             counted(pairs, "pair") + ", whatever the data.");
     }
 }
 

@@ -302,6 +302,16 @@ std::size_t PairDistances::pairsWithout() const {
         values.begin(), values.end(), [](double value) { return !std::isfinite(value); }));
 }
 
+bool PairDistances::canBeDrawn() const {
+    return labels.size() >= 3 && pairsWithout() == 0;
+}
+
+bool PairDistances::isWhole(const std::vector<double>& replicate) const {
+    return replicate.size() == values.size() &&
+           std::all_of(replicate.begin(), replicate.end(),
+                       [](double value) { return std::isfinite(value); });
+}
+
 std::vector<std::string> readReportData(const ReportRequest& request, ReportData& data) {
     const std::string wanted = measureName(request.measure);
     data.folder = nameOf(request.folder);

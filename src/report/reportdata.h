@@ -40,6 +40,13 @@ struct PairDistances {
 
     // How many pairs have no finite value.
     std::size_t pairsWithout() const;
+
+    // Whether there are three samples or more and a finite value of each pair, as a tree and
+    // coordinates take it.
+    bool canBeDrawn() const;
+
+    // Whether a replicate has a finite value of each pair, as the support of a tree takes it.
+    bool isWhole(const std::vector<double>& replicate) const;
 };
 
 // An allele of a locus.

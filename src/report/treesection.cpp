@@ -11,10 +11,6 @@ namespace kva {
 
 namespace {
 
-bool allFinite(const std::vector<double>& values) {
-    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
-}
-
 // A tree with the support of its nodes in percent.
 struct SupportedTree {
     Tree tree;
@@ -28,7 +24,7 @@ SupportedTree treeOf(const PairDistances& distances) {
     SupportedTree result{neighbourJoining(distances.values, n), {}, 0, 0};
     std::vector<Tree> trees;
     for (const std::vector<double>& replicate : distances.bootstrap) {
-        if (allFinite(replicate) && replicate.size() == distances.values.size()) {
+        if (distances.isWhole(replicate)) {
             trees.push_back(neighbourJoining(replicate, n));
         } else {
             ++result.leftOut;

@@ -2,6 +2,11 @@
 #include "support/datasets.h"
 #include "support/support.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <kva/kva.h>
@@ -21,7 +26,71 @@ Error errorOf(const Outcome<DataSet>& loaded) {
     return loaded ? Error{ErrorKind::Internal, "it is loaded"} : loaded.error();
 }
 
+// A file of some bytes of which one read fails.
+class FailingFile {
+  public:
+    // failing: which of its reads, from 1; 0: none does.
+    FailingFile(std::string bytes, int failing) : Bytes(std::move(bytes)), Failing(failing) {
+        Opened = this;
+    }
+    ~FailingFile() { Opened = nullptr; }
+    FailingFile(const FailingFile&) = delete;
+    FailingFile& operator=(const FailingFile&) = delete;
+    FailingFile(FailingFile&&) = delete;
+    FailingFile& operator=(FailingFile&&) = delete;
+
+    // A stream of it without a buffer, so that each reading reads anew.
+    std::FILE* stream() {
+        std::FILE* const file =
+            fopencookie(this, "rb", {.read = &read, .write = nullptr, .seek = &seek, .close = {}});
+        std::setvbuf(file, nullptr, _IONBF, 0);
+        return file;
+    }
+    int reads() const { return Reads; } // so far
+
+    // The one that lives; nothing: there is none.
+    static FailingFile* opened() { return Opened; }
+
+  private:
+    static ssize_t read(void* cookie, char* buffer, std::size_t size) {
+        auto& file = *static_cast<FailingFile*>(cookie);
+        if (++file.Reads == file.Failing) {
+            errno = EIO;
+            return -1;
+        }
+        const std::size_t got = file.Bytes.copy(buffer, size, file.At);
+        file.At += got;
+        return static_cast<ssize_t>(got);
+    }
+    static int seek(void* cookie, off64_t* offset, int whence) {
+        auto& file = *static_cast<FailingFile*>(cookie);
+        const off64_t from = whence == SEEK_SET   ? 0
+                             : whence == SEEK_CUR ? static_cast<off64_t>(file.At)
+                                                  : static_cast<off64_t>(file.Bytes.size());
+        *offset += from;
+        file.At = std::min(static_cast<std::size_t>(*offset), file.Bytes.size());
+        return 0;
+    }
+
+    static inline FailingFile* Opened = nullptr;
+    std::string Bytes;
+    int Failing;
+    int Reads = 0;
+    std::size_t At = 0;
+};
+
 } // namespace
+
+// Stands in for the C library's function in the program of these tests: while a FailingFile lives
+// each file is that one.
+// The names of the parameters are reserved where the system declares it.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+extern "C" std::FILE* fopen(const char* name, const char* modes) {
+    using Open = std::FILE* (*)(const char*, const char*);
+    static const auto open = reinterpret_cast<Open>(dlsym(RTLD_NEXT, "fopen"));
+    FailingFile* const file = FailingFile::opened();
+    return file != nullptr ? file->stream() : open(name, modes);
+}
 
 TEST(DataSet, HoldsPopulationsAndLoci) {
     const auto data = loadText(kData);
@@ -106,6 +175,26 @@ TEST(DataSet, OfAFolderIsAnError) {
     const Error error = errorOf(loadFile(folder.path()));
     EXPECT_EQ(error.kind, ErrorKind::File);
     EXPECT_THAT(error.text, HasSubstr("it is no file on a disk"));
+}
+
+// The check reads the file first, and then loading does: a read that fails in either is told.
+TEST(DataSet, OfAFileWithAReadThatFailsIsAnError) {
+    const TempFolder folder;
+    const std::string file = folder / "cats.txt";
+    kva_test::writeFile(file, kData);
+    int reads = 0;
+    {
+        const FailingFile sound(kData, 0);
+        ASSERT_TRUE(loadFile(file));
+        reads = sound.reads();
+    }
+    ASSERT_GE(reads, 2);
+    for (int failing = 1; failing <= reads; ++failing) {
+        const FailingFile bad(kData, failing);
+        const Error error = errorOf(loadFile(file));
+        EXPECT_EQ(error.kind, ErrorKind::File) << failing << " of " << reads;
+        EXPECT_EQ(error.text, "cannot read '" + file + "': " + std::strerror(EIO));
+    }
 }
 
 TEST(Version, IsThatOfTheProgram) {

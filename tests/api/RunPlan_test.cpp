@@ -100,21 +100,72 @@ TEST(RunPlan, NumbersOutOfTheirRangeAreRefused) {
 }
 
 TEST(RunPlan, SettingsWithoutAMeaningAreRefused) {
-    void (*const kWrong[])(Settings & settings) = {
-        [](Settings& s) { s.hetLinked = true; },
-        [](Settings& s) { s.fstLoci = true; },
-        [](Settings& s) { s.thin = true; },
-        [](Settings& s) { s.sequentialHits = 5; },
-        [](Settings& s) { s.bootstrap = 10; },
-        [](Settings& s) { s.imInformation = "x"; },
-        [](Settings& s) {
-            s.fstPairs = s.thin = true;
-            s.sequentialHits = 5;
-        },
+    const std::string range = "hetLinked, hetIndividuals, hetThin and hetUncorrected need hetRange";
+    const std::string pairs = "sequentialHits, fstLoci and thin need fstPairs";
+    const std::string bootstrap = "bootstrap needs populationDistances or individualDistances";
+    const struct {
+        void (*Set)(Settings& settings);
+        std::string Words;
+    } kWrong[] = {
+        {[](Settings& s) { s.hetLinked = true; }, range},
+        {[](Settings& s) { s.hetIndividuals = true; }, range},
+        {[](Settings& s) { s.hetThin = true; }, range},
+        {[](Settings& s) { s.hetUncorrected = true; }, range},
+        {[](Settings& s) { s.sequentialHits = 1; }, pairs},
+        {[](Settings& s) { s.fstLoci = true; }, pairs},
+        {[](Settings& s) { s.fstGlobal = s.fstBeta = s.thin = true; }, pairs},
+        {[](Settings& s) {
+             s.fstPairs = s.thin = true;
+             s.sequentialHits = 1;
+         },
+         "sequentialHits and thin do not go together"},
+        {[](Settings& s) { s.bootstrap = 2; }, bootstrap},
+        {[](Settings& s) { s.imInformation = "x"; }, "imInformation needs the format im"},
+        {[](Settings& s) {
+             s.imInformation = "x";
+             s.formats = {"arlequin", "msvar"};
+         },
+         "imInformation needs the format im"},
     };
     for (const auto& wrong : kWrong) {
         Settings settings;
-        wrong(settings);
-        EXPECT_NE(refusalOf(settings), "") << &wrong - kWrong;
+        wrong.Set(settings);
+        EXPECT_EQ(refusalOf(settings), wrong.Words) << &wrong - kWrong;
+    }
+}
+
+TEST(RunPlan, SettingsBesideTheOneThatTheyNeedAreTaken) {
+    void (*const kRight[])(Settings & settings) = {
+        [](Settings& s) {
+            s.hetRange = 0;
+            s.hetLinked = s.hetIndividuals = s.hetThin = s.hetUncorrected = true;
+        },
+        [](Settings& s) { s.fstPairs = s.fstLoci = s.thin = true; },
+        [](Settings& s) {
+            s.fstPairs = true;
+            s.sequentialHits = 1;
+        },
+        [](Settings& s) {
+            s.bootstrap = 2;
+            s.populationDistances = {"DAN"};
+        },
+        [](Settings& s) {
+            s.bootstrap = 2;
+            s.individualDistances = {"DAN"};
+        },
+        [](Settings& s) { s.bootstrap = 1; }, // no bootstrap
+        [](Settings& s) {
+            s.imInformation = "x";
+            s.formats = {"im"};
+        },
+        [](Settings& s) {
+            s.imInformation = "x";
+            s.formats = {"all"};
+        },
+    };
+    for (const auto& right : kRight) {
+        Settings settings;
+        right(settings);
+        EXPECT_EQ(refusalOf(settings), "") << &right - kRight;
     }
 }

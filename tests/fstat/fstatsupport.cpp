@@ -45,6 +45,21 @@ bool streamIsBehind(long seed, int draws) {
     return next == rand2();
 }
 
+GlobalEstimate::GlobalEstimate(const AnalyseDataObj& run) {
+    locus.Resize(FRow::Anzahl, run.AnzLoci);
+}
+
+void GlobalEstimate::take(const AnalyseDataObj& run, const SampleTables& tables) {
+    run.FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, tables, run.AnzLoci, run.AnzPop);
+}
+
+GlobalEstimate globalEstimate(const AnalyseDataObj& run) {
+    GlobalEstimate all(run);
+    all.locus.Fill(run.DistFehlerwert);
+    all.take(run, run.PopAllele);
+    return all;
+}
+
 namespace {
 
 class Maker {

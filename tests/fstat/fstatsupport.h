@@ -1,5 +1,5 @@
 // What the tests of F-statistics share: a clock that stands still, places in the random stream,
-// random data sets.
+// estimates over all populations, random data sets.
 #ifndef KVA_TESTS_FSTAT_FSTATSUPPORT_H
 #define KVA_TESTS_FSTAT_FSTATSUPPORT_H
 
@@ -41,6 +41,26 @@ template <class Work> void quietly(Work&& work) {
     const StdoutCapture swallowed;
     std::forward<Work>(work)();
 }
+
+// The F-statistics of all populations.
+struct GlobalEstimate {
+    // Room for the loci of a run; nothing is estimated yet.
+    explicit GlobalEstimate(const AnalyseDataObj& run);
+
+    // Takes those of allele tables in the order of PopAllele, under the run's FstMask. Where no
+    // population has data at a locus its Gst and Gst' stay those that were taken before.
+    void take(const AnalyseDataObj& run, const SampleTables& tables);
+
+    double fst = 0.0;
+    double fit = 0.0;
+    double fis = 0.0;
+    double gst = 0.0;
+    double gstStrich = 0.0;
+    CMatrix locus; // rows as FRow names them, a column a locus
+};
+
+// Those of the data of a run whose alleles are counted.
+GlobalEstimate globalEstimate(const AnalyseDataObj& run);
 
 // A data file as tabbed() takes it, the same for the same seed: one or two columns, one to four
 // populations of up to 14 rows, missing alleles, empty loci, inbred individuals.

@@ -10,6 +10,8 @@
 
 using namespace kva;
 
+using kva_test::globalEstimate;
+using kva_test::GlobalEstimate;
 using kva_test::kBoth;
 using kva_test::kNancyNine;
 using kva_test::kNancyNineLoci;
@@ -77,20 +79,12 @@ TEST(NancyCats, GlobalEstimatesAreThePublishedOnes) {
     LoadedRun run(dataFile());
     run.counted();
     run->FstMask = 0x1;
-    double fst = 0.0;
-    double fit = 0.0;
-    double fis = 0.0;
-    double gst = 0.0;
-    double gstStrich = 0.0;
-    CMatrix locus;
-    locus.Resize(5, run->AnzLoci);
-    run->FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, run->PopAllele, run->AnzLoci,
-                         run->AnzPop);
-    EXPECT_EQ(rounded(fst, 8), "0.08494959");
-    EXPECT_EQ(rounded(fit, 7), "0.1952946");
-    EXPECT_NEAR(fst, 0.08494959407381003, kRounding);
-    EXPECT_NEAR(fit, 0.19529461543019955, kRounding);
-    EXPECT_NEAR(fis, 0.12058900869477368, kRounding);
+    const GlobalEstimate all = globalEstimate(*run);
+    EXPECT_EQ(rounded(all.fst, 8), "0.08494959");
+    EXPECT_EQ(rounded(all.fit, 7), "0.1952946");
+    EXPECT_NEAR(all.fst, 0.08494959407381003, kRounding);
+    EXPECT_NEAR(all.fit, 0.19529461543019955, kRounding);
+    EXPECT_NEAR(all.fis, 0.12058900869477368, kRounding);
 }
 
 TEST(NancyCats, OnlyTheColonyWithoutDataAtALocusLacksIt) {

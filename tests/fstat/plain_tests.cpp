@@ -1,6 +1,7 @@
 #include "fstat/plain_tests.h"
 
 #include "base/pairindex.h"
+#include "fstat/fstatsupport.h"
 #include "fstat/randsci.h"
 
 #include <algorithm>
@@ -187,8 +188,7 @@ GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& 
     }
     std::vector<std::vector<int32_t>> mapPop = mapSlot;
     std::vector<int32_t> buffer;
-    CMatrix permutedLocus;
-    permutedLocus.Resize(5, obj.AnzLoci);
+    GlobalEstimate permuted(obj);
     CMatrix hits;
     hits.Resize(3, obj.AnzLoci + 1); // the last column: over all loci
     CMatrix valid;
@@ -199,26 +199,21 @@ GlobalP plainGlobalTest(const AnalyseDataObj& obj, const std::array<double, 3>& 
         }
         obj.Daten->CountMixGlobal(tab, mapSlot, mapPop, sizes, total, buffer, flag(obj, 0x10),
                                   flag(obj, 0x8));
-        double fst = 0.0;
-        double fit = 0.0;
-        double fis = 0.0;
-        double gst = 0.0;
-        double gstStrich = 0.0;
-        obj.FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, permutedLocus, tab, obj.AnzLoci,
-                            obj.AnzPop);
-        const auto count = [&](int row, int column, double seen, double permuted, double tester) {
+        permuted.take(obj, tab);
+        const auto count = [&](int row, int column, double seen, double drawn, double tester) {
             if (tester != obj.DistFehlerwert) {
                 valid(row, column) += 1.0;
-                hits(row, column) += seen <= permuted ? 1.0 : 0.0;
+                hits(row, column) += seen <= drawn ? 1.0 : 0.0;
             }
         };
-        count(0, obj.AnzLoci, observed[0], fst, fst);
-        count(1, obj.AnzLoci, observed[1], gst, gst);
-        count(2, obj.AnzLoci, observed[2], gstStrich, gst);
+        count(0, obj.AnzLoci, observed[0], permuted.fst, permuted.fst);
+        count(1, obj.AnzLoci, observed[1], permuted.gst, permuted.gst);
+        count(2, obj.AnzLoci, observed[2], permuted.gstStrich, permuted.gst);
+        const CMatrix& drawnLocus = permuted.locus;
         for (int l = 0; l < obj.AnzLoci; ++l) {
-            count(0, l, observedLocus(0, l), permutedLocus(0, l), permutedLocus(0, l));
-            count(1, l, observedLocus(3, l), permutedLocus(3, l), permutedLocus(3, l));
-            count(2, l, observedLocus(4, l), permutedLocus(4, l), permutedLocus(3, l));
+            count(0, l, observedLocus(0, l), drawnLocus(0, l), drawnLocus(0, l));
+            count(1, l, observedLocus(3, l), drawnLocus(3, l), drawnLocus(3, l));
+            count(2, l, observedLocus(4, l), drawnLocus(4, l), drawnLocus(3, l));
         }
     }
     const auto pValue = [&](int row, int column) {
@@ -322,22 +317,13 @@ std::string discardTestDifference(AnalyseDataObj& run) {
 }
 
 std::string globalTestDifference(AnalyseDataObj& run) {
-    double fst = 0.0;
-    double fit = 0.0;
-    double fis = 0.0;
-    double gst = 0.0;
-    double gstStrich = 0.0;
-    CMatrix locus;
-    locus.Resize(5, run.AnzLoci);
-    locus.Fill(run.DistFehlerwert);
-    run.FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, run.PopAllele, run.AnzLoci,
-                        run.AnzPop);
+    const GlobalEstimate seen = globalEstimate(run);
     GlobalP fast;
     fast.locus.Resize(3, run.AnzLoci);
-    run.FST_GLOBAL_P_WC84(fst, gst, gstStrich, locus, fast.fst, fast.gst, fast.gstStrich,
-                          fast.locus);
+    run.FST_GLOBAL_P_WC84(seen.fst, seen.gst, seen.gstStrich, seen.locus, fast.fst, fast.gst,
+                          fast.gstStrich, fast.locus);
     const float next = rand2();
-    const GlobalP plain = plainGlobalTest(run, {fst, gst, gstStrich}, locus);
+    const GlobalP plain = plainGlobalTest(run, {seen.fst, seen.gst, seen.gstStrich}, seen.locus);
     Differences differences;
     differences.compare("place in the random stream", next, rand2());
     differences.compare("p of Fst", fast.fst, plain.fst);

@@ -9,6 +9,8 @@
 
 using namespace kva;
 
+using kva_test::globalEstimate;
+using kva_test::GlobalEstimate;
 using kva_test::kTwoPops;
 using kva_test::LoadedRun;
 using kva_test::quietly;
@@ -51,21 +53,13 @@ struct Tested {
         quietly([&] { run->FST_P_WC84(p, f, run->PopAllele, locusTable); });
     }
     void testAll() {
-        CMatrix locus;
+        const GlobalEstimate all = globalEstimate(*run);
         CMatrix pLocus;
-        locus.Resize(FRow::Anzahl, run->AnzLoci);
         pLocus.Resize(3, run->AnzLoci);
-        double fit = 0;
-        double fis = 0;
         double pValues[3];
-        double fst = 0;
-        double gst = 0;
-        double gstStrich = 0;
-        run->FST_GLOBAL_WC84(fst, fit, fis, gst, gstStrich, locus, run->PopAllele, run->AnzLoci,
-                             run->AnzPop);
         quietly([&] {
-            run->FST_GLOBAL_P_WC84(fst, gst, gstStrich, locus, pValues[0], pValues[1], pValues[2],
-                                   pLocus);
+            run->FST_GLOBAL_P_WC84(all.fst, all.gst, all.gstStrich, all.locus, pValues[0],
+                                   pValues[1], pValues[2], pLocus);
         });
     }
 

@@ -20,8 +20,10 @@ import sys
 import tempfile
 import unittest
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+from report_page import EXAMPLES, report_of_example  # noqa: E402
+
 SKIPPED = 77
-EXAMPLES = pathlib.Path(__file__).resolve().parent.parent.parent / "examples"
 WIDTHS = {"phone": 390, "desk": 1280}
 CHROMIUM = shutil.which("chromium") or shutil.which("chromium-browser")
 OPTIONS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
@@ -69,20 +71,11 @@ class Browser(unittest.TestCase):
         place = tempfile.TemporaryDirectory()
         cls.addClassCleanup(place.cleanup)
         cls.place = pathlib.Path(place.name)
-        cls.tool("run", EXAMPLES / "testdata.dat", "-o", "all", "--seed", 1, "-q", "--fst",
-                 "pairs,global", "--permutations", 999, "--distances", "population:DAN",
-                 "--distances", "individual:DAN", "--het-range", 100)
-        cls.tool("run", EXAMPLES / "testdata.dat", "-o", "boot", "--seed", 1, "-q", "--distances",
-                 "population:DAN", "--bootstrap", 100)
-        cls.tool("report", "all", "--bootstrap", "boot", "--measure", "DAN", "-o", "page.html")
-        text = (cls.place / "page.html").read_text(encoding="utf-8")
+        text = report_of_example(ARGUMENTS.kvatool, cls.place)
+        (cls.place / "page.html").write_text(text, encoding="utf-8")
         probed = re.sub(r'<meta http-equiv="Content-Security-Policy"[^>]*>', "", text)
         (cls.place / "probed.html").write_text(probed.replace("</body>", PROBE + "</body>"),
                                                encoding="utf-8")
-
-    @classmethod
-    def tool(cls, *words):
-        subprocess.run([ARGUMENTS.kvatool, *map(str, words)], cwd=cls.place, check=True)
 
     def browse(self, page, width, *options):
         """What Chromium prints of the page and its messages."""

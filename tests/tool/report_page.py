@@ -1,10 +1,43 @@
-"""A page of kvatool report taken apart, for the tests: tables, pictures, notes.
+"""What the tests of kvatool report share: the page of the example, and a page taken apart.
 
 tables: id to Table, with heads (texts), derived (columns that the report works out) and rows, each a
 list of the whole texts of its cells.
 """
 
 import html.parser
+import pathlib
+import subprocess
+
+EXAMPLES = pathlib.Path(__file__).resolve().parent.parent.parent / "examples"
+PERMUTATIONS, REPLICATES = 999, 100  # of the example
+
+
+def call(program, *words, folder):
+    return subprocess.run([program, *map(str, words)], cwd=folder, stdin=subprocess.DEVNULL,
+                          capture_output=True, check=False)
+
+
+def run(tool, folder, name, data, *words):
+    """The result folder `name` of data."""
+    told = call(tool, "run", data, "-o", name, "--seed", 1, "-q", *words, folder=folder)
+    assert told.returncode == 0, told.stderr
+    return folder / name
+
+
+def report(tool, folder, *words):
+    """The page that a report prints."""
+    told = call(tool, "report", *words, folder=folder)
+    assert (told.returncode, told.stderr) == (0, b""), told.stderr
+    return told.stdout.decode("utf-8")
+
+
+def report_of_example(tool, folder):
+    """The page of examples/testdata.dat with everything; its result folders are all and boot."""
+    data = EXAMPLES / "testdata.dat"
+    run(tool, folder, "all", data, "--fst", "pairs,global", "--permutations", PERMUTATIONS,
+        "--distances", "population:DAN,CAS", "--distances", "individual:DAN", "--het-range", 50)
+    run(tool, folder, "boot", data, "--distances", "population:DAN", "--bootstrap", REPLICATES)
+    return report(tool, folder, "all", "--bootstrap", "boot", "--measure", "dan")
 
 
 class Table:

@@ -6,6 +6,7 @@ Usage: report_test.py KVATOOL KVA
 """
 
 import base64
+import functools
 import hashlib
 import json
 import os
@@ -18,30 +19,15 @@ import tempfile
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from report_page import Page  # noqa: E402
+import report_page  # noqa: E402
+from report_page import EXAMPLES, PERMUTATIONS, REPLICATES, Page, call  # noqa: E402
 
 TOOL = pathlib.Path(sys.argv[1]).resolve()
 KVA = pathlib.Path(sys.argv[2]).resolve()
-EXAMPLES = pathlib.Path(__file__).resolve().parent.parent.parent / "examples"
 INPUT = EXAMPLES.parent / "tests" / "end_to_end" / "input"
 NO_VALUE = {"n.d.", "n.s.", "-32767", "-32767.000000", "-32767.00000"}
-
-
-def call(program, *words, folder, **how):
-    return subprocess.run([program, *map(str, words)], cwd=folder, stdin=subprocess.DEVNULL,
-                          capture_output=True, check=False, **how)
-
-
-def run(folder, name, data, *words):
-    told = call(TOOL, "run", data, "-o", name, "--seed", 1, "-q", *words, folder=folder)
-    assert told.returncode == 0, told.stderr
-    return folder / name
-
-
-def report(folder, *words):
-    told = call(TOOL, "report", *words, folder=folder)
-    assert (told.returncode, told.stderr) == (0, b""), told.stderr
-    return told.stdout.decode("utf-8")
+run = functools.partial(report_page.run, TOOL)
+report = functools.partial(report_page.report, TOOL)
 
 
 def shown(cell):
@@ -128,12 +114,8 @@ class OfTheExample(unittest.TestCase):
         place = tempfile.TemporaryDirectory()
         cls.addClassCleanup(place.cleanup)
         cls.place = pathlib.Path(place.name)
-        data = EXAMPLES / "testdata.dat"
-        cls.folder = run(cls.place, "all", data, "--fst", "pairs,global", "--permutations", "99",
-                         "--distances", "population:DAN,CAS", "--distances", "individual:DAN",
-                         "--het-range", "50")
-        cls.boot = run(cls.place, "boot", data, "--distances", "population:DAN", "--bootstrap", "20")
-        cls.text = report(cls.place, "all", "--bootstrap", "boot", "--measure", "dan")
+        cls.folder, cls.boot = cls.place / "all", cls.place / "boot"
+        cls.text = report_page.report_of_example(TOOL, cls.place)
         cls.page = Page(cls.text)
         cls.record = json.loads((cls.folder / "run.json").read_text())
         cls.populations = list(table_of(cls.folder / "Single_data" / "Hetexp.xls"))[1:]
@@ -333,8 +315,8 @@ class OfTheExample(unittest.TestCase):
 
     def test_methods_cite_what_the_list_has(self):
         text = self.page.texts["methods-text"]
-        self.assertIn("99 permutations of genotypes", text)
-        self.assertIn("20 bootstrap replicates", text)
+        self.assertIn(" %d permutations of genotypes" % PERMUTATIONS, text)
+        self.assertIn(" %d bootstrap replicates" % REPLICATES, text)
         self.assertIn("seed 1", text)
         years = set(re.findall(r"\b(?:19|20)\d\d", text))
         listed = set(re.findall(r"\(((?:19|20)\d\d)[ab]?\)", self.page.sections["methods"].
@@ -379,11 +361,12 @@ class OfTheExample(unittest.TestCase):
     def test_replicates_alone_give_their_mean(self):
         page = Page(report(self.place, "boot"))
         self.assertTrue(page.tables["distances"].derived[2])
-        self.assertIn("20 replicates", page.sections["tree"])
+        self.assertIn("%d replicates" % REPLICATES, page.sections["tree"])
         text = (self.boot / "Distance_data" / "CAS_Pop.txt").read_text()
         first = [float(block.split("\n")[2].split()[1]) for block in text.strip().split("\n\n")]
-        self.assertEqual(len(first), 20)
-        self.assertAlmostEqual(float(page.tables["distances"].rows[0][2]), sum(first) / 20, delta=1e-6)
+        self.assertEqual(len(first), REPLICATES)
+        mean = sum(first) / REPLICATES
+        self.assertAlmostEqual(float(page.tables["distances"].rows[0][2]), mean, delta=1e-6)
 
 
 class Outside(unittest.TestCase):

@@ -389,13 +389,29 @@ class Places(RunTest):
                 (["--threads", "0"], ["--threads"]),
                 (["--seed", "1", "--clock-seed"], ["--clock-seed"]),
                 (["--clock-seed", "--threads", "2"], ["--threads 1"]),
-                (["--sequential", "5"], ["--fst pairs"]),
                 (["--fst", "pairs", "--sequential", "5", "--clock-seed"], ["--seed"]),
-                (["--bootstrap", "5"], ["--distances"]),
-                (["--het-linked"], ["--het-range"]),
                 (["--im-info", "x"], ["--formats im"])):
             with self.subTest(words=words):
                 self.refused(2, ["d.txt", *words], "kvatool run", *parts)
+
+    def test_words_that_do_not_go_together(self):
+        of_range = "--het-linked, --het-individuals, --het-thin and --het-uncorrected need --het-range N"
+        of_pairs = "--sequential, --fst-loci and --thin need --fst pairs"
+        for words, why in (
+                (["--het-linked"], of_range),
+                (["--het-individuals"], of_range),
+                (["--het-thin"], of_range),
+                (["--het-uncorrected"], of_range),
+                (["--sequential", "5"], of_pairs),
+                (["--fst-loci"], of_pairs),
+                (["--thin"], of_pairs),
+                (["--fst", "global,beta", "--thin"], of_pairs),
+                (["--fst", "pairs", "--thin", "--sequential", "5"],
+                 "--sequential and --thin do not go together"),
+                (["--bootstrap", "5"], "--bootstrap needs --distances")):
+            with self.subTest(words=words):
+                self.refused(2, ["d.txt", "-o", "r", *words],
+                             "kvatool run: " + why + "; see kvatool run --help\n")
 
     def test_device_is_written_and_stays_one(self):
         self.done("d.txt", "-o", "r", "--tidy", "/dev/null", "--json", "/dev/null")
