@@ -33,6 +33,8 @@ const Case kCases[] = {
     {" 0", CellContent::ZeroMissing, -1},
     {"+0", CellContent::ZeroMissing, -1},
     {"2147483648", CellContent::TooLarge, 2147483647},
+    {"02147483648", CellContent::TooLarge, 2147483647},
+    {"02147483647", CellContent::LeadingZeros, 2147483647},
     {"99999999999999999999", CellContent::TooLarge, 2147483647},
     {"104.5", CellContent::Decimal, 104},
     {"104,5", CellContent::Decimal, 104},
