@@ -3,6 +3,7 @@
 #include "check/cellreading.h"
 #include "check/headerchecks.h"
 #include "data/datarows.h"
+#include "output/sheet.h"
 
 #include <algorithm>
 #include <optional>
@@ -14,8 +15,6 @@ namespace kva {
 namespace {
 
 using Code = FindingCode;
-
-constexpr std::size_t kLabel = 10; // bytes of a population's name in a matrix
 
 bool isBlankRow(std::string_view row) {
     return row.find_first_not_of("\t \v\f") == std::string_view::npos;
@@ -118,10 +117,10 @@ void RowChecks::checkPopulationNames() {
         if (name.find('/') != std::string::npos) {
             Found.add(Code::NameSlash, row, 1, name);
         }
-        if (name.size() > kLabel) {
+        if (name.size() > kPopulationLabel) {
             Found.add(Code::NameLong, row, 1, name);
         }
-        const auto label = labels.emplace(name.substr(0, kLabel), name);
+        const auto label = labels.emplace(name.substr(0, kPopulationLabel), name);
         if (!label.second) {
             Found.add(Code::NamesCutAlike, row, 1, bothNames(label.first->second, name));
         }

@@ -5,11 +5,7 @@
 
 namespace kva {
 
-namespace {
-
-constexpr std::size_t kLabelWidth = 10; // characters of a population's label
-
-} // namespace
+namespace {} // namespace
 
 void writeRealOrNd(ResultFile& f, double value) {
     if (value < 0) {
@@ -75,7 +71,7 @@ std::string padOrCut(const std::string& name, std::size_t width) {
 }
 
 std::string populationLabel(const std::string& name) {
-    return padOrCut(name, kLabelWidth);
+    return padOrCut(name, kPopulationLabel);
 }
 
 } // namespace kva

@@ -44,7 +44,9 @@ std::string sampleLabel(const Datensatz& daten, int p);
 // bytes.
 std::string padOrCut(const std::string& name, std::size_t width);
 
-// The label of a population's row in a matrix: padOrCut to ten bytes.
+constexpr std::size_t kPopulationLabel = 10; // bytes of the label of a population
+
+// The label of a population's row in a matrix: padOrCut to kPopulationLabel.
 std::string populationLabel(const std::string& name);
 
 } // namespace kva

@@ -24,8 +24,7 @@ template <class Cell> std::size_t forEachCell(std::string_view row, Cell&& cell)
     return cells;
 }
 
-constexpr std::size_t kPopulationLabel = 10; // bytes of the label of a population
-constexpr std::size_t kIndividualName = 5;   // of the name in the label of an individual
+constexpr std::size_t kIndividualName = 5; // of the name in the label of an individual
 
 std::string withoutBlanksInFront(std::string_view label) {
     return std::string(label.substr(std::min(label.find_first_not_of(' '), label.size())));
@@ -70,7 +69,6 @@ class Matrices {
             return Lines.fault("the number of individuals is not told");
         }
         ++Replicate;
-        Nexus = true;
         if (readRows(*rows)) {
             Sheet.nextOf("the end of the block");
         }
@@ -94,10 +92,7 @@ class Matrices {
     }
 
     bool readRow(std::size_t i) {
-        std::string_view line = Lines.line();
-        if (Nexus && i + 1 == Rows && line.ends_with(';')) {
-            line.remove_suffix(1);
-        }
+        const std::string_view line = Lines.line(); // the last one of a NEXUS matrix ends in ";"
         const std::size_t width = LabelSize(line);
         if (width == 0 || line.substr(0, width).find('\t') != std::string_view::npos) {
             Lines.fault("no label in front");
@@ -132,7 +127,6 @@ class Matrices {
     std::size_t Rows = 0;            // of the matrix
     std::size_t Replicate = 0;       // number of the matrix, from 1
     std::string Number;              // the same as text, or empty
-    bool Nexus = false;
 };
 
 std::size_t populationLabelSize(std::string_view row) {

@@ -49,6 +49,7 @@ TEST(Genalex, OtherWordsForMissingAreTold) {
 }
 
 TEST(Genalex, RowsBehindTheLastAreTold) {
+    EXPECT_EQ(notesOf(kText, ""), "");
     EXPECT_EQ(notesOf(kText + "x,y\n", ""), "1 lines behind the last individual are not read\n");
 }
 

@@ -100,6 +100,24 @@ TEST(Structure, SecondAllelesThatAreAllMissingAreAskedFor) {
     EXPECT_EQ(rowsOf(text, "", options), "1 d 0 104 . . .\n1 d 0 104 106 88 .\n");
 }
 
+TEST(Structure, RowsMayBeginWithTheAlleles) {
+    ImportOptions options = structureOptions(2, 0);
+    options.locusColumn = 1;
+    options.populations = {"Cats"};
+    EXPECT_EQ(rowsOf("104 88\n106 92\n", "structure", options), "Cats d 0 104 106 88 92\n");
+}
+
+TEST(Structure, IsKnownByRowsOfOneLengthThatEndInANumber) {
+    const ImportOptions options = structureOptions(2, 2);
+    const auto isKnown = [&options](const std::string& text) {
+        return rowsOf(text, "", options).find("none of the known formats") == std::string::npos;
+    };
+    EXPECT_TRUE(isKnown(kTwoRows));
+    EXPECT_FALSE(isKnown("LocA LocB\nN1 1 104 88\nN1 1 106\n"));
+    EXPECT_FALSE(isKnown("LocA LocB\nN1 1 104 88\nN1 1 106 x\n"));
+    EXPECT_FALSE(isKnown("LocA\n104\n106\n"));
+}
+
 TEST(Structure, WhatTheFileCannotSayIsAskedFor) {
     ImportOptions options;
     EXPECT_THAT(rowsOf(kTwoRows, "", options), HasSubstr("option: STRUCTURE: say --rows"));
