@@ -8,7 +8,7 @@ tells which changes no test notices.
     scripts/mutate.py --list src/fstat/wc84.cpp      shows them only
 
 The user's files are never touched: the project is copied to build/mutation/tree, and changed and
-built there. A mutant meets the unit tests of its subsystem first, then the script that tests what
+built there. A mutant meets the unit tests of its subsystem first, then the scripts that test what
 kvatool makes of it, then the unit tests of the subsystems above; a test that fails, crashes or takes
 too long kills it. A change that does not compile does not
 count. mutants_equivalent.txt, beside this script, holds changes that make no difference; they are
@@ -35,9 +35,13 @@ EQUIVALENT = ROOT / "scripts/mutants_equivalent.txt"
 # Each one knows those before it alone.
 SUBSYSTEMS = ["base", "data", "output", "run", "stats", "distance", "fstat", "hetrange", "formats",
               "check", "imports", "results", "report", "control", "api"]
-# In tests/tool.
-SCRIPTS = {"check": "check_test.py", "imports": "import_test.py", "results": "tidy_test.py",
-           "report": "report_test.py", "api": "run_test.py"}
+# What the two programs make of a subsystem, with their places for KVA and TOOL.
+SCRIPTS = {"check": ["tests/tool/check_test.py TOOL KVA"],
+           "imports": ["tests/tool/import_test.py TOOL KVA"],
+           "results": ["tests/tool/tidy_test.py TOOL KVA"],
+           "report": ["tests/tool/report_test.py TOOL KVA",
+                      "scripts/report_pictures.py --check --kvatool TOOL"],
+           "api": ["tests/tool/run_test.py TOOL KVA"]}
 LEAST = 25  # mutants of a subsystem in a sample
 GIBIBYTE = 1 << 30
 # Quick to compile and to link, and an index out of range ends the test.
@@ -132,9 +136,10 @@ def passes(name, seconds=None):
     """Whether the tests of a subsystem build and pass, in a folder of their own."""
     program = BUILD / f"tests/{name}/kva_{name}_tests"
     commands = [[program, "--gtest_fail_fast", "--gtest_brief=1"]]
-    if name in SCRIPTS:
-        commands.append([sys.executable, TREE / "tests/tool" / SCRIPTS[name], BUILD / "kvatool",
-                         BUILD / "kva"])
+    places = {"KVA": BUILD / "kva", "TOOL": BUILD / "kvatool"}
+    for script in SCRIPTS.get(name, []):
+        file, *words = script.split()
+        commands.append([sys.executable, TREE / file] + [places.get(word, word) for word in words])
     if not build(program.name):
         return False
     with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as folder:
@@ -158,8 +163,8 @@ def prepare(subsystems):
         target, new = pathlib.Path(target), pathlib.Path(source).read_bytes()
         if not target.exists() or target.read_bytes() != new:
             target.write_bytes(new)
-    for name in ["cmake", "include", "src", "tests", "examples", "scripts", "fuzz", "docs", "man",
-                 "completions"]:
+    for name in ["bench", "cmake", "completions", "docs", "examples", "fuzz", "include", "man",
+                 "scripts", "src", "tests"]:
         shutil.copytree(ROOT / name, TREE / name, copy_function=copy, dirs_exist_ok=True)
     copy(ROOT / "CMakeLists.txt", TREE / "CMakeLists.txt")
     if not run(["cmake", "-S", TREE, "-B", BUILD] + CONFIGURATION):

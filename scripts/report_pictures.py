@@ -22,8 +22,9 @@ import datasets  # noqa: E402
 
 # Picture of a report, by the name of its figure, to the file that it goes to.
 SHOWN = {
-    "example": {"diversity-picture": "diversity", "fst-picture": "fst", "tree-picture": "tree",
-                "range-picture": "range"},
+    "example": {"diversity-picture": "diversity", "alleles-picture": "alleles",
+                "fst-picture": "fst", "f-picture": "global", "tree-picture": "tree",
+                "populations-picture": "populations", "range-picture": "range"},
     "cats": {"fst-picture": "fst", "tree-picture": "tree", "individuals-picture": "individuals"},
 }
 RUN = ["--fst", "pairs,global", "--permutations", "4999", "--het-range", "200", "--distances",

@@ -1,6 +1,7 @@
 // The sections of the report of data that are put together by hand: what they say, and the numbers
 // that they work out.
 #include "report/sections.h"
+#include "report/svg.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -606,6 +607,28 @@ TEST(GlobalSection, LimitsStandBesideFstFitAndFis) {
                 HasSubstr(row({"Fst", "0.1", "-0.11", "-0.12", "-0.13", "-0.14"}) + "\n" +
                           row({"Fit", "0.2", "-0.21", "-0.22", "-0.23", "-0.24"})));
     EXPECT_THAT(plain(html), HasSubstr(row({"Gst", "0.4", "", "", "", ""})));
+}
+
+// A number of the first element that begins with some text.
+double numberIn(const std::string& html, const std::string& element, const std::string& attribute) {
+    const std::size_t begin = html.find(element);
+    const std::size_t at = html.find(" " + attribute + "=\"", begin);
+    return begin == std::string::npos ? kNone : std::stod(html.substr(at + attribute.size() + 3));
+}
+
+// Fst is 0.1, so that limits of 0.08 and 0.12 are a line as long on both sides of its circle.
+TEST(GlobalSection, LimitsAreDrawnWhereTheyAre) {
+    ReportData data = globalData();
+    putReplicate(data, "fst_global_heterogeneity", "lower 95 %", "0.08");
+    putReplicate(data, "fst_global_heterogeneity", "upper 95 %", "0.12");
+    std::string html = htmlOf(writeGlobalSection, data);
+    const std::size_t orange = html.find(std::string("stroke=\"") + std::string(kOrange));
+    ASSERT_NE(orange, std::string::npos);
+    html.erase(0, html.rfind("<line", orange));
+    const double circle = numberIn(html, "<circle", "cx");
+    const double length = circle - numberIn(html, "<line", "x1");
+    EXPECT_GT(length, 5.0);
+    EXPECT_NEAR(numberIn(html, "<line", "x2") - circle, length, 0.2); // rounded to tenths
 }
 
 // --- The tree ----------------------------------------------------------------------------------
