@@ -94,6 +94,10 @@ TEST(Structure, SecondAllelesThatAreAllMissingAreAskedFor) {
     ImportOptions options = structureOptions(2, 2);
     EXPECT_THAT(rowsOf(text, "", options),
                 StartsWith("option: the second alleles of individual 'N1'"));
+    ImportOptions onlyLabels = structureOptions(2, 0);
+    onlyLabels.populations = {"Cats"};
+    EXPECT_THAT(rowsOf("LocA LocB\nN1 104 88\nN1 -9 -9\n", "", onlyLabels),
+                StartsWith("option: the second alleles of individual 'N1'"));
     options.halfMissing = "inbred";
     EXPECT_EQ(rowsOf(text, "", options), "1 h 0 104 104 . .\n1 d 0 104 106 88 .\n");
     options.halfMissing = "keep";
@@ -113,6 +117,8 @@ TEST(Structure, IsKnownByRowsOfOneLengthThatEndInANumber) {
         return rowsOf(text, "", options).find("none of the known formats") == std::string::npos;
     };
     EXPECT_TRUE(isKnown(kTwoRows));
+    EXPECT_TRUE(isKnown("LocA\nN1 104\nN1 106\n"));
+    EXPECT_FALSE(isKnown("LocA LocB\nN1 1 104 x\nN1 1 106 88\n"));
     EXPECT_FALSE(isKnown("LocA LocB\nN1 1 104 88\nN1 1 106\n"));
     EXPECT_FALSE(isKnown("LocA LocB\nN1 1 104 88\nN1 1 106 x\n"));
     EXPECT_FALSE(isKnown("LocA\n104\n106\n"));
