@@ -89,21 +89,6 @@ std::vector<Spoiled> wholeFiles() {
         {"byte-order mark",
          "\xef\xbb\xbf" + whole(),
          {{"byte-order-mark"}, {"refused", 1, 0, "found byte 239 as first byte"}}},
-        {"commas",
-         replaced(whole(), "\t", ","),
-         {{"separator", 1, 0, "commas"}, {"refused", 1, 0, "found 1 cell"}}},
-        {"semicolons",
-         replaced(whole(), "\t", ";"),
-         {{"separator", 1, 0, "semicolons"}, {"refused", 1, 0, "found 1 cell"}}},
-        {"blanks",
-         replaced(whole(), "\t", " "),
-         {{"separator", 1, 0, "blanks"}, {"refused", 1, 0, "found 1 cell"}}},
-        {"as few commas as a head has cells, the first byte among them",
-         ",,,\n" + whole(),
-         {{"separator", 1, 0, "commas"}, {"refused", 1, 0, "found \",\" as first byte"}}},
-        {"a head by tabs, loci by commas",
-         "2\t.\t.,LocA,LocB,LocC\n.\t.\t.\n.\t.\t.\nNorth\td\t1\n",
-         {{"separator", 1, 0, "commas"}, {"no-locus", 1, 0, "3 cells"}}},
         {"no header", tabbed(kNorth), {{"refused", 1, 0, "found \"N\" as first byte"}}},
         {"head alone", tabbed(kHead), {{"refused", 4, 0, "found the end of the data"}}},
         {"four header rows",
@@ -139,6 +124,26 @@ std::vector<Spoiled> wholeFiles() {
           {"type-unknown", 7, 2, "88"},
           {"half-missing", 6, 5, "LocA"},
           {"individual-without-data", 7, 0, "population \"106\""}}},
+    };
+}
+
+std::vector<Spoiled> separators() {
+    return {
+        {"commas",
+         replaced(whole(), "\t", ","),
+         {{"separator", 1, 0, "commas"}, {"refused", 1, 0, "found 1 cell"}}},
+        {"semicolons",
+         replaced(whole(), "\t", ";"),
+         {{"separator", 1, 0, "semicolons"}, {"refused", 1, 0, "found 1 cell"}}},
+        {"blanks",
+         replaced(whole(), "\t", " "),
+         {{"separator", 1, 0, "blanks"}, {"refused", 1, 0, "found 1 cell"}}},
+        {"as few commas as a head has cells, the first byte among them",
+         ",,,\n" + whole(),
+         {{"separator", 1, 0, "commas"}, {"refused", 1, 0, "found \",\" as first byte"}}},
+        {"a head by tabs, loci by commas",
+         "2\t.\t.,LocA,LocB,LocC\n.\t.\t.\n.\t.\t.\nNorth\td\t1\n",
+         {{"separator", 1, 0, "commas"}, {"no-locus", 1, 0, "3 cells"}}},
     };
 }
 
@@ -311,7 +316,8 @@ std::vector<Spoiled> loci() {
 
 std::vector<Spoiled> allSpoiled() {
     std::vector<Spoiled> all;
-    for (const auto& part : {wholeFiles(), headers(), populations(), rows(), cells(), loci()}) {
+    for (const auto& part :
+         {wholeFiles(), separators(), headers(), populations(), rows(), cells(), loci()}) {
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;
