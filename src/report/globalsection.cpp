@@ -174,6 +174,10 @@ bool writeGlobalSection(const ReportData& data, std::string& html) {
     if (data.of("fst_global").empty()) {
         return false;
     }
+    if (data.populations.size() < 2) {
+        appendNote(html, "F-statistics of all populations take two or more.");
+        return true;
+    }
     appendFigure(html, "f-picture", "F-statistics of all populations", picture(data),
                  hasLimits(data) ? "Orange: over all loci, with the 95 % limits over loci drawn at "
                                    "random; blue: a locus."

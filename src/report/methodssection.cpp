@@ -186,8 +186,9 @@ class Methods {
     }
 
     void fStatistics() {
-        const bool pairs = !Data.of("fst_pairwise").empty();
-        const bool global = !Data.of("fst_global").empty();
+        const bool several = Data.populations.size() > 1; // else the sheets hold no value
+        const bool pairs = several && !Data.of("fst_pairwise").empty();
+        const bool global = several && !Data.of("fst_global").empty();
         if (!pairs && !global) {
             return;
         }

@@ -424,12 +424,15 @@ ReportData testedPairs(const char* permutations, const char* sequentialHits = "0
     return data;
 }
 
-TEST(PairSection, OfOnePopulationOrWithoutAllPairsIsNone) {
-    expectNothing(writePairSection, dataOf({"A"}));
+TEST(PairSection, WithoutAllPairsIsNone) {
     expectNothing(writePairSection, dataOf({"A", "B"}));
     ReportData data = dataOf({"A", "B", "C"});
     put(data, "fst_pairwise", {"0.1", "0.2"});
     expectNothing(writePairSection, data);
+}
+
+TEST(PairSection, OfOnePopulationSaysSo) {
+    EXPECT_EQ(htmlOf(writePairSection, dataOf({"A"})), note("A pair takes two populations."));
 }
 
 TEST(PairSection, WithoutTestsSaysSo) {
@@ -550,6 +553,13 @@ TEST(GlobalSection, WithoutAValueIsNone) {
     expectNothing(writeGlobalSection, dataOf({"A", "B"}));
 }
 
+TEST(GlobalSection, OfOnePopulationSaysSo) {
+    ReportData data = dataOf({"A"});
+    put(data, "fst_global", {""});
+    EXPECT_EQ(htmlOf(writeGlobalSection, data),
+              note("F-statistics of all populations take two or more."));
+}
+
 TEST(GlobalSection, WithoutTestsAndLimitsSaysSo) {
     const std::string html = htmlOf(writeGlobalSection, globalData());
     EXPECT_THAT(
@@ -663,6 +673,13 @@ const std::vector<double> kFive = {5, 9, 10, 9, 10, 8, 8, 9, 7, 3};
 
 // The same with b and c in each other's place: (a, c) and (d, e).
 const std::vector<double> kExchanged = {9, 5, 10, 9, 8, 10, 8, 7, 9, 3};
+
+TEST(TreeSection, OfTwoPopulationsSaysSoWhereNoDistanceWasComputed) {
+    const ReportData data = dataOf({"A", "B"});
+    EXPECT_EQ(htmlOf(writeTreeSection, data), note("A tree takes three or more populations."));
+    EXPECT_EQ(htmlOf(writePopulationCoordinates, data),
+              note("Principal coordinates take three or more populations."));
+}
 
 TEST(TreeSection, WithoutDistancesIsNone) {
     expectNothing(writeTreeSection, dataOf({"A", "B", "C"}));
@@ -977,6 +994,15 @@ TEST(MethodsSection, NamesTheFStatisticsThatWereEstimated) {
     data.rows.erase("fst_pairwise");
     EXPECT_THAT(methodsOf(data),
                 EndsWith("F-statistics of all populations together" + after + beside));
+}
+
+TEST(MethodsSection, TellsOfNoFStatisticsOfOnePopulation) {
+    ReportData data = dataOf({"A"});
+    put(data, "fst_global", {""});
+    data.record.emplace();
+    data.record->settings = {{"permutations", "999"}};
+    EXPECT_THAT(htmlOf(writeMethodsSection, data),
+                AllOf(Not(HasSubstr("F-statistics")), Not(HasSubstr("permutations"))));
 }
 
 TEST(MethodsSection, TellsHowManyPermutationsOfWhatWereMade) {
