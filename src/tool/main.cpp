@@ -116,7 +116,8 @@ int run(CLI::App& app, int argc, char** argv, const int& status) {
 
 int main(int argc, char** argv) {
     kva::holdStandardStreams();
-    (void)std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write
+    (void)std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write,
+    (void)std::signal(SIGXFSZ, SIG_IGN); // and so is a file beyond the size limit
     try {
         int status = 0;
         CLI::App app("Checks, runs and converts genotype data: kva for scripts, the program for "

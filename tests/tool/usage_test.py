@@ -1,16 +1,20 @@
 #!/usr/bin/env python3
-"""The frame of kvatool: help, version, and one line with status 2 for every wrong usage.
+"""The frame of kvatool: help, version, one line with status 2 for every wrong usage, and one with status
+1 for every file that cannot be written.
 
 Usage: usage_test.py KVATOOL
 """
 
 import pathlib
 import re
+import resource
 import subprocess
 import sys
+import tempfile
 import unittest
 
 TOOL = pathlib.Path(sys.argv[1]).resolve()
+EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples" / "testdata.dat"
 
 
 def run(*words):
@@ -66,6 +70,37 @@ class WrongUsage(unittest.TestCase):
 
     def test_one_argument_too_many(self):
         self.refused(["import", "x", "y", "-o", "z"], "'y'", "too many")
+
+
+class SizeLimit(unittest.TestCase):
+    """No file may have more than 1000 bytes: a line says so, and no part of one stays."""
+
+    def setUp(self):
+        place = tempfile.TemporaryDirectory()
+        self.addCleanup(place.cleanup)
+        self.folder = pathlib.Path(place.name)
+        subprocess.run([TOOL, "run", EXAMPLE, "-o", "r", "-q"], cwd=self.folder, check=True)
+
+    def limited(self, *words, **how):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+        return subprocess.run([TOOL, *words], cwd=self.folder, stdin=subprocess.DEVNULL, check=False,
+                              stderr=subprocess.PIPE, text=True, preexec_fn=limit, **how)
+
+    def test_file_that_is_named(self):
+        for words in (["report", "r"], ["tidy", "r"],
+                      ["import", "r/Formats&Data/Genepop.gen", "--repeat", "unknown"]):
+            with self.subTest(words=words):
+                told = self.limited(*words, "-o", "new")
+                self.assertEqual(told.returncode, 1, told.stderr)
+                self.assertRegex(told.stderr.splitlines()[-1], "^kvatool %s: .*too large" % words[0])
+                self.assertEqual([entry.name for entry in self.folder.iterdir()], ["r"])
+
+    def test_standard_output(self):
+        with (self.folder / "told.json").open("w") as out:
+            told = self.limited("check", "--json", EXAMPLE, stdout=out)
+        self.assertEqual((told.returncode, told.stderr),
+                         (1, "kvatool: cannot write to standard output\n"))
 
 
 if __name__ == "__main__":
