@@ -5,8 +5,6 @@
 
 namespace kva {
 
-namespace {} // namespace
-
 void writeRealOrNd(ResultFile& f, double value) {
     if (value < 0) {
         writeNd(f);
