@@ -269,10 +269,6 @@ bool writeCoordinates(const PairDistances& distances, Points points, const std::
 } // namespace
 
 bool writePopulationCoordinates(const ReportData& data, std::string& html) {
-    if (data.ofPopulations.measure.empty() && data.populations.size() < 3) {
-        appendNote(html, "Principal coordinates take three or more populations.");
-        return true;
-    }
     return writeCoordinates(data.ofPopulations, {data.ofPopulations, {}, {}, {}}, "populations",
                             html);
 }

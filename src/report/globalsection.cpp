@@ -171,12 +171,8 @@ std::string picture(const ReportData& data) {
 } // namespace
 
 bool writeGlobalSection(const ReportData& data, std::string& html) {
-    if (data.of("fst_global").empty()) {
+    if (data.populations.size() < 2 || data.of("fst_global").empty()) {
         return false;
-    }
-    if (data.populations.size() < 2) {
-        appendNote(html, "F-statistics of all populations take two or more.");
-        return true;
     }
     appendFigure(html, "f-picture", "F-statistics of all populations", picture(data),
                  hasLimits(data) ? "Orange: over all loci, with the 95 % limits over loci drawn at "

@@ -258,11 +258,7 @@ void appendPermutationNote(const ReportData& data, const PairTests& tests, std::
 
 bool writePairSection(const ReportData& data, std::string& html) {
     const std::size_t n = data.populations.size();
-    if (n < 2) {
-        appendNote(html, "A pair takes two populations.");
-        return true;
-    }
-    if (data.of(kFst).size() != n * (n - 1) / 2) {
+    if (n < 2 || data.of(kFst).size() != n * (n - 1) / 2) {
         return false;
     }
     const PairTests tests(data);

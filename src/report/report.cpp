@@ -40,9 +40,12 @@ void appendContents(std::string& html) {
 void appendSection(const Section& section, const ReportData& data, std::string& html) {
     html += std::string("<section id=\"") + section.id + "\">\n<h2>" + section.title + "</h2>\n";
     if (!section.write(data, html)) {
-        appendNote(html, std::string("Not run. <code>kvatool run DATA ") + section.run +
-                             "</code> or <code>kva -i DATA " + section.menu +
-                             "</code> computes it.");
+        appendNote(html, data.populations.size() < section.populations
+                             ? "This takes " + std::to_string(section.populations) +
+                                   " or more populations."
+                             : std::string("Not run. <code>kvatool run DATA ") + section.run +
+                                   "</code> or <code>kva -i DATA " + section.menu +
+                                   "</code> computes it.");
     }
     html += "</section>\n";
 }

@@ -4,6 +4,7 @@
 
 #include "report/reportdata.h"
 
+#include <cstddef>
 #include <span>
 #include <string>
 
@@ -12,11 +13,13 @@ namespace kva {
 struct Cell;
 
 // A section. write: appends its HTML; false, and nothing, where the folder has no numbers for it.
+// populations: with fewer no run computes it.
 struct Section {
     const char* id;
     const char* title;
     const char* run;  // option of kvatool run that computes it; empty: every run does
     const char* menu; // options of kva that do
+    std::size_t populations;
     bool (*write)(const ReportData& data, std::string& html);
 };
 

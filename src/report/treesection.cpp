@@ -231,13 +231,8 @@ void appendBootstrapNotes(const SupportedTree& supported, const PairDistances& d
 } // namespace
 
 bool writeTreeSection(const ReportData& data, std::string& html) {
-    constexpr const char* kTooFew = "A tree takes three or more populations.";
     const PairDistances& distances = data.ofPopulations;
     if (distances.measure.empty()) {
-        if (data.populations.size() < 3) {
-            appendNote(html, kTooFew); // no run would make it
-            return true;
-        }
         return false;
     }
     if (!distances.others.empty()) {
@@ -250,7 +245,7 @@ bool writeTreeSection(const ReportData& data, std::string& html) {
                                   "; <code>--measure</code> chooses.");
     }
     if (distances.labels.size() < 3) {
-        appendNote(html, kTooFew);
+        appendNote(html, "A tree takes three or more populations.");
     } else if (const std::size_t without = distances.pairsWithout(); without > 0) {
         appendNote(html, "There is no tree: the distance has no value for " +
                              std::to_string(without) + " of " +

@@ -1,5 +1,6 @@
 // The sections of the report of data that are put together by hand: what they say, and the numbers
 // that they work out.
+#include "report/report.h"
 #include "report/sections.h"
 #include "report/svg.h"
 
@@ -167,6 +168,21 @@ TEST(ReportData, TestsOfPairsAreOneAPairOrNone) {
     }
     data.record->tests["fst_pairwise"] = testsOf({0.1, 0.2, 0.3});
     EXPECT_THAT(data.pairTests("fst_pairwise"), SizeIs(3));
+}
+
+// --- The page ----------------------------------------------------------------------------------
+
+// Pairs and F-statistics take two populations, a tree and coordinates three.
+TEST(ReportPage, SectionsThatNoRunComputesSayHowManyPopulationsTheyTake) {
+    const std::string two = note("This takes 2 or more populations.");
+    const std::string three = note("This takes 3 or more populations.");
+    for (const std::size_t populations : {1U, 2U, 3U}) {
+        const std::string page = reportPage(dataOf(manyNames(populations)));
+        EXPECT_EQ(timesIn(page, two), populations < 2 ? 2U : 0U) << populations;
+        EXPECT_EQ(timesIn(page, three), populations < 3 ? 2U : 0U) << populations;
+        // Individuals and the range of heterozygosity are not run either.
+        EXPECT_EQ(timesIn(page, "Not run."), 2 * populations) << populations;
+    }
 }
 
 // --- The run -----------------------------------------------------------------------------------
@@ -424,15 +440,12 @@ ReportData testedPairs(const char* permutations, const char* sequentialHits = "0
     return data;
 }
 
-TEST(PairSection, WithoutAllPairsIsNone) {
+TEST(PairSection, OfOnePopulationOrWithoutAllPairsIsNone) {
+    expectNothing(writePairSection, dataOf({"A"}));
     expectNothing(writePairSection, dataOf({"A", "B"}));
     ReportData data = dataOf({"A", "B", "C"});
     put(data, "fst_pairwise", {"0.1", "0.2"});
     expectNothing(writePairSection, data);
-}
-
-TEST(PairSection, OfOnePopulationSaysSo) {
-    EXPECT_EQ(htmlOf(writePairSection, dataOf({"A"})), note("A pair takes two populations."));
 }
 
 TEST(PairSection, WithoutTestsSaysSo) {
@@ -553,11 +566,10 @@ TEST(GlobalSection, WithoutAValueIsNone) {
     expectNothing(writeGlobalSection, dataOf({"A", "B"}));
 }
 
-TEST(GlobalSection, OfOnePopulationSaysSo) {
+TEST(GlobalSection, OfOnePopulationIsNone) {
     ReportData data = dataOf({"A"});
     put(data, "fst_global", {""});
-    EXPECT_EQ(htmlOf(writeGlobalSection, data),
-              note("F-statistics of all populations take two or more."));
+    expectNothing(writeGlobalSection, data);
 }
 
 TEST(GlobalSection, WithoutTestsAndLimitsSaysSo) {
@@ -673,13 +685,6 @@ const std::vector<double> kFive = {5, 9, 10, 9, 10, 8, 8, 9, 7, 3};
 
 // The same with b and c in each other's place: (a, c) and (d, e).
 const std::vector<double> kExchanged = {9, 5, 10, 9, 8, 10, 8, 7, 9, 3};
-
-TEST(TreeSection, OfTwoPopulationsSaysSoWhereNoDistanceWasComputed) {
-    const ReportData data = dataOf({"A", "B"});
-    EXPECT_EQ(htmlOf(writeTreeSection, data), note("A tree takes three or more populations."));
-    EXPECT_EQ(htmlOf(writePopulationCoordinates, data),
-              note("Principal coordinates take three or more populations."));
-}
 
 TEST(TreeSection, WithoutDistancesIsNone) {
     expectNothing(writeTreeSection, dataOf({"A", "B", "C"}));

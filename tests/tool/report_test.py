@@ -469,8 +469,8 @@ class Outside(unittest.TestCase):
         run(self.place, "result", self.write("data.txt", ["A"]), "--fst", "pairs,global",
             "--permutations", "5", "--distances", "all", "--het-range", "5")
         page = Page(report(self.place, "result"))
-        self.assertIn("A pair takes two populations.", page.sections["pairs"])
-        self.assertIn("A tree takes three or more populations.", page.sections["tree"])
+        self.assertIn("This takes 2 or more populations.", page.sections["pairs"])
+        self.assertIn("This takes 3 or more populations.", page.sections["tree"])
         self.assertEqual(len(page.tables["individuals-axes"].rows), 6)
 
     def test_page_goes_to_a_file_and_replaces_it(self):
